@@ -1,0 +1,35 @@
+# What every target of this project has in common.
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+
+# Linked by our own targets, never by a consumer's.
+add_library(ky_options INTERFACE)
+target_compile_features(ky_options INTERFACE cxx_std_17)
+target_compile_options(ky_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  $<$<BOOL:${KY_WERROR}>:-Werror>)
+if(KY_SANITIZE)
+  target_compile_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE})
+endif()
+
+# ky_add_shared_library(<target> <alias> SOURCES <file>... [LINK <library>...] [INCLUDE <public folder>])
+# One shared library of the house: versioned, hidden by default, nothing left undefined.
+function(ky_add_shared_library target alias)
+  cmake_parse_arguments(arg "" "INCLUDE" "SOURCES;LINK" ${ARGN})
+  add_library(${target} SHARED ${arg_SOURCES})
+  add_library(Ky::${alias} ALIAS ${target})
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${arg_INCLUDE}> $<INSTALL_INTERFACE:include>
+    PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:ky_options>)
+  if(NOT KY_SANITIZE)
+    target_link_options(${target} PRIVATE -Wl,--no-undefined)
+  endif()
+  set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
+    CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+endfunction()

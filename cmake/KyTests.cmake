@@ -1,0 +1,26 @@
+# GoogleTest from Debian's sources, so that it exists for both word sizes, and the one helper for our tests.
+
+set(KY_GTEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest's source folder (Debian: package googletest)")
+if(NOT EXISTS ${KY_GTEST_SOURCE}/CMakeLists.txt)
+  message(FATAL_ERROR "GoogleTest's sources are not in ${KY_GTEST_SOURCE}: run scripts/install-deps.sh")
+endif()
+set(INSTALL_GTEST OFF)
+add_subdirectory(${KY_GTEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+if(KY_SANITIZE)
+  foreach(library gtest gtest_main gmock)
+    target_link_libraries(${library} PRIVATE ky_options)
+    target_compile_options(${library} PRIVATE -w)
+  endforeach()
+endif()
+include(GoogleTest)
+
+# ky_add_test(<name> SOURCES <file>... [LINK <library>...]): one test program, each of its tests known to ctest.
+function(ky_add_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE ${arg_LINK} gtest_main ky_options)
+  set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
+  target_compile_definitions(${name} PRIVATE KY_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KY_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+endfunction()

@@ -1,0 +1,12 @@
+// KyResText.h: a message table as it is registered with the error manager.
+#pragma once
+
+// Group g holds the messages n with groupBoundaries[g] <= n < groupBoundaries[g+1]; message n of group g has the code
+// codeBase + g * 0x800 + (n - groupBoundaries[g]). Four 32-bit fields on x86.
+struct KyResText
+{
+  const char* const* messages;           // groupBoundaries[groupCount] texts with the placeholders %1, %2, ...
+  const unsigned int* groupBoundaries;   // groupCount + 1 numbers, rising, the last one the number of texts
+  unsigned int groupCount;
+  unsigned int codeBase;
+};
