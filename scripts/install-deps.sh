@@ -1,0 +1,42 @@
+#!/bin/sh
+# Installs what building and testing needs on Debian 12. Quiet when nothing is missing.
+usage='usage: scripts/install-deps.sh [--ci]
+
+Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
+all are there. As another user than root it prints the command to run and exits with 1.
+
+  --ci    also what only the continuous integration uses: clang, valgrind'
+set -eu
+
+packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev'
+case "${1-}" in
+  '') ;;
+  --ci) packages="$packages clang valgrind" ;;
+  -h | --help) printf '%s\n' "$usage"; exit 0 ;;
+  *) printf '%s\n' "$usage" >&2; exit 2 ;;
+esac
+
+missing=
+for package in $packages; do
+  status=$(dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null || true)
+  case "$status" in
+    ii*) ;;
+    *) missing="$missing $package" ;;
+  esac
+done
+[ -n "$missing" ] || exit 0
+
+if [ "$(id -u)" -ne 0 ]; then
+  printf 'Some packages are missing. Run this first:\n\n  sudo apt-get update && sudo apt-get install --no-install-recommends%s\n' "$missing" >&2
+  exit 1
+fi
+printf 'Installing%s\n' "$missing" >&2
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+export DEBIAN_FRONTEND=noninteractive
+# shellcheck disable=SC2086 # the names are words of their own
+if ! { apt-get update && apt-get install -y --no-install-recommends $missing; } >"$log" 2>&1; then
+  cat "$log" >&2
+  printf 'The packages could not be installed; the log stands above.\n' >&2
+  exit 1
+fi

@@ -1,0 +1,106 @@
+// kyinventory scan: takes the inventory of a machine.
+#include <string>
+
+#include "Command.h"
+#include "SameTree.h"
+#include "SectionFile.h"
+#include "Terminal.h"
+#ifdef KY_HAVE_HOST
+#include "inventoryhost/KyNInventoryHost.h"
+#endif
+
+namespace
+{
+struct ScanArguments
+{
+  std::string topology;
+  std::string output;
+};
+
+#ifdef KY_HAVE_HOST
+TreePointer takeInventory(const std::string& topology)
+{
+  KyCErrorListPool pool;
+  TreePointer tree(topology.empty() ? KyNInventoryHost::scanMachine(pool)
+                                    : KyNInventoryHost::scanTopologyFile(pool, topology.c_str()));
+  complainAbout(topology.empty() ? "this machine" : topology, pool);
+  return tree;
+}
+
+struct TreeSize
+{
+  unsigned int items = 0;
+  unsigned int parameters = 0;
+};
+
+TreeSize measure(const KyCInventoryItem& root)
+{
+  TreeSize size;
+  const KyCInventoryItem* item = &root;
+  for (;;)
+  {
+    ++size.items;
+    for (unsigned int n = 0; item->getParameterByOrdinalNumber(n) != nullptr; ++n)
+      ++size.parameters;
+    if (item->getFirstSubItem() != nullptr)
+    {
+      item = item->getFirstSubItem();
+      continue;
+    }
+    while (item != &root && item->getNext() == nullptr)
+      item = item->getParent();
+    if (item == &root) return size;
+    item = item->getNext();
+  }
+}
+
+// What was stored must read back equal; a file that would not is worse than none.
+bool storeAndVerify(const std::string& path, KyCInventoryItem& tree)
+{
+  if (!writeSectionFile(path, tree)) return false;
+  if (path == "-") return true;
+  const TreePointer stored = readSectionFile(path);
+  if (!stored) return false;
+  const std::string difference = firstDifference(tree, *stored);
+  if (!difference.empty())
+  {
+    complain(path + ": does not read back equal at " + difference);
+    return false;
+  }
+  const TreeSize size = measure(tree);
+  complain("stored " + std::to_string(size.items) + " items with " + std::to_string(size.parameters) +
+           " parameters in " + path + "; read back equal");
+  return true;
+}
+
+int scan(const ScanArguments& arguments)
+{
+  const TreePointer tree = takeInventory(arguments.topology);
+  if (!tree) return EXIT_INPUT;
+  if (!arguments.output.empty()) return storeAndVerify(arguments.output, *tree) ? EXIT_OK : EXIT_OUTPUT;
+
+  KyCErrorListPool pool;
+  const KyCString text = tree->toString(pool, 0, 0);
+  complainAbout("scan", pool);
+  return pool.getErrorCount() == 0 && printText(text) ? EXIT_OK : EXIT_OUTPUT;
+}
+#else
+int scan(const ScanArguments&)
+{
+  complain("this build cannot take inventories: the hwloc library was not there when it was built");
+  return EXIT_INPUT;
+}
+#endif
+}    // namespace
+
+void addScanCommand(CLI::App& program, int& exitCode)
+{
+  auto arguments = std::make_shared<ScanArguments>();
+  CLI::App* command =
+      program.add_subcommand("scan", "Take the inventory of this machine, or of one described in a file");
+  command->add_option("--topology", arguments->topology, "hwloc topology file (XML) to take instead of this machine");
+  command->add_option(
+      "-o,--output", arguments->output,
+      "Store the tree as a section file, read it back and compare; - is standard output; default: print it");
+  command->callback([arguments, &exitCode]() { exitCode = scan(*arguments); });
+}

@@ -1,0 +1,140 @@
+// kyinventory show: prints a stored tree, or one item or parameter of it.
+#include <string>
+#include <vector>
+
+#include "Command.h"
+#include "SectionFile.h"
+#include "Terminal.h"
+#include "inventory/KyCInventoryAddress.h"
+#include "inventory/KyCInventoryParameter.h"
+
+namespace
+{
+// Bits of the dump's option mask that the command sets itself.
+constexpr int optionNoItemHead = 0x10;
+constexpr int optionPlain = 0x80;
+
+struct ShowArguments
+{
+  std::string file;
+  std::string address;
+  bool plain = false;
+  std::string options = "0";
+  int depth = -1;    // levels of sub-items to show; negative: all
+  int indent = 0;
+};
+
+// Takes away everything more than `depth` levels below the item. The tree is the command's own.
+void cutBelow(KyCInventoryItem& top, int depth)
+{
+  KyCInventoryItem* item = &top;
+  int level = 0;
+  while (item != nullptr)
+  {
+    if (level == depth)
+    {
+      while (KyCInventoryItem* child = item->getFirstSubItem())
+      {
+        child->detach();
+        delete child;
+      }
+    }
+    if (item->getFirstSubItem() != nullptr)
+    {
+      item = item->getFirstSubItem();
+      ++level;
+      continue;
+    }
+    while (item != &top && item->getNext() == nullptr)
+    {
+      item = item->getParent();
+      --level;
+    }
+    item = item == &top ? nullptr : item->getNext();
+  }
+}
+
+int printItem(KyCInventoryItem& item, int options, int indent)
+{
+  KyCErrorListPool pool;
+  const KyCString text = item.toString(pool, options, indent);
+  if (pool.getErrorCount() != 0)
+  {
+    complainAbout("show", pool);
+    return EXIT_INPUT;
+  }
+  return printText(text) ? EXIT_OK : EXIT_OUTPUT;
+}
+
+// The dump prints items; a parameter is shown as the only one of an item whose own lines are left out.
+int printParameter(const KyCInventoryParameter& parameter, int options, int indent)
+{
+  KyCErrorListPool pool;
+  KyCInventoryItem holder(pool, parameter.getParent()->getID(), "");
+  auto* copy = new KyCInventoryParameter(parameter);
+  if (holder.addParameter(pool, KyCInventoryAddress(), copy) == nullptr)
+  {
+    delete copy;
+    complainAbout("show", pool);
+    return EXIT_INPUT;
+  }
+  return printItem(holder, options | optionNoItemHead, indent);
+}
+
+int show(const ShowArguments& arguments)
+{
+  const int mask = static_cast<int>(std::stoul(arguments.options, nullptr, 0)) | (arguments.plain ? optionPlain : 0);
+  KyCInventoryAddress address;
+  address.readFromString(KyCString(arguments.address.c_str()));
+  if (address.isEmpty() && !arguments.address.empty())
+  {
+    complain(arguments.address + ": is not an address; write it as ID names joined by \"/\", such as CPU[2]/L1_CACHE");
+    return EXIT_USAGE;
+  }
+
+  const TreePointer tree = readSectionFile(arguments.file);
+  if (!tree) return EXIT_INPUT;
+  KyCInventoryItem* item = tree->getItem(address);
+  if (item != nullptr)
+  {
+    if (arguments.depth >= 0) cutBelow(*item, arguments.depth);
+    return printItem(*item, mask, arguments.indent);
+  }
+  const KyCInventoryParameter* parameter = tree->getParameter(address);
+  if (parameter != nullptr) return printParameter(*parameter, mask, arguments.indent);
+  complain(arguments.file + ": has no item or parameter " + arguments.address);
+  return EXIT_NOT_FOUND;
+}
+
+// Empty when the text is a number that fits the option mask.
+std::string checkMask(const std::string& text)
+{
+  std::size_t end = 0;
+  try
+  {
+    const unsigned long long mask = std::stoull(text, &end, 0);
+    if (end == text.size() && text[0] != '-' && mask <= 0x3FFFFF) return {};
+  }
+  catch (const std::exception&)
+  {
+  }
+  return "must be a number from 0 to 0x3FFFFF, decimal or with 0x in front";
+}
+}    // namespace
+
+void addShowCommand(CLI::App& program, int& exitCode)
+{
+  auto arguments = std::make_shared<ShowArguments>();
+  CLI::App* command = program.add_subcommand("show", "Print the tree of a section file");
+  command->add_option("FILE", arguments->file, "File with a section at its end or start")->required();
+  command->add_option("ADDRESS", arguments->address,
+                      "Item or parameter to print, such as CPU[2]/L1_CACHE; default: all");
+  command->add_flag("--plain", arguments->plain, "No mark-up: values and names alone, separated by blanks");
+  command->add_option("--options", arguments->options, "Option mask of the text dump, such as 0xC0000")
+      ->check(checkMask, "MASK");
+  command->add_option("--depth", arguments->depth, "Levels of sub-items to print; 0: the item alone; default: all")
+      ->check(CLI::NonNegativeNumber);
+  command->add_option("--indent", arguments->indent, "Levels by which everything is indented")
+      ->check(CLI::Range(0, 1000));
+  command->callback([arguments, &exitCode]() { exitCode = show(*arguments); });
+}

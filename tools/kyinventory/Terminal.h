@@ -1,0 +1,17 @@
+// Terminal.h: what the tool says to people.
+#pragma once
+
+#include <string>
+
+#include "composite/KyCString.h"
+#include "errorhandling/KyCErrorList.h"
+
+// One line "kyinventory: ..." on standard error.
+void complain(const std::string& message);
+
+// Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)".
+void complainAbout(const std::string& subject, const KyCErrorList& reports);
+
+// Writes the text to standard output. On a terminal, control characters other than line feed and tab are shown as
+// \xNN, so that a stored text cannot steer the terminal. False, with a message, when the output cannot be written.
+bool printText(const KyCString& text);
