@@ -1,0 +1,212 @@
+// KyCInventoryItem.h: the node of an inventory tree: a unit, board, channel, firmware or any other inventory object,
+// with its sub-items and its parameters.
+//
+//   KyCErrorListPool pool;
+//   KyCInventoryItem root(pool, KyNInventoryIDs::ROOT, "ROOT");
+//   root.createParameter<int>(pool, KyNInventoryIDs::BOARD[2] / KyNInventoryIDs::SIZE, 4096, "kB", false, 0);
+//   const int size = root.getValue<int>(pool, KyNInventoryIDs::BOARD[2] / KyNInventoryIDs::SIZE);
+#pragma once
+
+#include <type_traits>
+
+#include "composite/KyCComposite.h"
+#include "inventory/KyCInventoryAddress.h"
+#include "inventory/KyCInventoryParameter.h"
+#include "inventory/KyInventoryTreeApi.h"
+
+class KyCInventoryAuxInfo;
+class KyIUpdater;
+
+// One node of the tree, named among its siblings by its ID and index, and its parameters, named by their ID alone.
+//
+// An item can have a friend: an item of shared data elsewhere in the tree, which answers where the item itself has
+// nothing. At each level of a look-up the item's own sub-items come first; when none of them has the ID and index asked
+// for, the friend is asked for the whole rest of the address. The friend is never walked, copied or owned.
+//
+// Ownership: the root is its creator's; an item owns its sub-items, parameters and auxiliary info. Deleting an item
+//            deletes its subtree; detach an item that hangs in a tree before deleting it.
+// Threads:   a tree is used by one thread at a time. Look-ups of two threads may run side by side while nobody changes
+//            the tree, and not through the same pool.
+// Cost:      a look-up is near-constant per level, however many siblings, and allocates nothing. No walk needs a deeper
+//            stack for a deeper tree.
+class KY_INVENTORY_API KyCInventoryItem : private KyCComposite
+{
+public:
+  class MyStream;    // KyCInventoryItemStream.h
+
+  // A free item without sub-items, parameters and friend.
+  //
+  //   address      one element: the item's ID and index. Of a longer address the last element counts (and the error
+  //                below is reported), of an empty one ID and index are 0
+  //   description  null is taken as empty. Copied, unless it equals the ID's registered name, which is kept by pointer
+  //
+  // Errors:  0x1300800  the address has not exactly one element (function "KyCInventoryItem"); the item is built all
+  //                     the same
+  //          base codes when memory for the description runs out; it is then empty
+  KyCInventoryItem(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description);
+
+  // Deletes the subtree, the parameters and the auxiliary info.
+  ~KyCInventoryItem() override;
+
+  // Where the item stands and what is next to it. Nothing is reported; what does not exist is null.
+  KyCInventoryAddress getID() const;     // one element: ID and index
+  using KyCComposite::getDescription;    // never null
+  KyCInventoryItem* getParent() const;
+  KyCInventoryItem* getNext() const;    // the next sibling
+  KyCInventoryItem* getFirstSubItem() const;
+  KyCInventoryParameter* getParameterByOrdinalNumber(unsigned int n) const;    // in list order, from 0
+
+  // The path from the root to this item, without the root's own ID: empty for the root, (BOARD, 2) for its second
+  // board.
+  //
+  // Cost:    linear in the depth; one allocation below a depth of 1, none otherwise.
+  KyCInventoryAddress getAddress() const;
+
+  // Finds a node below this item.
+  //
+  //   address  relative to this item. getItem: ID and index count in every element; empty names this item itself.
+  //            getParameter: the last element is the parameter, of which only the ID counts; the ones before it are the
+  //            path to its item
+  //
+  // Result:  the first in list order that fits; null when there is none, and for getParameter of an empty address.
+  //          The first sub-item of an ID and index settles the level: nothing is sought below a later one like it.
+  //          A parameter that its item does not have is looked for in that item's friend, and there in the friend alone.
+  //          A ring of friends that never has what is asked for gives null.
+  // Errors:  none reported
+  KyCInventoryItem* getItem(const KyCInventoryAddress& address);
+  KyCInventoryParameter* getParameter(const KyCInventoryAddress& address) const;
+
+  // Hangs an item below an existing one.
+  //
+  //   where    the existing item, relative to this one; empty: this one. Friends are not asked
+  //   item     a free item; null: only tells whether `where` exists
+  //
+  // Result:  the item that `where` names. Null when it does not exist, when it or its friend already has an item of the
+  //          new one's ID and index or a parameter of its ID, and when the new one is not free or is `where` itself or
+  //          one of the items above it: nothing changes then.
+  // Errors:  none reported
+  // Ownership: on success the tree's, at the end of the list of sub-items; otherwise the caller's still.
+  KyCInventoryItem* addItem(const KyCInventoryAddress& where, KyCInventoryItem* item);
+
+  // Takes this item, with its subtree, out of its tree; it is the caller's from then on.
+  //
+  // Result:  0, for a root as well
+  // Errors:  none
+  int detach();
+
+  // Takes the first parameter of this ID out of the item.
+  //
+  // Result:  the parameter, now the caller's; null when there is none.
+  // Errors:  none of its own; the base library reports into the master error list
+  KyCInventoryParameter* detachParameter(unsigned int id);
+
+  // Finds an item, with creating what is missing of the path to it.
+  //
+  //   path     relative to this item; the IDs of missing items must be predefined. New items are described by the names
+  //            of their IDs
+  //
+  // Result:  the last item of the path, this item for an empty one; null on failure.
+  // Errors:  0x130081A  a parameter, of the item or of its friend, has the ID of a missing item
+  //          0x130080A  the ID of a missing item is not predefined
+  //          base codes when memory runs out
+  // On failure: items created on the way stay in the tree.
+  // Kept on purpose: a friend's sub-items are not walked into, but they do keep a new item from being added. Where an
+  //          item without a sub-item of the next ID and index has a friend with one, the new item is made, is not added,
+  //          and the rest of the path is made below it. The result then belongs to a tree of its own, whose root (the
+  //          end of the getParent chain) is the caller's. When the rest of the path fails, that tree is deleted.
+  // Cost:    one look-up per level, two for a new one; one block per new item.
+  KyCInventoryItem* addPath(KyCErrorListPool& pool, const KyCInventoryAddress& path);
+
+  // Hangs a parameter below an existing item.
+  //
+  //   path       the item, relative to this one; empty: this one. Friends are not asked
+  //   parameter  a free parameter; null: only tells whether the path exists
+  //
+  // Result:  the item that the path names; null on failure and, without a report, when there is no such item.
+  // Errors:  0x130081A  the item or its friend has a sub-item of the parameter's ID with the index 1
+  //          0x1300812  the parameter cannot be added, for instance because there is one of its ID or because it has an
+  //                     owner (behind the base library's own report)
+  // Ownership: on success the tree's; otherwise the caller's still.
+  KyCInventoryItem* addParameter(KyCErrorListPool& pool, const KyCInventoryAddress& path,
+                                 KyCInventoryParameter* parameter);
+
+  // Gives the item a new ID and index, and the ID's name as its description.
+  //
+  //   id       one element, predefined
+  //
+  // Errors (into the master error list):
+  //          0x1300819  not exactly one element; nothing changes
+  //          0x130080A  not a predefined ID; nothing changes
+  //          0x130081B  the parent or its friend has another item of this ID and index, or a parameter of this ID
+  // Kept on purpose: the last one is reported and the item renamed all the same: two siblings may then share an ID, and
+  //          the first in list order answers to it. Its text names the new ID first and the item's address second,
+  //          although the wording suggests the reverse.
+  void setID(const KyCInventoryAddress& id);
+
+  // Creates a parameter below this item, with the missing items on the way to it.
+  //
+  //   T           one of the twelve value types (is_kyrel_type); another does not compile
+  //   address     where, relative to this item; the last element names the parameter (its index is dropped)
+  //   value       the initial value
+  //   unit        text such as "mV", copied; null is taken as empty. A stored tree keeps at most its first 100 bytes
+  //   modifiable  shown and stored; never enforced
+  //   relevance   0 .. 2^32-1, stored and never interpreted
+  //
+  // Result:     the new parameter; null on failure.
+  // Errors:     0x1300808  the address is empty
+  //             0x1300809  the path cannot be found or created (behind addPath's own report)
+  //             0x130080A  the last element is not a predefined ID
+  //             0x130080B  the parameter cannot be constructed or added (behind the cause)
+  // On failure: items created on the way stay in the tree.
+  // Ownership:  the tree owns the parameter; the pointer holds until it is detached or its item is deleted. Where
+  //             addPath makes the path as a tree of its own (see there), the parameter is part of that one.
+  // Cost:       one look-up per level, however many siblings; one block per new item, one for the parameter (see
+  //             KyCInventoryParameter).
+  template <typename T, typename = std::enable_if_t<is_kyrel_type<T>::value>>
+  KyCInventoryParameter* createParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address, const T& value,
+                                         const char* unit, bool modifiable, unsigned int relevance);
+
+  // Reads or writes the value of a parameter, found as by getParameter. A missing parameter is never created.
+  //
+  //   T           the parameter's own value type; getValue: or const char* for a string
+  //
+  // Result:     getValue: the value; 0, "" or a default version on failure.
+  //             setValue: the parameter, also when its value could not be set; null when there is none.
+  // Errors:     0x1300801  there is no such parameter (getValue<const char*> reports it under that name)
+  //             0x1301008  getValue: the value cannot be read as T (behind the base library's own report)
+  //             0x1301007  setValue: the value cannot be set (behind the base library's own report); it keeps its value
+  template <typename T, typename = std::enable_if_t<is_kyrel_readable_type<T>::value>>
+  T getValue(KyCErrorListPool& pool, const KyCInventoryAddress& address) const;
+  template <typename T, typename = std::enable_if_t<is_kyrel_type<T>::value>>
+  KyCInventoryParameter* setValue(KyCErrorListPool& pool, const KyCInventoryAddress& address, const T& value);
+
+  // Hangs an updater on an update element. Once per item; there is no way to take it off again.
+  //
+  //   updater     not null
+  //
+  // Errors:     0x1300818  the item's ID is not UPDATE_ELEMENT (of whatever index), or it already has auxiliary info
+  //             0x1300817  the updater is null
+  // On failure: nothing changes and the updater is still the caller's; with no memory left, std::bad_alloc is thrown.
+  // Ownership:  the item's on success.
+  void setUpdater(KyCErrorListPool& pool, KyIUpdater* updater);
+  KyIUpdater* getUpdater() const;    // null when there is none; never reports
+
+  // Text dump; see KyCInventoryItemStream.h for the options.
+  //
+  //   options     the option mask; 0 gives the full mark-up
+  //   depth       indentation level of the item's own lines; below 1: none
+  //
+  // Result:     writeIndentToStream, writeToStream: false as soon as a write fails. toString: the text; empty on failure.
+  // Errors:     0x1300810  toString: a write failed
+  //             what reading the values reports
+  // Kept on purpose: printTree hands every piece of text to printf as its format.
+  bool writeIndentToStream(int depth, MyStream& stream) const;
+  bool writeToStream(KyCErrorListPool& pool, int options, int depth, MyStream& stream) const;
+  KyCString toString(KyCErrorListPool& pool, int options, int depth) const;
+  void printTree(KyCErrorListPool& pool, int options, int depth) const;
+
+private:
+  friend struct KyInventoryAccess;    // the library's own way to the base class and the fields
+
+  KyCInventoryAuxInfo* m_auxInfo = nullptr;    // owned
+};

@@ -1,0 +1,75 @@
+// KyInventoryAccess.h: what the library itself reaches of items and parameters beyond their public interface.
+#pragma once
+
+#include "composite/KyCComposite.h"
+#include "composite/KyCParam.h"
+#include "inventory/KyCInventoryAddress.h"
+#include "inventory/KyCInventoryItem.h"
+#include "inventory/KyCInventoryParameter.h"
+
+// The nodes of an inventory tree are composites and parameters of the base library, and every composite and parameter in
+// such a tree is one of ours; so each conversion is a plain cast, null to null. None of these can fail.
+struct KyInventoryAccess
+{
+  static KyCComposite* toComposite(KyCInventoryItem* item) noexcept { return item; }
+  static const KyCComposite* toComposite(const KyCInventoryItem* item) noexcept { return item; }
+  static KyCInventoryItem* toItem(KyCComposite* node) noexcept { return static_cast<KyCInventoryItem*>(node); }
+  static const KyCInventoryItem* toItem(const KyCComposite* node) noexcept
+  {
+    return static_cast<const KyCInventoryItem*>(node);
+  }
+
+  static KyCParam* toParam(KyCInventoryParameter* parameter) noexcept { return parameter; }
+  static const KyCParam* toParam(const KyCInventoryParameter* parameter) noexcept { return parameter; }
+  static KyCInventoryParameter* toParameter(KyCParam* param) noexcept
+  {
+    return static_cast<KyCInventoryParameter*>(param);
+  }
+  static const KyCInventoryParameter* toParameter(const KyCParam* param) noexcept
+  {
+    return static_cast<const KyCInventoryParameter*>(param);
+  }
+
+  // The shared data item that answers where the item itself has nothing; null: none. Not owned.
+  static KyCInventoryItem* getFriend(const KyCInventoryItem& item) noexcept
+  {
+    return toItem(static_cast<const KyCComposite&>(item).getFriend());
+  }
+  static void setFriend(KyCInventoryItem& item, KyCInventoryItem* other) noexcept
+  {
+    static_cast<KyCComposite&>(item).setFriend(other);
+  }
+
+  // The item's own first sub-item of this ID and index, without its friend; null: none.
+  static KyCInventoryItem* findSubItem(const KyCInventoryItem& item, const KyCInventoryAddress::TElement& element)
+  {
+    return toItem(item.findChild(element.id, element.index));
+  }
+
+  static unsigned int getClassId(const KyCInventoryItem& item) noexcept
+  {
+    return static_cast<const KyCComposite&>(item).getClassId();
+  }
+  static unsigned int getUnitId(const KyCInventoryItem& item) noexcept
+  {
+    return static_cast<const KyCComposite&>(item).getUnitId();
+  }
+
+  // The auxiliary info of an item or a parameter: owned by it, null when there is none. The setters only store.
+  static KyCInventoryAuxInfo* getAuxInfo(const KyCInventoryItem& item) noexcept { return item.m_auxInfo; }
+  static void setAuxInfo(KyCInventoryItem& item, KyCInventoryAuxInfo* info) noexcept { item.m_auxInfo = info; }
+  static KyCInventoryAuxInfo* getAuxInfo(const KyCInventoryParameter& parameter) noexcept
+  {
+    return parameter.m_auxInfo;
+  }
+  static void setAuxInfo(KyCInventoryParameter& parameter, KyCInventoryAuxInfo* info) noexcept
+  {
+    parameter.m_auxInfo = info;
+  }
+
+  // Assigns the unit without throwing: with no memory left, the base library's report is recorded and the unit stays.
+  static bool setUnit(KyCErrorListPool& pool, KyCInventoryParameter& parameter, const char* unit, unsigned int length)
+  {
+    return parameter.m_unit.assign(pool, unit, length);
+  }
+};
