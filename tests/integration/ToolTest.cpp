@@ -1,0 +1,296 @@
+// The command-line tool, run as a program: what it prints, where, and its exit codes.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "inventory/KyInventoryTree.h"
+#include "support/KyTestPool.h"
+
+namespace
+{
+namespace fs = std::filesystem;
+
+struct Outcome
+{
+  int exitCode;
+  std::string out;
+  std::string err;
+};
+
+std::string contentOf(const fs::path& path)
+{
+  std::ifstream file(path, std::ios::binary);
+  return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+}
+
+class Tool : public ::testing::Test
+{
+ protected:
+  void SetUp() override
+  {
+    std::string pattern = (fs::temp_directory_path() / "kyinventory-test-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    m_folder = pattern;
+  }
+
+  void TearDown() override { fs::remove_all(m_folder); }
+
+  std::string path(const std::string& name) const { return (m_folder / name).string(); }
+
+  // Runs the tool; `arguments` is shell text.
+  Outcome run(const std::string& arguments) const
+  {
+    const std::string out = path("stdout.txt");
+    const std::string err = path("stderr.txt");
+    const std::string command = std::string(KY_TOOL) + " " + arguments + " >" + out + " 2>" + err + " </dev/null";
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
+  }
+
+  void write(const std::string& name, const std::string& bytes) const
+  {
+    std::ofstream(path(name), std::ios::binary) << bytes;
+  }
+
+  // Two boards; the first has a channel. Stored in `name`.
+  std::string storeSample(const std::string& name) const
+  {
+    using namespace KyNInventoryIDs;
+    KyTestPool pool;
+    KyCInventoryItem root(pool, ROOT, "ROOT");
+    root.createParameter(pool, BOARD / NAME, KyCString("100%s <fast>"), nullptr, false, 0);
+    root.createParameter(pool, BOARD / IOCHANNEL[3] / VOLTAGE_MAX, 10.5, "V", true, 1);
+    root.createParameter(pool, BOARD[2] / SLOT_COUNT, 4u, nullptr, false, 0);
+    KyCBuffer buffer(pool);
+    KyCInventoryData::generateInventorySection(pool, buffer, &root);
+    const std::string bytes(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition());
+    write(name, bytes);
+    return bytes;
+  }
+
+  fs::path m_folder;
+};
+
+TEST_F(Tool, helpIsPrintedWithExitCode0)
+{
+  const Outcome outcome = run("--help");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_NE(outcome.out.find("scan"), std::string::npos);
+  EXPECT_NE(outcome.out.find("show"), std::string::npos);
+  EXPECT_NE(outcome.out.find("Exit codes:"), std::string::npos);
+}
+
+TEST_F(Tool, wrongUsageGivesExitCode2)
+{
+  EXPECT_EQ(run("").exitCode, 2);
+  EXPECT_EQ(run("dance").exitCode, 2);
+  EXPECT_EQ(run("show").exitCode, 2);
+  storeSample("a.kyinv");
+  EXPECT_EQ(run("show " + path("a.kyinv") + " --options 0x400000").exitCode, 2);
+  EXPECT_EQ(run("show " + path("a.kyinv") + " --options fast").exitCode, 2);
+  EXPECT_EQ(run("show " + path("a.kyinv") + " --depth -1").exitCode, 2);
+  EXPECT_EQ(run("show " + path("a.kyinv") + " NO_SUCH_ID").exitCode, 2);
+}
+
+TEST_F(Tool, showPrintsTheWholeTreeAndTakesTextsLiterally)
+{
+  storeSample("a.kyinv");
+  const Outcome outcome = run("show --options 0xC0000 " + path("a.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.out,
+            "<ITEM ID=\"ROOT\">\n"
+            "    <ITEM ID=\"BOARD\">\n"
+            "        <PARAM ID=\"NAME\" Type=\"String\">\n"
+            "            <VALUE>100%s &lt;fast&gt;</VALUE>\n"
+            "        </PARAM>\n"
+            "        <ITEM ID=\"IOCHANNEL[3]\">\n"
+            "            <PARAM ID=\"VOLTAGE_MAX\" Type=\"Float64\">\n"
+            "                <VALUE>10.5</VALUE>\n"
+            "                <UNIT>V</UNIT>\n"
+            "            </PARAM>\n"
+            "        </ITEM>\n"
+            "    </ITEM>\n"
+            "    <ITEM ID=\"BOARD[2]\">\n"
+            "        <PARAM ID=\"SLOT_COUNT\" Type=\"UInt32\">\n"
+            "            <VALUE>4</VALUE>\n"
+            "        </PARAM>\n"
+            "    </ITEM>\n"
+            "</ITEM>\n");
+}
+
+TEST_F(Tool, showOfAnItemAddressPrintsThatItemAlone)
+{
+  storeSample("a.kyinv");
+  const Outcome outcome = run("show " + path("a.kyinv") + " BOARD/IOCHANNEL[3] --options 0x8");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "<ITEM ID=\"IOCHANNEL[3]\">\n</ITEM>\n");
+}
+
+TEST_F(Tool, showOfAParameterAddressPrintsThatParameterAlone)
+{
+  storeSample("a.kyinv");
+  const Outcome outcome = run("show " + path("a.kyinv") + " BOARD[2]/SLOT_COUNT --plain --options 0xC0001");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "SLOT_COUNT UInt32\n4\n");
+}
+
+TEST_F(Tool, showOfAMissingAddressSaysSoWithExitCode1)
+{
+  storeSample("a.kyinv");
+  const Outcome outcome = run("show " + path("a.kyinv") + " BOARD[7]/NAME");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("a.kyinv") + ": has no item or parameter BOARD[7]/NAME\n");
+}
+
+TEST_F(Tool, showWithADepthLeavesDeeperItemsOut)
+{
+  storeSample("a.kyinv");
+  EXPECT_EQ(run("show --options 0x8 --depth 0 " + path("a.kyinv")).out, "<ITEM ID=\"ROOT\">\n</ITEM>\n");
+  EXPECT_EQ(run("show --options 0x8 --depth 1 " + path("a.kyinv")).out,
+            "<ITEM ID=\"ROOT\">\n"
+            "    <ITEM ID=\"BOARD\">\n"
+            "    </ITEM>\n"
+            "    <ITEM ID=\"BOARD[2]\">\n"
+            "    </ITEM>\n"
+            "</ITEM>\n");
+}
+
+TEST_F(Tool, showReadsASectionBehindOtherContent)
+{
+  const std::string section = storeSample("a.kyinv");
+  write("image.bin", std::string(1000, 'x') + section);
+  EXPECT_EQ(run("show " + path("image.bin")).out, run("show " + path("a.kyinv")).out);
+}
+
+TEST_F(Tool, aFileWithoutASectionGetsAMessageOfTheToolsOwnAndExitCode3)
+{
+  write("plain.txt", std::string(100, 'x'));
+  const Outcome outcome = run("show " + path("plain.txt"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err,
+            "kyinventory: " + path("plain.txt") + ": holds no inventory section, neither at its end nor at its start\n");
+}
+
+TEST_F(Tool, aMissingFileIsNamedWithExitCode3)
+{
+  const Outcome outcome = run("show " + path("missing.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("missing.kyinv") + ": Cannot open file " + path("missing.kyinv") +
+                             ". (0x1300001, readInventoryDataFromFile)\n");
+}
+
+TEST_F(Tool, aFolderIsRefusedWithExitCode3)
+{
+  const Outcome outcome = run("show " + m_folder.string());
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err, "kyinventory: " + m_folder.string() + ": is a folder\n");
+}
+
+TEST_F(Tool, aDamagedSectionGivesItsReportsAndExitCode3)
+{
+  std::string section = storeSample("a.kyinv");
+  section[24] = '\x7F';    // the stream's version
+  write("damaged.kyinv", section);
+  const Outcome outcome = run("show " + path("damaged.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_NE(outcome.err.find("Cannot deserialize inventory tree. (0x1302801, deserialize)"), std::string::npos);
+  EXPECT_NE(outcome.err.find("Cannot deserialize inventory data from file"), std::string::npos);
+}
+
+TEST_F(Tool, aFullOutputDeviceGivesExitCode4)
+{
+  storeSample("a.kyinv");
+  const Outcome outcome = run("show " + path("a.kyinv") + " >/dev/full 2>" + path("full.txt") + " ; exit $? #");
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(contentOf(path("full.txt")), "kyinventory: standard output: No space left on device\n");
+}
+
+#ifdef KY_HAVE_HOST
+TEST_F(Tool, scanOfThisMachineStoresAFileThatShowPrintsAsScanDoes)
+{
+  const Outcome stored = run("scan -o " + path("machine.kyinv"));
+  EXPECT_EQ(stored.exitCode, 0) << stored.err;
+  EXPECT_EQ(stored.out, "");
+  EXPECT_NE(stored.err.find("read back equal"), std::string::npos);
+  const Outcome shown = run("show " + path("machine.kyinv"));
+  EXPECT_EQ(shown.exitCode, 0);
+  EXPECT_EQ(shown.out.rfind("<ITEM ID=\"ROOT\">\n", 0), 0u);
+}
+
+TEST_F(Tool, scanIntoAMissingFolderFailsWithExitCode4)
+{
+  const Outcome outcome = run("scan -o " + path("missing/machine.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_NE(outcome.err.find("cannot create a temporary file beside it: No such file or directory"), std::string::npos);
+}
+
+TEST_F(Tool, scanKeepsThePermissionsOfTheFileItReplacesAndLeavesNothingBeside)
+{
+  write("machine.kyinv", "old");
+  ASSERT_EQ(::chmod(path("machine.kyinv").c_str(), 0640), 0);
+  EXPECT_EQ(run("scan -o " + path("machine.kyinv")).exitCode, 0);
+  struct stat file = {};
+  ASSERT_EQ(::stat(path("machine.kyinv").c_str(), &file), 0);
+  EXPECT_EQ(file.st_mode & 07777, 0640u);
+  unsigned int files = 0;
+  for (const auto& entry : fs::directory_iterator(m_folder)) files += entry.path().filename().string().find("machine") == 0;
+  EXPECT_EQ(files, 1u);
+}
+
+TEST_F(Tool, scanReplacesWhatALinkLeadsToAndKeepsTheLink)
+{
+  write("real.kyinv", "old");
+  fs::create_symlink("real.kyinv", path("link.kyinv"));
+  EXPECT_EQ(run("scan -o " + path("link.kyinv")).exitCode, 0);
+  EXPECT_TRUE(fs::is_symlink(path("link.kyinv")));
+  EXPECT_EQ(contentOf(path("real.kyinv")).substr(0, 4), "INVE");
+}
+
+TEST_F(Tool, scanOfABrokenTopologyFileFailsWithExitCode3AndLeavesTheTargetAlone)
+{
+  write("broken.xml", "<topology><object");
+  write("machine.kyinv", "old");
+  const Outcome outcome = run("scan --topology " + path("broken.xml") + " -o " + path("machine.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_NE(outcome.err.find(path("broken.xml")), std::string::npos);
+  EXPECT_EQ(contentOf(path("machine.kyinv")), "old");
+}
+
+TEST_F(Tool, topologyFilesOfRealMachinesScanTwiceToTheSameBytes)
+{
+  const fs::path folder = fs::path(KY_SOURCE_DIR) / ".." / "shared" / "data" / "topologies";
+  if (!fs::is_directory(folder)) GTEST_SKIP() << "no topology files of real machines beside the sources";
+  unsigned int files = 0;
+  for (const auto& entry : fs::directory_iterator(folder))
+  {
+    if (entry.path().extension() != ".xml") continue;
+    ++files;
+    const std::string scan = "scan --topology " + entry.path().string() + " -o ";
+    EXPECT_EQ(run(scan + path("first.kyinv")).exitCode, 0);
+    EXPECT_EQ(run("show " + path("first.kyinv")).exitCode, 0);
+    EXPECT_EQ(run(scan + path("second.kyinv")).exitCode, 0);
+    EXPECT_EQ(contentOf(path("first.kyinv")), contentOf(path("second.kyinv"))) << entry.path();
+  }
+  EXPECT_GT(files, 0u);
+}
+#else
+TEST_F(Tool, scanSaysThatThisBuildCannotTakeInventories)
+{
+  const Outcome outcome = run("scan");
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_NE(outcome.err.find("cannot take inventories"), std::string::npos);
+}
+#endif
+}    // namespace
