@@ -1,0 +1,135 @@
+#include "composite/KyCBinSerializer.h"
+
+#include "KyCTextTable.h"
+#include "KyCompositeMessages.h"
+#include "KyStreamFormat.h"
+#include "errorhandling/KyNPoolAllocator.h"
+
+using namespace KyStreamFormat;
+
+// A description on its way into the stream: either its number, or the text itself when the stream does not hold it yet.
+struct KyCBinSerializer::TTextOut
+{
+  const char* text;
+  std::uint32_t number;
+  std::size_t length;    // bytes to write; 0 unless number is TEXT_NEW
+};
+
+namespace
+{
+constexpr std::uint64_t TEXT_OVERHEAD = 2 * MAX_VARINT_SIZE;    // number and length of a text
+
+unsigned char* putText(unsigned char* to, std::uint32_t number, const char* text, std::size_t length) noexcept
+{
+  to = putVarint(to, number);
+  if (number != TEXT_NEW) return to;
+  to = putVarint(to, static_cast<std::uint32_t>(length));
+  return putBytes(to, text, length);
+}
+}    // namespace
+
+KyCBinSerializer::KyCBinSerializer(KyCErrorListPool& pool)
+{
+  const unsigned int errors = pool.getErrorCount();
+  m_texts = new (pool) KyCTextTable(pool);
+  if (pool.getErrorCount() == errors) return;
+  delete m_texts;
+  m_texts = nullptr;
+}
+
+KyCBinSerializer::~KyCBinSerializer() { delete m_texts; }
+
+bool KyCBinSerializer::begin(KyCErrorListPool& pool, KyCBuffer* buffer)
+{
+  if (m_texts == nullptr || m_buffer != nullptr)
+  {
+    pool.setError(KY_MSG_SERIALIZER_NOT_READY, __LINE__, "begin", nullptr);
+    return false;
+  }
+  m_buffer = buffer;
+  m_depth = 0;
+  m_streamStart = buffer->getWritePosition();
+  m_repeatedBytes = 0;
+  m_texts->clear();
+  unsigned char* const to = reserve(pool, 1);
+  if (to == nullptr)
+  {
+    end();
+    return false;
+  }
+  *to = VERSION;
+  commit(pool, to + 1);
+  return true;
+}
+
+void KyCBinSerializer::end() noexcept { m_buffer = nullptr; }
+
+void KyCBinSerializer::CompositeStart(KyCErrorListPool& pool, const KyCComposite* composite)
+{
+  if (m_depth == MAX_DEPTH)
+  {
+    pool.setError(KY_MSG_NESTED_TOO_DEEP, __LINE__, "CompositeStart", "%u", MAX_DEPTH);
+    return;
+  }
+  const TTextOut description = lookUp(composite->getDescription());
+  unsigned char* to = reserve(pool, 1 + 2 * MAX_VARINT_SIZE + TEXT_OVERHEAD + description.length);
+  if (to == nullptr) return;
+  *to++ = RECORD_START;
+  to = putVarint(to, composite->getClassId());
+  to = putVarint(to, composite->getUnitId());
+  to = putText(to, description.number, description.text, description.length);
+  remember(pool, description, to);
+  commit(pool, to);
+  ++m_depth;
+}
+
+void KyCBinSerializer::CompositeEnd(KyCErrorListPool& pool, const KyCComposite*)
+{
+  unsigned char* const to = reserve(pool, 1);
+  if (to == nullptr) return;
+  *to = RECORD_END;
+  commit(pool, to + 1);
+  --m_depth;
+}
+
+void KyCBinSerializer::CompositeParameter(KyCErrorListPool& pool, const KyCParam* parameter)
+{
+  const unsigned int type = typeNumber(parameter->getType());
+  if (type == TYPE_COUNT)
+  {
+    pool.setError(KY_MSG_UNKNOWN_VALUE_TYPE, __LINE__, "CompositeParameter", "%u%s%u", parameter->getId(),
+                  parameter->getDescription(), parameter->getType());
+    return;
+  }
+  const bool custom = parameter->isCustom();
+  const TTextOut description = lookUp(parameter->getDescription());
+  const unsigned int kind = (custom ? RECORD_CUSTOM_PARAMETER : RECORD_PARAMETER) + type;
+  unsigned char* to = reserve(pool, 1 + MAX_VARINT_SIZE + TEXT_OVERHEAD + description.length + valueRoom(*parameter));
+  if (to == nullptr) return;
+  *to++ = static_cast<unsigned char>(kind);
+  to = putVarint(to, parameter->getId());
+  to = putText(to, description.number, description.text, description.length);
+  remember(pool, description, to);
+  to = putValue(to, *parameter);
+  commit(pool, to);
+  if (custom) handleCustomParameter(pool, parameter);
+}
+
+void KyCBinSerializer::handleCustomParameter(KyCErrorListPool&, const KyCParam*) {}
+
+KyCBinSerializer::TTextOut KyCBinSerializer::lookUp(const char* text) noexcept
+{
+  if (*text == '\0') return {text, TEXT_EMPTY, 0};
+  const std::uint32_t size = m_buffer->getWritePosition();
+  const std::uint32_t known = m_texts->find(m_buffer->getStorage(), size, text);
+  if (known != KyCTextTable::NOT_FOUND)
+  {
+    const std::uint64_t repeated = m_repeatedBytes + m_texts->lengthOf(known);
+    if (repeated <= MAX_TEXT_EXPANSION * (size - m_streamStart))
+    {
+      m_repeatedBytes = repeated;
+      return {text, TEXT_FIRST + known, 0};
+    }
+  }
+  return {text, TEXT_NEW, std::strlen(text)};
+}

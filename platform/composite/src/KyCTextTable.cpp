@@ -1,0 +1,119 @@
+#include "KyCTextTable.h"
+
+#include <cstring>
+
+#include "errorhandling/KyNPoolAllocator.h"
+
+namespace
+{
+constexpr std::uint32_t FIRST_CAPACITY = 64;
+}    // namespace
+
+KyCTextTable::KyCTextTable(KyCErrorListPool& pool) noexcept
+{
+  std::memset(m_seen, 0, sizeof m_seen);
+  grow(pool);
+}
+
+KyCTextTable::~KyCTextTable()
+{
+  KyNPoolAllocator::release(m_entries);
+  KyNPoolAllocator::release(m_slots);
+}
+
+void KyCTextTable::clear() noexcept
+{
+  if (m_count == 0) return;
+  m_count = 0;
+  std::memset(m_seen, 0, sizeof m_seen);
+  std::memset(m_slots, 0, std::size_t{m_capacity} * 2 * sizeof *m_slots);
+}
+
+// FNV-1a; the texts are short, and bounded probing keeps texts made to collide from costing more than being repeated.
+std::uint32_t KyCTextTable::hashOf(const char* text) noexcept
+{
+  std::uint32_t hash = 2166136261u;
+  for (; *text != '\0'; ++text) hash = (hash ^ static_cast<unsigned char>(*text)) * 16777619u;
+  return hash ^ hash >> 15;
+}
+
+KyCTextTable::TSeen& KyCTextTable::seenSlot(const char* text) noexcept
+{
+  const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(text);
+  return m_seen[static_cast<std::uint32_t>(address ^ address >> 8) & (SEEN_COUNT - 1)];
+}
+
+bool KyCTextTable::isText(std::uint32_t position, const unsigned char* storage, std::uint32_t size,
+                          const char* text) const noexcept
+{
+  const TEntry& entry = m_entries[position];
+  if (entry.length > size || entry.offset > size - entry.length) return false;    // a hook has emptied the buffer
+  const char* const known = reinterpret_cast<const char*>(storage + entry.offset);
+  return std::strncmp(known, text, entry.length) == 0 && text[entry.length] == '\0';
+}
+
+std::uint32_t KyCTextTable::find(const unsigned char* storage, std::uint32_t size, const char* text) noexcept
+{
+  TSeen& seen = seenSlot(text);
+  if (seen.text == text && isText(seen.position, storage, size, text)) return seen.position;
+
+  m_lastHash = hashOf(text);
+  const std::uint32_t mask = m_capacity * 2 - 1;
+  for (std::uint32_t probe = 0; probe < MAX_PROBES; ++probe)
+  {
+    const std::uint32_t slot = m_slots[(m_lastHash + probe) & mask];
+    if (slot == 0) return NOT_FOUND;
+    if (m_entries[slot - 1].hash == m_lastHash && isText(slot - 1, storage, size, text))
+    {
+      seen.text = text;
+      seen.position = slot - 1;
+      return slot - 1;
+    }
+  }
+  return NOT_FOUND;
+}
+
+void KyCTextTable::add(KyCErrorListPool& pool, const char* text, std::uint32_t offset, std::uint32_t length) noexcept
+{
+  if (m_count == m_capacity && !grow(pool)) return;
+  m_entries[m_count] = {offset, length, m_lastHash};
+  insertSlot(m_count);
+  TSeen& seen = seenSlot(text);
+  seen.text = text;
+  seen.position = m_count;
+  ++m_count;
+}
+
+void KyCTextTable::insertSlot(std::uint32_t position) noexcept
+{
+  const std::uint32_t mask = m_capacity * 2 - 1;
+  for (std::uint32_t probe = 0; probe < MAX_PROBES; ++probe)
+  {
+    std::uint32_t& slot = m_slots[(m_entries[position].hash + probe) & mask];
+    if (slot != 0) continue;
+    slot = position + 1;
+    return;
+  }
+}
+
+bool KyCTextTable::grow(KyCErrorListPool& pool) noexcept
+{
+  const std::uint32_t capacity = m_capacity == 0 ? FIRST_CAPACITY : m_capacity * 2;
+  if (capacity > SIZE_MAX / 2 / sizeof(TEntry)) return false;    // more texts than a 32-bit stream has room for
+  const std::size_t slotBytes = std::size_t{capacity} * 2 * sizeof *m_slots;
+  void* const slots = KyNPoolAllocator::allocate(pool, slotBytes);
+  if (slots == nullptr) return false;
+  void* const entries = KyNPoolAllocator::reallocate(pool, m_entries, capacity * sizeof(TEntry));
+  if (entries == nullptr)
+  {
+    KyNPoolAllocator::release(slots);
+    return false;
+  }
+  KyNPoolAllocator::release(m_slots);
+  m_slots = static_cast<std::uint32_t*>(slots);
+  m_entries = static_cast<TEntry*>(entries);
+  m_capacity = capacity;
+  std::memset(m_slots, 0, slotBytes);
+  for (std::uint32_t position = 0; position < m_count; ++position) insertSlot(position);
+  return true;
+}
