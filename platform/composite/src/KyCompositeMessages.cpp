@@ -28,10 +28,22 @@ const char* const s_messages[] = {
     "A null parameter was given to composite (%1, %2).",
     "Parameter %1 belongs to a composite already; it cannot be added to composite (%2, %3).",
     "Parameter %1 cannot be added to composite (%2, %3), which has one of that id.",
+
+    // Serializer and deserializer, 0x01101800
+    "The serializer is in use or could not be constructed.",
+    "The deserializer is in use or could not be constructed.",
+    "Composites nested deeper than %1 levels cannot be stored.",
+    "Parameter %1 (%2) has the unknown value type %3; it cannot be stored.",
+    "A stream cannot hold more than 4294967295 bytes.",
+    "The stream is empty.",
+    "The stream has version %1; version %2 is expected.",
+    "The stream is damaged at byte %1: %2.",
+    "Custom parameter %1 was not created.",
+    "Custom parameter %1 was created with value type %2 instead of %3.",
 };
 
 // The first message of each group, and the end.
-constexpr unsigned int s_groups[] = {0, 9, 12, 15};
+constexpr unsigned int s_groups[] = {0, 9, 12, 15, 25};
 
 const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_groups[0]) - 1, 0x01100000};
 

@@ -24,7 +24,17 @@ enum KyCompositeMessage : unsigned int
   // Composites
   KY_MSG_PARAM_NULL = 0x01101000,           // %1 class id, %2 unit id
   KY_MSG_PARAM_OWNED = 0x01101001,          // %1 id, %2 class id, %3 unit id
-  KY_MSG_PARAM_DUPLICATE = 0x01101002       // %1 id, %2 class id, %3 unit id
+  KY_MSG_PARAM_DUPLICATE = 0x01101002,      // %1 id, %2 class id, %3 unit id
 
-  // Serializer and deserializer: from 0x01101800 on
+  // Serializer and deserializer
+  KY_MSG_SERIALIZER_NOT_READY = 0x01101800,
+  KY_MSG_DESERIALIZER_NOT_READY = 0x01101801,
+  KY_MSG_NESTED_TOO_DEEP = 0x01101802,      // %1 levels allowed
+  KY_MSG_UNKNOWN_VALUE_TYPE = 0x01101803,   // %1 id, %2 description, %3 type code
+  KY_MSG_STREAM_TOO_LARGE = 0x01101804,
+  KY_MSG_STREAM_EMPTY = 0x01101805,
+  KY_MSG_STREAM_VERSION = 0x01101806,       // %1 version found, %2 version known
+  KY_MSG_STREAM_DAMAGED = 0x01101807,       // %1 offset from the start of the stream, %2 what is wrong there
+  KY_MSG_CUSTOM_PARAM_NULL = 0x01101808,    // %1 id
+  KY_MSG_CUSTOM_PARAM_TYPE = 0x01101809     // %1 id, %2 type code found, %3 type code asked for
 };
