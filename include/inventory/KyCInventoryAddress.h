@@ -22,7 +22,7 @@
 //             name another node. Only readFromString gives the empty address instead.
 class KY_INVENTORY_API KyCInventoryAddress
 {
- public:
+public:
   struct TElement
   {
     unsigned int id;       // position of the name in KyNInventoryIDs::Map; also called the category
@@ -194,7 +194,9 @@ class KY_INVENTORY_API KyCInventoryAddress
   // Cost:       linear in the text, plus a search through the registered names for each token that is a name.
   void readFromString(const KyCString& text);
 
- private:
+private:
+  friend struct KyInventoryAccess;    // builds the address of an item from its end, in one allocation
+
   bool ownsHeapArray() const noexcept { return m_elements != &m_inline; }
 
   static bool sameElements(const TElement* a, const TElement* b, unsigned int count) noexcept
