@@ -124,6 +124,8 @@ class KY_COMPOSITE_API KyCBuffer
   unsigned int getReadPosition() const noexcept { return m_readPosition; }
 
  private:
+  friend class KyCBinSerializer;      // write and read whole records in place
+  friend class KyCBinDeserializer;
   bool checkArguments(KyCErrorListPool& pool, const char* function, const void* bytes, unsigned int size,
                       unsigned int flag, int position) const noexcept;
   void writeBufferSlow(KyCErrorListPool& pool, const void* src, unsigned int size, unsigned int flag, int position) noexcept;
