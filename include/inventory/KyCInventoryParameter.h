@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "composite/KyCParam.h"
+#include "errorhandling/KyNPoolAllocator.h"
 #include "inventory/KyCInventoryAddress.h"
 #include "inventory/KyInventoryTreeApi.h"
 

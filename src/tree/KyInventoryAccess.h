@@ -30,6 +30,9 @@ struct KyInventoryAccess
     return static_cast<const KyCInventoryParameter*>(param);
   }
 
+  // The path from the root to this item and, when there is a tail, that one element more; in one allocation.
+  static KyCInventoryAddress addressOf(const KyCInventoryItem* item, const KyCInventoryAddress::TElement* tail);
+
   // The shared data item that answers where the item itself has nothing; null: none. Not owned.
   static KyCInventoryItem* getFriend(const KyCInventoryItem& item) noexcept
   {

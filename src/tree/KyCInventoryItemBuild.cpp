@@ -1,0 +1,200 @@
+// Growing a tree: addPath, addParameter, setID, createParameter.
+
+#include "base/KyErrorManagerAccess.h"
+#include "base/KyMessageCodes.h"
+#include "errorhandling/KyNPoolAllocator.h"
+#include "inventory/KyCInventoryItem.h"
+#include "inventory/KyNInventoryIDs.h"
+#include "tree/KyInventoryAccess.h"
+#include "tree/KyPlaceText.h"
+#include "tree/KyTypeTraits.h"
+
+namespace
+{
+using TElement = KyCInventoryAddress::TElement;
+
+void reportNotPredefined(KyCErrorListPool& pool, unsigned int line, const char* function, const KyCInventoryAddress& id)
+{
+  pool.setError(KY_MSG_ID_NOT_PREDEFINED, line, function, "%s", id.toString().c_str());
+}
+
+void reportAlreadyExists(KyCErrorListPool& pool, unsigned int line, const char* function, const KyCInventoryAddress& id,
+                         const KyCInventoryItem& place)
+{
+  pool.setError(KY_MSG_ID_ALREADY_EXISTS, line, function, "%s%s", id.toString().c_str(), kyItemPlace(place).c_str());
+}
+
+// A free item that may take its place below the parent, which has no sub-item of this ID; null: reported.
+KyCInventoryItem* createSubItem(KyCErrorListPool& pool, const KyCInventoryItem& parent, const KyCInventoryAddress& id)
+{
+  if (parent.getParameter(id) != nullptr)
+  {
+    reportAlreadyExists(pool, __LINE__, "addPath", id, parent);
+    return nullptr;
+  }
+  const char* const name = id.getCategoryNameCStr();
+  if (*name == '\0')
+  {
+    reportNotPredefined(pool, __LINE__, "addPath", id);
+    return nullptr;
+  }
+  const unsigned int errorCount = pool.getErrorCount();
+  KyCInventoryItem* const item = new (pool) KyCInventoryItem(pool, id, name);
+  if (item != nullptr && pool.getErrorCount() == errorCount) return item;
+  delete item;
+  return nullptr;
+}
+
+// Where a path has led to. `loose` is the root of what hangs nowhere, because a friend's sub-item kept it from being
+// added; null, as nearly always, when all of the path is part of the tree.
+struct TPathEnd
+{
+  KyCInventoryItem* item = nullptr;
+  KyCInventoryItem* loose = nullptr;
+};
+
+// Finds or creates the items of the path. On failure the item is null, and nothing is loose any more.
+TPathEnd followPath(KyCErrorListPool& pool, KyCInventoryItem& start, const TElement* path, unsigned int length)
+{
+  TPathEnd end;
+  end.item = &start;
+  for (unsigned int n = 0; n < length; ++n)
+  {
+    KyCInventoryItem* next = KyInventoryAccess::findSubItem(*end.item, path[n]);
+    if (next == nullptr)
+    {
+      next = createSubItem(pool, *end.item, KyCInventoryAddress(path[n].id, path[n].index));
+      if (next == nullptr)
+      {
+        delete end.loose;    // nobody could reach it
+        return TPathEnd();
+      }
+      end.item->addItem(KyNInventoryIDs::THIS_NODE, next);
+      if (next->getParent() == nullptr) end.loose = next;
+    }
+    end.item = next;
+  }
+  return end;
+}
+
+// Where a new parameter goes, and under which ID.
+struct TParameterPlace
+{
+  TPathEnd path;
+  KyCInventoryAddress id;
+  const char* name = nullptr;
+};
+
+// The part of createParameter before the parameter is made; the item is null on failure.
+TParameterPlace findParameterPlace(KyCErrorListPool& pool, KyCInventoryItem& start, const KyCInventoryAddress& address)
+{
+  TParameterPlace place;
+  if (address.isEmpty())
+  {
+    pool.setError(KY_MSG_EMPTY_ADDRESS, __LINE__, "createParameter", nullptr);
+    return place;
+  }
+  const TPathEnd path = followPath(pool, start, address.getElements(), address.getLength() - 1);
+  if (path.item == nullptr)
+  {
+    pool.setError(KY_MSG_CANNOT_FIND_OR_CREATE_PATH, __LINE__, "createParameter", nullptr);
+    return place;
+  }
+  place.id = address.getLastElement();
+  place.name = place.id.getCategoryNameCStr();
+  if (*place.name == '\0')
+  {
+    reportNotPredefined(pool, __LINE__, "createParameter", place.id);
+    delete path.loose;
+    return place;
+  }
+  place.path = path;
+  return place;
+}
+
+// The part of createParameter after the parameter was made (or, with the count grown, was not).
+KyCInventoryParameter* hookParameter(KyCErrorListPool& pool, const TParameterPlace& place,
+                                     KyCInventoryParameter* parameter, unsigned int errorCount)
+{
+  if (parameter != nullptr && pool.getErrorCount() == errorCount)
+  {
+    place.path.item->addParameter(pool, KyNInventoryIDs::THIS_NODE, parameter);
+    if (pool.getErrorCount() == errorCount) return parameter;
+  }
+  pool.setError(KY_MSG_CANNOT_CREATE_PARAMETER, __LINE__, "createParameter", "%s", place.name);
+  delete parameter;
+  delete place.path.loose;
+  return nullptr;
+}
+}    // namespace
+
+KyCInventoryItem* KyCInventoryItem::addPath(KyCErrorListPool& pool, const KyCInventoryAddress& path)
+{
+  return followPath(pool, *this, path.getElements(), path.getLength()).item;
+}
+
+KyCInventoryItem* KyCInventoryItem::addParameter(KyCErrorListPool& pool, const KyCInventoryAddress& path,
+                                                 KyCInventoryParameter* parameter)
+{
+  KyCInventoryItem* const item = addItem(path, nullptr);
+  if (item == nullptr || parameter == nullptr) return item;
+
+  const KyCInventoryAddress id = parameter->getID();
+  if (item->getItem(id) != nullptr)
+  {
+    reportAlreadyExists(pool, __LINE__, "addParameter", id, *item);
+    return nullptr;
+  }
+  const unsigned int errorCount = pool.getErrorCount();
+  item->KyCComposite::addParameter(pool, KyInventoryAccess::toParam(parameter));
+  if (pool.getErrorCount() == errorCount) return item;
+
+  pool.setError(KY_MSG_CANNOT_ADD_PARAMETER, __LINE__, "addParameter", "%s%s", id.toString().c_str(),
+                kyItemPlace(*item).c_str());
+  return nullptr;
+}
+
+void KyCInventoryItem::setID(const KyCInventoryAddress& id)
+{
+  KyCErrorListPool& pool = kyErrorManager().getMasterErrorList();
+  if (!id.isSingleElement())
+  {
+    pool.setError(KY_MSG_ID_NOT_ONE_ELEMENT, __LINE__, "setID", "%s", id.toString().c_str());
+    return;
+  }
+  if (*id.getCategoryNameCStr() == '\0')
+  {
+    reportNotPredefined(pool, __LINE__, "setID", id);
+    return;
+  }
+  KyCInventoryItem* const parent = getParent();
+  if (parent != nullptr)
+  {
+    const KyCInventoryItem* const item = parent->getItem(id);
+    if ((item != nullptr && item != this) || parent->getParameter(id) != nullptr)
+      pool.setError(KY_MSG_ID_ALREADY_EXISTS_AT_PARENT, __LINE__, "setID", "%s%s", id.toString().c_str(),
+                    kyItemPlace(*this).c_str());
+  }
+  // A conflict is told, not prevented.
+  setIds(id.getCategory(), id.getIndex());
+  setStaticDescription(id.getCategoryNameCStr());
+}
+
+template <typename T, typename>
+KyCInventoryParameter* KyCInventoryItem::createParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address,
+                                                         const T& value, const char* unit, bool modifiable,
+                                                         unsigned int relevance)
+{
+  const TParameterPlace place = findParameterPlace(pool, *this, address);
+  if (place.path.item == nullptr) return nullptr;
+
+  const unsigned int errorCount = pool.getErrorCount();
+  KyCInventoryParameter* const parameter =
+      new (pool) KyCInventoryParameter(pool, place.id, place.name, value, unit, modifiable, relevance);
+  return hookParameter(pool, place, parameter, errorCount);
+}
+
+#define KY_INSTANTIATE(T)                                                                \
+  template KY_INVENTORY_API KyCInventoryParameter* KyCInventoryItem::createParameter<T>( \
+      KyCErrorListPool&, const KyCInventoryAddress&, const T&, const char*, bool, unsigned int);
+KY_FOR_EACH_VALUE_TYPE(KY_INSTANTIATE)

@@ -1,0 +1,174 @@
+// Construction, description and place of a parameter.
+
+#include "inventory/KyCInventoryParameter.h"
+
+#include "base/KyErrorManagerAccess.h"
+#include "base/KyMessageCodes.h"
+#include "inventory/KyCInventoryAuxInfo.h"
+#include "inventory/KyCInventoryItem.h"
+#include "inventory/KyNInventoryIDs.h"
+#include "tree/KyInventoryAccess.h"
+#include "tree/KyStaticDescription.h"
+#include "tree/KyTypeTraits.h"
+
+namespace
+{
+// The description and the flags that the base class is built with.
+struct TBaseArguments
+{
+  const char* description;
+  unsigned int flags;
+};
+
+TBaseArguments baseArguments(const KyCInventoryAddress& address, const char* description) noexcept
+{
+  const char* const name = kyStaticDescription(address, description);
+  if (name != nullptr) return {name, KyCParam::FLAG_CUSTOM | KyCParam::FLAG_STATIC_DESCRIPTION};
+  return {description, KyCParam::FLAG_CUSTOM};
+}
+}    // namespace
+
+#define KY_TYPED_CONSTRUCTOR(T)                                                                                     \
+  KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address,          \
+                                               const char* description, KyValueArgument<T> value, const char* unit, \
+                                               bool modifiable, unsigned int relevance)                             \
+      : KyCParam(pool, address.getCategory(), baseArguments(address, description).description,                      \
+                 baseArguments(address, description).flags, value, static_cast<T*>(nullptr))                        \
+  {                                                                                                                 \
+    init(pool, address, description, unit, modifiable, relevance);                                                  \
+  }
+KY_FOR_EACH_VALUE_TYPE(KY_TYPED_CONSTRUCTOR)
+
+KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address,
+                                             const char* description, unsigned int typeAndFlags)
+    : KyCParam(pool, address.getCategory(), baseArguments(address, description).description,
+               (typeAndFlags & ~static_cast<unsigned int>(FLAG_STATIC_DESCRIPTION)) |
+                   baseArguments(address, description).flags)
+{
+  init(pool, address, description, nullptr, false, 0);
+}
+
+KyCInventoryParameter::KyCInventoryParameter()
+    : KyCInventoryParameter(kyErrorManager().getMasterErrorList(), KyCInventoryAddress(1), nullptr,
+                            static_cast<unsigned char>(0), nullptr, false, 0)
+{
+}
+
+KyCInventoryParameter::KyCInventoryParameter(const KyCInventoryParameter& other)
+    : KyCParam(other), m_unit(other.m_unit), m_modifiable(other.m_modifiable), m_relevance(other.m_relevance)
+{
+}
+
+KyCInventoryParameter& KyCInventoryParameter::operator=(const KyCInventoryParameter& other)
+{
+  if (this == &other) return *this;
+  KyCParam::operator=(other);
+  m_unit = other.m_unit;
+  m_modifiable = other.m_modifiable;
+  m_relevance = other.m_relevance;
+  m_auxInfo = nullptr;    // dropped, not deleted: see the header
+  return *this;
+}
+
+KyCInventoryParameter::~KyCInventoryParameter()
+{
+  delete m_auxInfo;
+  m_auxInfo = nullptr;
+}
+
+void KyCInventoryParameter::init(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description,
+                                 const char* unit, bool modifiable, unsigned int relevance)
+{
+  if (!address.isSingleElement())
+    pool.setError(KY_MSG_PARAMETER_INIT_ID_NOT_ONE_ELEMENT, __LINE__, "init", "%s",
+                  description != nullptr ? description : "not specified");
+  if (unit != nullptr) m_unit.assign(pool, unit, KyCString::strlen(unit));
+  m_modifiable = modifiable;
+  m_auxInfo = nullptr;
+  m_relevance = relevance;
+}
+
+const char* KyCInventoryParameter::getUnit() const { return m_unit.c_str(); }
+
+void KyCInventoryParameter::setUnit(const char* unit) { m_unit = unit != nullptr ? unit : ""; }
+
+bool KyCInventoryParameter::isModifiable() const { return m_modifiable; }
+
+void KyCInventoryParameter::setModifiableFlag(bool modifiable) { m_modifiable = modifiable; }
+
+unsigned int KyCInventoryParameter::getRelevance() const { return m_relevance; }
+
+void KyCInventoryParameter::setRelevance(unsigned int relevance) { m_relevance = relevance; }
+
+KyCInventoryAddress KyCInventoryParameter::getID() const { return KyCInventoryAddress(getId()); }
+
+const char* KyCInventoryParameter::getIDString() const { return KyNInventoryIDs::Map.get(getId()); }
+
+const char* KyCInventoryParameter::getDescription() const { return KyCParam::getDescription(); }
+
+unsigned int KyCInventoryParameter::getType() const { return KyCParam::getType(); }
+
+const char* KyCInventoryParameter::getTypeAsCString() const
+{
+  switch (getType())
+  {
+    case TYPE_INT8:
+      return "Int8";
+    case TYPE_INT16:
+      return "Int16";
+    case TYPE_INT32:
+      return "Int32";
+    case TYPE_LONG64:
+      return "Long64";
+    case TYPE_UINT8:
+      return "UInt8";
+    case TYPE_UINT16:
+      return "UInt16";
+    case TYPE_UINT32:
+      return "UInt32";
+    case TYPE_ULONG64:
+      return "ULong64";
+    case TYPE_FLOAT32:
+      return "Float32";
+    case TYPE_FLOAT64:
+      return "Float64";
+    case TYPE_STRING:
+      return "String";
+    case TYPE_VERSION:
+      return "Version";
+    default:
+      return "";
+  }
+}
+
+KyCString KyCInventoryParameter::getTypeAsString() const { return KyCString(getTypeAsCString()); }
+
+KyCInventoryItem* KyCInventoryParameter::getParent() const { return KyInventoryAccess::toItem(getParentComposite()); }
+
+KyCInventoryParameter* KyCInventoryParameter::getNext() { return KyInventoryAccess::toParameter(getNextParam()); }
+
+const KyCInventoryParameter* KyCInventoryParameter::getNext() const
+{
+  return KyInventoryAccess::toParameter(getNextParam());
+}
+
+KyCInventoryAddress KyCInventoryParameter::getAddress() const
+{
+  const KyCInventoryItem* const parent = getParent();
+  if (parent == nullptr) return KyCInventoryAddress();
+  const KyCInventoryAddress::TElement id = {getId(), 1};
+  return KyInventoryAccess::addressOf(parent, &id);
+}
+
+KyCInventoryAddress KyCInventoryParameter::getRelativeAddress() const
+{
+  if (m_auxInfo == nullptr || m_auxInfo->getType() != KyCInventoryAuxInfo::AUX_PARAM_WRITE)
+    return KyCInventoryAddress();
+  return static_cast<const KyNInventoryParameter::KyCAuxInfoWrite*>(m_auxInfo)->getRelativeAddress();
+}
+
+KyCInventoryParameter* KyCInventoryParameter::detach()
+{
+  KyCInventoryItem* const parent = getParent();
+  return parent != nullptr ? parent->detachParameter(getId()) : nullptr;
+}
