@@ -3,6 +3,8 @@
 
 #include "errorhandling/KyCErrorList.h"
 
+// An error list, under the name by which operations ask for it. Made by anyone, on the stack too; used by one thread at
+// a time.
 class KY_ERRORHANDLING_API KyCErrorListPool : public KyCErrorList
 {
  public:
