@@ -1,5 +1,8 @@
 #include "composite/KyCBinSerializer.h"
 
+#include <cassert>
+#include <cstring>
+
 #include "KyCTextTable.h"
 #include "KyCompositeMessages.h"
 #include "KyStreamFormat.h"
@@ -58,7 +61,7 @@ bool KyCBinSerializer::begin(KyCErrorListPool& pool, KyCBuffer* buffer)
     return false;
   }
   *to = VERSION;
-  commit(pool, to + 1);
+  commit(to + 1);
   return true;
 }
 
@@ -79,7 +82,7 @@ void KyCBinSerializer::CompositeStart(KyCErrorListPool& pool, const KyCComposite
   to = putVarint(to, composite->getUnitId());
   to = putText(to, description.number, description.text, description.length);
   remember(pool, description, to);
-  commit(pool, to);
+  commit(to);
   ++m_depth;
 }
 
@@ -88,7 +91,7 @@ void KyCBinSerializer::CompositeEnd(KyCErrorListPool& pool, const KyCComposite*)
   unsigned char* const to = reserve(pool, 1);
   if (to == nullptr) return;
   *to = RECORD_END;
-  commit(pool, to + 1);
+  commit(to + 1);
   --m_depth;
 }
 
@@ -111,7 +114,7 @@ void KyCBinSerializer::CompositeParameter(KyCErrorListPool& pool, const KyCParam
   to = putText(to, description.number, description.text, description.length);
   remember(pool, description, to);
   to = putValue(to, *parameter);
-  commit(pool, to);
+  commit(to);
   if (custom) handleCustomParameter(pool, parameter);
 }
 
@@ -132,4 +135,72 @@ KyCBinSerializer::TTextOut KyCBinSerializer::lookUp(const char* text) noexcept
     }
   }
   return {text, TEXT_NEW, std::strlen(text)};
+}
+
+// The description was written as a new text that ends at end: it has a number from now on.
+void KyCBinSerializer::remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept
+{
+  if (description.number != TEXT_NEW) return;
+  const std::size_t offset = static_cast<std::size_t>(end - m_buffer->getStorage()) - description.length;
+  m_texts->add(pool, description.text, static_cast<std::uint32_t>(offset),
+               static_cast<std::uint32_t>(description.length));
+}
+
+// At least as many bytes as the value takes in the stream.
+std::uint64_t KyCBinSerializer::valueRoom(const KyCParam& parameter) noexcept
+{
+  switch (parameter.getType())
+  {
+    case KyCParam::TYPE_STRING:
+      return std::uint64_t{MAX_VARINT_SIZE} + static_cast<const KyCString*>(parameter.getLocation())->length();
+    case KyCParam::TYPE_VERSION:
+      return 4 * MAX_VARINT_SIZE;
+    default:
+      return numberSize(parameter.getType());
+  }
+}
+
+unsigned char* KyCBinSerializer::putValue(unsigned char* to, const KyCParam& parameter) noexcept
+{
+  const unsigned int type = parameter.getType();
+  if (type == KyCParam::TYPE_STRING)
+  {
+    const KyCString& value = *static_cast<const KyCString*>(parameter.getLocation());
+    return putBytes(putVarint(to, value.length()), value.c_str(), value.length());
+  }
+  if (type == KyCParam::TYPE_VERSION)
+  {
+    const KyCVersion* const location = static_cast<const KyCVersion*>(parameter.getLocation());
+    const KyCVersion value = location != nullptr ? *location : KyCVersion();
+    to = putVarint(to, value.getMajor());
+    to = putVarint(to, value.getMinor());
+    to = putVarint(to, value.getMaintenance());
+    return putVarint(to, value.getBuild());
+  }
+  const unsigned int size = numberSize(type);
+  return putBig(to, bitsOf(parameter.getLocation(), size), size);
+}
+
+// Room for one record at the end of the stream; null, with a report, when there is none.
+unsigned char* KyCBinSerializer::reserve(KyCErrorListPool& pool, std::uint64_t size) noexcept
+{
+  assert(m_buffer != nullptr);    // called outside a serialization
+  if (size > 0xFFFFFFFFu)
+  {
+    pool.setError(KY_MSG_STREAM_TOO_LARGE, __LINE__, "reserve", nullptr);
+    return nullptr;
+  }
+  if (m_buffer->m_capacity - m_buffer->m_writePosition < size)
+  {
+    const unsigned int errors = pool.getErrorCount();
+    m_buffer->allocateBuffer(pool, static_cast<unsigned int>(size));
+    if (pool.getErrorCount() != errors) return nullptr;
+  }
+  return m_buffer->m_storage + m_buffer->m_writePosition;
+}
+
+// The record ends here; it was written into the room that reserve() gave.
+void KyCBinSerializer::commit(const unsigned char* end) noexcept
+{
+  m_buffer->m_writePosition = static_cast<unsigned int>(end - m_buffer->m_storage);
 }

@@ -10,7 +10,7 @@
 // than a few times the bytes that the stream spent on them.
 class KyCTextList
 {
- public:
+public:
   explicit KyCTextList(KyCErrorListPool& pool) noexcept;    // failure is recorded in the pool
   ~KyCTextList();
   KyCTextList(const KyCTextList&) = delete;
@@ -26,7 +26,7 @@ class KyCTextList
   // Copies the text; null, with "Out of memory." in the pool, when that fails.
   const char* add(KyCErrorListPool& pool, const unsigned char* text, std::uint32_t length) noexcept;
 
- private:
+private:
   bool reserveBytes(KyCErrorListPool& pool, std::size_t size) noexcept;
   bool reserveStarts(KyCErrorListPool& pool, std::uint32_t count) noexcept;
 

@@ -33,7 +33,8 @@ void KyCTextTable::clear() noexcept
 std::uint32_t KyCTextTable::hashOf(const char* text) noexcept
 {
   std::uint32_t hash = 2166136261u;
-  for (; *text != '\0'; ++text) hash = (hash ^ static_cast<unsigned char>(*text)) * 16777619u;
+  for (; *text != '\0'; ++text)
+    hash = (hash ^ static_cast<unsigned char>(*text)) * 16777619u;
   return hash ^ hash >> 15;
 }
 
@@ -55,7 +56,11 @@ bool KyCTextTable::isText(std::uint32_t position, const unsigned char* storage, 
 std::uint32_t KyCTextTable::find(const unsigned char* storage, std::uint32_t size, const char* text) noexcept
 {
   TSeen& seen = seenSlot(text);
-  if (seen.text == text && isText(seen.position, storage, size, text)) return seen.position;
+  if (seen.text == text && isText(seen.position, storage, size, text))
+  {
+    m_lastHash = m_entries[seen.position].hash;
+    return seen.position;
+  }
 
   m_lastHash = hashOf(text);
   const std::uint32_t mask = m_capacity * 2 - 1;
@@ -96,10 +101,11 @@ void KyCTextTable::insertSlot(std::uint32_t position) noexcept
   }
 }
 
+// No size overflows: a text takes at least 3 bytes of a stream below 2^32 bytes, so 2^31 entries are enough for any; and
+// where addresses have 32 bits, memory is exhausted long before.
 bool KyCTextTable::grow(KyCErrorListPool& pool) noexcept
 {
   const std::uint32_t capacity = m_capacity == 0 ? FIRST_CAPACITY : m_capacity * 2;
-  if (capacity > SIZE_MAX / 2 / sizeof(TEntry)) return false;    // more texts than a 32-bit stream has room for
   const std::size_t slotBytes = std::size_t{capacity} * 2 * sizeof *m_slots;
   void* const slots = KyNPoolAllocator::allocate(pool, slotBytes);
   if (slots == nullptr) return false;
@@ -114,6 +120,7 @@ bool KyCTextTable::grow(KyCErrorListPool& pool) noexcept
   m_entries = static_cast<TEntry*>(entries);
   m_capacity = capacity;
   std::memset(m_slots, 0, slotBytes);
-  for (std::uint32_t position = 0; position < m_count; ++position) insertSlot(position);
+  for (std::uint32_t position = 0; position < m_count; ++position)
+    insertSlot(position);
   return true;
 }

@@ -13,7 +13,7 @@
 // descriptions are literals; else one hash over the text.
 class KyCTextTable
 {
- public:
+public:
   static constexpr std::uint32_t NOT_FOUND = 0xFFFFFFFFu;
 
   explicit KyCTextTable(KyCErrorListPool& pool) noexcept;    // failure is recorded in the pool
@@ -27,10 +27,10 @@ class KyCTextTable
   std::uint32_t find(const unsigned char* storage, std::uint32_t size, const char* text) noexcept;
   // Length in bytes of a text that find() gave.
   std::uint32_t lengthOf(std::uint32_t position) const noexcept { return m_entries[position].length; }
-  // Gives the next number to the text that find() has just not found and that now stands at offset in the buffer.
+  // Gives the next number to the text that find() was asked for last and that now stands at offset in the buffer.
   void add(KyCErrorListPool& pool, const char* text, std::uint32_t offset, std::uint32_t length) noexcept;
 
- private:
+private:
   struct TEntry
   {
     std::uint32_t offset;
@@ -48,14 +48,15 @@ class KyCTextTable
 
   static std::uint32_t hashOf(const char* text) noexcept;
   TSeen& seenSlot(const char* text) noexcept;
-  bool isText(std::uint32_t position, const unsigned char* storage, std::uint32_t size, const char* text) const noexcept;
+  bool isText(std::uint32_t position, const unsigned char* storage, std::uint32_t size,
+              const char* text) const noexcept;
   void insertSlot(std::uint32_t position) noexcept;
   bool grow(KyCErrorListPool& pool) noexcept;
 
   TEntry* m_entries = nullptr;
   std::uint32_t* m_slots = nullptr;    // open addressing: position + 1, 0 when free; twice as many as entries
   std::uint32_t m_count = 0;
-  std::uint32_t m_capacity = 0;        // entries; power of two
-  std::uint32_t m_lastHash = 0;        // of the text that find() did not find
-  TSeen m_seen[SEEN_COUNT];            // the last text asked for, by pointer
+  std::uint32_t m_capacity = 0;    // entries; power of two
+  std::uint32_t m_lastHash = 0;    // of the text that find() was asked for last
+  TSeen m_seen[SEEN_COUNT];        // the last text asked for, by pointer
 };

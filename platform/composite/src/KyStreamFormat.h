@@ -32,29 +32,42 @@ constexpr unsigned int MAX_VARINT_SIZE = 5;
 
 // Value types in the order of their numbers in record kinds.
 constexpr unsigned int TYPE_COUNT = 12;
-constexpr unsigned int TYPES[TYPE_COUNT] = {
-    KyCParam::TYPE_INT8,   KyCParam::TYPE_INT16,  KyCParam::TYPE_INT32,   KyCParam::TYPE_LONG64,
-    KyCParam::TYPE_UINT8,  KyCParam::TYPE_UINT16, KyCParam::TYPE_UINT32,  KyCParam::TYPE_ULONG64,
-    KyCParam::TYPE_FLOAT32, KyCParam::TYPE_FLOAT64, KyCParam::TYPE_STRING, KyCParam::TYPE_VERSION};
+constexpr unsigned int TYPES[TYPE_COUNT] = {KyCParam::TYPE_INT8,    KyCParam::TYPE_INT16,   KyCParam::TYPE_INT32,
+                                            KyCParam::TYPE_LONG64,  KyCParam::TYPE_UINT8,   KyCParam::TYPE_UINT16,
+                                            KyCParam::TYPE_UINT32,  KyCParam::TYPE_ULONG64, KyCParam::TYPE_FLOAT32,
+                                            KyCParam::TYPE_FLOAT64, KyCParam::TYPE_STRING,  KyCParam::TYPE_VERSION};
 
 // 0 .. TYPE_COUNT-1; TYPE_COUNT for a code that is none of the twelve.
 inline unsigned int typeNumber(unsigned int type) noexcept
 {
   switch (type)
   {
-    case KyCParam::TYPE_INT8: return 0;
-    case KyCParam::TYPE_INT16: return 1;
-    case KyCParam::TYPE_INT32: return 2;
-    case KyCParam::TYPE_LONG64: return 3;
-    case KyCParam::TYPE_UINT8: return 4;
-    case KyCParam::TYPE_UINT16: return 5;
-    case KyCParam::TYPE_UINT32: return 6;
-    case KyCParam::TYPE_ULONG64: return 7;
-    case KyCParam::TYPE_FLOAT32: return 8;
-    case KyCParam::TYPE_FLOAT64: return 9;
-    case KyCParam::TYPE_STRING: return 10;
-    case KyCParam::TYPE_VERSION: return 11;
-    default: return TYPE_COUNT;
+    case KyCParam::TYPE_INT8:
+      return 0;
+    case KyCParam::TYPE_INT16:
+      return 1;
+    case KyCParam::TYPE_INT32:
+      return 2;
+    case KyCParam::TYPE_LONG64:
+      return 3;
+    case KyCParam::TYPE_UINT8:
+      return 4;
+    case KyCParam::TYPE_UINT16:
+      return 5;
+    case KyCParam::TYPE_UINT32:
+      return 6;
+    case KyCParam::TYPE_ULONG64:
+      return 7;
+    case KyCParam::TYPE_FLOAT32:
+      return 8;
+    case KyCParam::TYPE_FLOAT64:
+      return 9;
+    case KyCParam::TYPE_STRING:
+      return 10;
+    case KyCParam::TYPE_VERSION:
+      return 11;
+    default:
+      return TYPE_COUNT;
   }
 }
 
@@ -70,10 +83,18 @@ inline std::uint64_t bitsOf(const void* number, unsigned int size) noexcept
   std::uint64_t bits64;
   switch (size)
   {
-    case 1: std::memcpy(&bits8, number, 1); return bits8;
-    case 2: std::memcpy(&bits16, number, 2); return bits16;
-    case 4: std::memcpy(&bits32, number, 4); return bits32;
-    default: std::memcpy(&bits64, number, 8); return bits64;
+    case 1:
+      std::memcpy(&bits8, number, 1);
+      return bits8;
+    case 2:
+      std::memcpy(&bits16, number, 2);
+      return bits16;
+    case 4:
+      std::memcpy(&bits32, number, 4);
+      return bits32;
+    default:
+      std::memcpy(&bits64, number, 8);
+      return bits64;
   }
 }
 
@@ -84,10 +105,18 @@ inline void setBits(void* number, unsigned int size, std::uint64_t bits) noexcep
   const std::uint32_t bits32 = static_cast<std::uint32_t>(bits);
   switch (size)
   {
-    case 1: std::memcpy(number, &bits8, 1); break;
-    case 2: std::memcpy(number, &bits16, 2); break;
-    case 4: std::memcpy(number, &bits32, 4); break;
-    default: std::memcpy(number, &bits, 8); break;
+    case 1:
+      std::memcpy(number, &bits8, 1);
+      break;
+    case 2:
+      std::memcpy(number, &bits16, 2);
+      break;
+    case 4:
+      std::memcpy(number, &bits32, 4);
+      break;
+    default:
+      std::memcpy(number, &bits, 8);
+      break;
   }
 }
 

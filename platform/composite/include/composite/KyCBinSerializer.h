@@ -1,5 +1,14 @@
 // KyCBinSerializer.h: writes a composite tree into a buffer.
+//
+//   KyCBinSerializer serializer(pool);
+//   KyCCompositeFactory factory(pool);
+//   factory.setBinarySerializer(pool, &serializer);
+//   factory.serialize(pool, root, 0, &buffer);    // the stream stands at the end of buffer
+//
+// docs/stream-format.md describes the bytes.
 #pragma once
+
+#include <cstdint>
 
 #include "composite/KyCBuffer.h"
 #include "composite/KyCComposite.h"
@@ -7,28 +16,68 @@
 
 class KyCTextTable;
 
+// The visitor that KyCCompositeFactory calls for every node and parameter of a tree, in this order for each node:
+// CompositeStart, CompositeParameter for each parameter, all of that for each child, CompositeEnd. A derived class adds a
+// part of its own to custom parameters (KyCParam::FLAG_CUSTOM) in handleCustomParameter. One that overrides one of the
+// first three calls the base.
+//
+// The caller owns it and may use it for any number of streams, one after the other. The trees and parameters given are
+// only read. Threads: one serializer is used by one thread at a time.
+//
+// Errors of every operation that writes, besides those named with it: "Out of memory." of the pool allocator; 0x01101804
+// or 0x01100001 when the stream or the buffer would exceed 4294967295 bytes. The operation that reports has written
+// nothing, except that a text that could not be remembered is in the stream.
 class KY_COMPOSITE_API KyCBinSerializer
 {
- public:
-  explicit KyCBinSerializer(KyCErrorListPool& pool);    // allocates from the pool; failure is recorded there
+public:
+  // Errors: "Out of memory." of the pool allocator; the serializer then refuses every stream (0x01101800).
+  explicit KyCBinSerializer(KyCErrorListPool& pool);
   KyCBinSerializer(const KyCBinSerializer&) = delete;
   KyCBinSerializer& operator=(const KyCBinSerializer&) = delete;
 
-  // Virtual operations, in slot order; called by KyCCompositeFactory while it walks a tree.
+  // Virtual operations, in slot order. Each writes one record at the end of the buffer.
+  //
+  // Requires: a serialization is going on; the argument is not null.
   virtual ~KyCBinSerializer();
+
+  // Class id, unit id and description of a node.
+  // Errors: 0x01101802  this would be level 4097 of the tree
   virtual void CompositeStart(KyCErrorListPool& pool, const KyCComposite* composite);
+
+  // The end of the node that was started last and has not ended yet.
   virtual void CompositeEnd(KyCErrorListPool& pool, const KyCComposite* composite);
+
+  // Id, type, description and value of a parameter; then handleCustomParameter, if it is a custom one.
+  // Errors: 0x01101803  the type code is none of the twelve
   virtual void CompositeParameter(KyCErrorListPool& pool, const KyCParam* parameter);
-  virtual void handleCustomParameter(KyCErrorListPool& pool, const KyCParam* parameter);    // base: does nothing
 
-  KyCBuffer* getBuffer() const noexcept { return m_buffer; }    // null outside a serialization
+  // Appends to getBuffer() what a custom parameter has besides its standard part; the base appends nothing.
+  // Called: once for each custom parameter, right behind its standard part. It may not take bytes away from the buffer
+  // nor store anything else with this serializer. A report in the pool ends the serialization.
+  virtual void handleCustomParameter(KyCErrorListPool& pool, const KyCParam* parameter);
 
- private:
+  // The buffer being written; null outside a serialization.
+  KyCBuffer* getBuffer() const noexcept { return m_buffer; }
+
+private:
   friend class KyCCompositeFactory;
-  void begin(KyCErrorListPool& pool, KyCBuffer* buffer);    // stream version byte, forgets the texts of the last stream
+  struct TTextOut;
+
+  // Opens a stream at the end of the buffer and writes its version; false, with a report, when that is not possible.
+  bool begin(KyCErrorListPool& pool, KyCBuffer* buffer);
   void end() noexcept;
+  static const KyCParam* nextParameter(const KyCParam* parameter) noexcept { return parameter->m_next; }
+
+  TTextOut lookUp(const char* text) noexcept;
+  void remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept;
+  static std::uint64_t valueRoom(const KyCParam& parameter) noexcept;
+  static unsigned char* putValue(unsigned char* to, const KyCParam& parameter) noexcept;
+  unsigned char* reserve(KyCErrorListPool& pool, std::uint64_t size) noexcept;
+  void commit(const unsigned char* end) noexcept;
 
   KyCBuffer* m_buffer = nullptr;
-  KyCTextTable* m_texts = nullptr;    // texts written so far, with their numbers
-  unsigned int m_depth = 0;
+  KyCTextTable* m_texts = nullptr;      // texts written so far, with their numbers; null: not constructed
+  std::uint64_t m_repeatedBytes = 0;    // length of all texts written as a number
+  unsigned int m_streamStart = 0;       // position of the stream in the buffer
+  unsigned int m_depth = 0;             // levels that are open
 };
