@@ -1,0 +1,50 @@
+// KyNInventoryHost.h: takes the inventory of a real machine.
+//
+//   KyCErrorListPool pool;
+//   KyCInventoryItem* const machine = KyNInventoryHost::scanMachine(pool);
+//   if (machine != nullptr) machine->printTree(pool, 0, 0);
+//   delete machine;
+#pragma once
+
+#include "errorhandling/KyCErrorListPool.h"
+#include "inventory/KyCInventoryItem.h"
+#include "inventoryhost/KyInventoryHostApi.h"
+
+// Both functions give a tree below a new root item ROOT: the machine itself, its mainboard and BIOS, processors with
+// cores and caches, memory, PCI devices, network interfaces, disks and operating system. docs/host-mapping.md lists
+// every address with its type, its unit and where the value comes from. Predefined IDs only; no parameter is
+// modifiable. What the machine does not tell is left out: no placeholder, no empty text, no zero in place of an
+// unknown number. Everything read is taken as untrusted: texts are bounded, trimmed, freed of control characters and
+// made valid UTF-8.
+//
+// Two threads may scan at once, each with a pool of its own.
+namespace KyNInventoryHost
+{
+// The machine this program runs on, as hwloc, /sys, /proc and os-release tell it. Parts that the machine hides, as
+// containers and virtual machines do, are simply missing.
+//
+// Result:     the root of the new tree; null on failure.
+// Errors:     0x1400004  hwloc cannot find out the topology
+//             0x1400005  hwloc's environment variables (HWLOC_XMLFILE, HWLOC_SYNTHETIC, ...) put another machine in
+//                        place of the running one
+//             0x1400006  the tree cannot be built (behind the cause)
+// Ownership:  the caller owns the tree and deletes its root.
+KY_INVENTORYHOST_API KyCInventoryItem* scanMachine(KyCErrorListPool& pool);
+
+// The machine that an hwloc topology file describes. The same file always gives the same tree, parameter by parameter
+// and in the same order; nothing of the running machine gets into it.
+//
+//   path        an XML file as hwloc writes it, at most 64 MiB; may be a pipe; null is taken as empty
+//
+// Result:     the root of the new tree; null on failure.
+// Errors:     0x1400000  the file cannot be opened
+//             0x1400001  the file cannot be read, or the process that examines it cannot be started
+//             0x1400002  the file is larger than 64 MiB
+//             0x1400003  hwloc cannot read the file as a topology, or finds it inconsistent
+//             0x1400004  hwloc cannot find out the topology
+//             0x1400006  the tree cannot be built (behind the cause)
+// Ownership:  the caller owns the tree and deletes its root.
+// Cost:       near-linear in the file's size. A damaged topology can take the process down inside hwloc, so a child
+//             process (fork) reads the file first and only a file that it survives is read here.
+KY_INVENTORYHOST_API KyCInventoryItem* scanTopologyFile(KyCErrorListPool& pool, const char* path);
+}    // namespace KyNInventoryHost
