@@ -2,6 +2,8 @@
 #include "errorhandling/KyCErrorList.h"
 
 #include <cstdarg>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -31,8 +33,9 @@ void KyCErrorList::setError(unsigned int code, unsigned int line, const char* fu
 bool KyCErrorList::reserve(unsigned int capacity) noexcept
 {
   if (capacity <= m_entryCapacity) return true;
-  if (capacity > static_cast<std::size_t>(-1) / sizeof *m_entries) return false;
-  void* const grown = std::realloc(m_entries, capacity * sizeof *m_entries);
+  const std::size_t count = capacity;
+  if (count > SIZE_MAX / sizeof *m_entries) return false;    // on a 32-bit machine
+  void* const grown = std::realloc(m_entries, count * sizeof *m_entries);
   if (grown == nullptr) return false;
   m_entries = static_cast<KyErrorEntry**>(grown);
   m_entryCapacity = capacity;
