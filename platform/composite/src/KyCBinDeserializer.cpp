@@ -164,6 +164,8 @@ KyCBinDeserializer::TRecord KyCBinDeserializer::classify(TCursor& cursor) const 
     cursor.fail(start, m_first == TRecord::START ? "a composite is expected" : "a parameter is expected");
   else if (kind == TRecord::PARAMETER && m_childrenBegun)
     cursor.fail(start, "a parameter stands behind a child");
+  else if (kind == TRecord::PARAMETER && m_customParametersOnly && (byte & 0xF0u) != RECORD_CUSTOM_PARAMETER)
+    cursor.fail(start, "a parameter is not a custom one");
   return cursor.damage == nullptr ? kind : TRecord::DAMAGED;
 }
 

@@ -69,6 +69,10 @@ public:
 protected:
   KyCBuffer* m_buffer = nullptr;    // being read; null outside a deserialization
 
+  // Set by a derived class whose parameters are of a class of its own: a parameter that is no custom one is damage then,
+  // since only custom ones come from createCustomParameter.
+  bool m_customParametersOnly = false;
+
 private:
   friend class KyCCompositeFactory;
   struct TCursor;
