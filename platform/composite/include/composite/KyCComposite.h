@@ -1,4 +1,10 @@
 // KyCComposite.h: a tree node with owned children, owned parameters and one friend link.
+//
+//   KyCComposite* root = new (pool) KyCComposite(pool, 1, 1, "rack");
+//   KyCComposite* board = new (pool) KyCComposite(pool, 2, 1, "board");
+//   root->attach(board);                                                          // root owns board now
+//   board->addParameter(pool, new (pool) KyCParam(pool, 7, "slot", 0, 3, nullptr));
+//   delete root;                                                                  // and all below it
 #pragma once
 
 #include "composite/KyCParam.h"
@@ -7,14 +13,34 @@
 
 class KyCListIndex;
 
+// Belongs to whoever made it until another node takes it (attach); that one then deletes it with itself. Owns its children
+// and its parameters, both in the order in which they came. Nodes and parameters that are deleted are made with the global
+// or the pool's operator new.
+//
+// Lists of more than 16 children or parameters get an index on the first look-up that walks beyond those 16, so that
+// look-ups, additions and removals cost near-constant time however long the list. Without memory for it they walk the
+// list; nothing is reported and nothing else changes.
+//
+// Threads: a tree is used by one thread at a time. The look-ups are no exception, const as they are: they may make the
+// index.
 class KY_COMPOSITE_API KyCComposite
 {
  public:
-  KyCComposite(KyCErrorListPool& pool, unsigned int classId, unsigned int unitId, const char* description);
+  // A node without parent, children and parameters.
+  //
+  //   classId, unitId  any numbers
+  //   description      copied; null reads back as ""
+  //
+  // Errors: "Out of memory." of the pool allocator; the description is then "".
+  KyCComposite(KyCErrorListPool& pool, unsigned int classId, unsigned int unitId, const char* description) noexcept;
   KyCComposite(const KyCComposite&) = delete;
   KyCComposite& operator=(const KyCComposite&) = delete;
 
   // Virtual operations, in slot order. The base does nothing in any of them but the destructor.
+
+  // Unlinks the node from its parent, if it has one, and deletes its parameters, its children and all below them: each
+  // exactly once and without a parent any more, children before the node they hung in. The stack does not grow with the
+  // depth of the tree. Friend links to the deleted nodes are not looked for.
   virtual ~KyCComposite();
   virtual void update(KyCErrorListPool& pool);
   virtual void PreInit(KyCErrorListPool& pool);
@@ -31,41 +57,82 @@ class KY_COMPOSITE_API KyCComposite
 
   unsigned int getClassId() const noexcept { return m_classId; }
   unsigned int getUnitId() const noexcept { return m_unitId; }
+  // Never null; holds until the description is set or the node deleted.
   const char* getDescription() const noexcept { return m_description; }
-  void setDescription(KyCErrorListPool& pool, const char* description);
-  KyCComposite* getParent() const noexcept { return m_parent; }
-  KyCComposite* getChild() const noexcept { return m_firstChild; }
-  KyCComposite* getSibling() const noexcept { return m_next; }
-  int attach(KyCComposite* child);
-  int detachChild(const KyCComposite* child);    // 0; -1 when it is not a child of this node (or null)
+
+  // Copies the text, which may be part of the present description; null gives "".
+  // Errors: "Out of memory." of the pool allocator; the description is then as it was.
+  void setDescription(KyCErrorListPool& pool, const char* description) noexcept;
+
+  KyCComposite* getParent() const noexcept { return m_parent; }       // null at the root
+  KyCComposite* getChild() const noexcept { return m_firstChild; }    // the first one; null when none
+  KyCComposite* getSibling() const noexcept { return m_next; }        // the next one; null at the end
+
+  // Appends a child, which this node owns from then on. Two children may have the same numbers.
+  //
+  // Result:  0
+  //          -1  the child is null
+  //          -2  the child is this node or one of its ancestors
+  //          -3  the child has a parent already, which goes on owning it
+  // Cost:    constant; for a child with children of its own, at most the smaller one of the depth of this node and the
+  //          number of nodes below the child.
+  int attach(KyCComposite* child) noexcept;
+
+  // Unlinks a child with all below it; the caller owns it from then on.
+  // Result: 0; -1 when it is null or no child of this node.
+  int detachChild(const KyCComposite* child) noexcept;
+
+  // One link to any other node. Not owned; whoever sets it sees to it that the other node lives longer.
   void setFriend(KyCComposite* other) noexcept { m_friend = other; }
   KyCComposite* getFriend() const noexcept { return m_friend; }
 
-  void addParameter(KyCErrorListPool& pool, KyCParam* parameter);
-  KyCParam* removeParameter(KyCErrorListPool& pool, unsigned int id);
-  KyCParam* getParameterById(unsigned int id) const;
-  KyCParam* getParameterByIndex(unsigned int index) const;
+  // Appends a parameter, which this node owns from then on.
+  //
+  // Errors:     0x01101000  the parameter is null
+  //             0x01101001  the parameter hangs in a composite already, this one or another
+  //             0x01101002  this node has a parameter of that id
+  // On failure: nothing changes; the parameter stays with whom it was.
+  void addParameter(KyCErrorListPool& pool, KyCParam* parameter) noexcept;
+
+  // Unlinks the parameter with that id; the caller owns it from then on.
+  // Result: the parameter; null when there is none, which is not reported.
+  KyCParam* removeParameter(KyCErrorListPool& pool, unsigned int id) noexcept;
+
+  // Null when there is none.
+  KyCParam* getParameterById(unsigned int id) const noexcept;
+  // From 0, in list order; null beyond the end. Cost: near-constant, also while parameters are removed on the way.
+  KyCParam* getParameterByIndex(unsigned int index) const noexcept;
 
  protected:
   // As the public constructor, for a description that outlives the node: the pointer is kept, nothing is copied.
   struct TStaticText { const char* text; };
-  KyCComposite(KyCErrorListPool& pool, unsigned int classId, unsigned int unitId, TStaticText description);
-  void setStaticDescription(const char* description) noexcept;
+  KyCComposite(KyCErrorListPool& pool, unsigned int classId, unsigned int unitId, TStaticText description) noexcept;
+  void setStaticDescription(const char* description) noexcept;    // null: ""
 
-  // Gives the node new numbers; its parent finds it under them from then on.
-  void setIds(unsigned int classId, unsigned int unitId);
+  // Gives the node new numbers; its parent finds it under them from then on, at its old place in the list.
+  void setIds(unsigned int classId, unsigned int unitId) noexcept;
   // The first child, in list order, with these numbers; null when none. Near-constant cost however many children.
-  KyCComposite* findChild(unsigned int classId, unsigned int unitId) const;
-  KyCParam* getFirstParameter() const noexcept { return m_firstParameter; }
+  KyCComposite* findChild(unsigned int classId, unsigned int unitId) const noexcept;
+  KyCParam* getFirstParameter() const noexcept { return m_firstParameter; }    // null when none
 
  private:
-  friend class KyCParam;    // tells of a changed id
-  void parameterIdChanged(KyCParam* parameter, unsigned int oldId);
+  friend class KyCParam;    // tells of a changed id and of its end
+  void parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept;
+  void unlinkParameter(KyCParam* parameter) noexcept;
+
+  void replaceDescription(const char* description, bool isOwned) noexcept;
+  bool isInside(const KyCComposite* root) const noexcept;
+  void unlinkChild(KyCComposite* child) noexcept;
+  void deleteChildren() noexcept;
+  void deleteParameters() noexcept;
+  void unlinkParameterBehind(KyCParam* previous, KyCParam* parameter) noexcept;
+  KyCParam* parameterBefore(const KyCParam* parameter) const noexcept;
+  KyCListIndex* indexChildren() const noexcept;
+  KyCListIndex* indexParameters() const noexcept;
 
   unsigned int m_classId;
   unsigned int m_unitId;
   const char* m_description;
-  bool m_ownsDescription = false;
   KyCComposite* m_parent = nullptr;
   KyCComposite* m_firstChild = nullptr;
   KyCComposite* m_lastChild = nullptr;
@@ -76,4 +143,5 @@ class KY_COMPOSITE_API KyCComposite
   KyCParam* m_lastParameter = nullptr;
   mutable KyCListIndex* m_childIndex = nullptr;        // only while there are many children
   mutable KyCListIndex* m_parameterIndex = nullptr;    // only while there are many parameters
+  bool m_ownsDescription = false;
 };

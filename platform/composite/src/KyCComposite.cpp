@@ -1,0 +1,338 @@
+// KyCComposite.cpp: the links of a node: description, children, parameters.
+#include "composite/KyCComposite.h"
+
+#include <cstdint>
+#include <cstring>
+#include <new>
+
+#include "KyCompositeMessages.h"
+#include "KyListIndex.h"
+#include "errorhandling/KyNPoolAllocator.h"
+
+namespace
+{
+
+// As long as a list is walked; longer ones get an index, and shorter ones than half of it lose it again.
+constexpr unsigned int WALKED_LENGTH = 16;
+
+const char s_noText[] = "";
+
+std::uint64_t keyOf(unsigned int classId, unsigned int unitId) noexcept
+{
+  return std::uint64_t{classId} << 32 | unitId;
+}
+
+std::uint64_t keyOf(const KyCComposite* node) noexcept { return keyOf(node->getClassId(), node->getUnitId()); }
+
+std::uint64_t keyOf(const KyCParam* parameter) noexcept { return parameter->getId(); }
+
+void dropIndex(KyCListIndex*& index) noexcept
+{
+  delete index;
+  index = nullptr;
+}
+
+template <typename T>
+void appendToIndex(KyCListIndex*& index, T* entry) noexcept
+{
+  if (index != nullptr && !index->append(entry, keyOf(entry))) dropIndex(index);
+}
+
+template <typename T>
+void removeFromIndex(KyCListIndex*& index, const T* entry) noexcept
+{
+  if (index == nullptr) return;
+  index->remove(entry, keyOf(entry));
+  if (index->count() < WALKED_LENGTH / 2) dropIndex(index);
+}
+
+// An index of the list that starts with first; null when there is no memory for it.
+template <typename T, typename TNext>
+KyCListIndex* makeIndex(T* first, TNext nextOf) noexcept
+{
+  unsigned int count = 0;
+  for (const T* entry = first; entry != nullptr; entry = nextOf(entry)) ++count;
+  KyCListIndex* index = new (std::nothrow) KyCListIndex;
+  if (index == nullptr) return nullptr;
+  bool isComplete = index->reserve(count + count / 4);
+  for (T* entry = first; isComplete && entry != nullptr; entry = nextOf(entry))
+    isComplete = index->append(entry, keyOf(entry));
+  if (!isComplete) dropIndex(index);
+  return index;
+}
+
+}    // namespace
+
+// ---- Life and description ----
+
+KyCComposite::KyCComposite(KyCErrorListPool& pool, unsigned int classId, unsigned int unitId,
+                           const char* description) noexcept
+    : m_classId(classId), m_unitId(unitId), m_description(s_noText)
+{
+  setDescription(pool, description);
+}
+
+KyCComposite::KyCComposite(KyCErrorListPool&, unsigned int classId, unsigned int unitId,
+                           TStaticText description) noexcept
+    : m_classId(classId), m_unitId(unitId), m_description(description.text != nullptr ? description.text : s_noText)
+{
+}
+
+KyCComposite::~KyCComposite()
+{
+  if (m_parent != nullptr) m_parent->unlinkChild(this);
+  deleteChildren();
+  deleteParameters();
+  replaceDescription(s_noText, false);
+}
+
+// Goes down to a node without children, deletes it, and goes on at its parent: links always hold, whatever the
+// destructors of derived nodes do, and each destructor finds nothing below it that would make it recurse.
+void KyCComposite::deleteChildren() noexcept
+{
+  KyCComposite* node = this;
+  while (node != this || m_firstChild != nullptr)
+  {
+    dropIndex(node->m_childIndex);
+    while (node->m_firstChild != nullptr)
+    {
+      node = node->m_firstChild;
+      dropIndex(node->m_childIndex);
+    }
+    KyCComposite* const parent = node->m_parent;
+    parent->unlinkChild(node);
+    delete node;
+    node = parent;
+  }
+}
+
+void KyCComposite::deleteParameters() noexcept
+{
+  dropIndex(m_parameterIndex);
+  while (m_firstParameter != nullptr)
+  {
+    KyCParam* const parameter = m_firstParameter;
+    unlinkParameterBehind(nullptr, parameter);
+    delete parameter;
+  }
+}
+
+void KyCComposite::replaceDescription(const char* description, bool isOwned) noexcept
+{
+  if (m_ownsDescription) KyNPoolAllocator::release(const_cast<char*>(m_description));
+  m_description = description;
+  m_ownsDescription = isOwned;
+}
+
+void KyCComposite::setDescription(KyCErrorListPool& pool, const char* description) noexcept
+{
+  if (description == nullptr || *description == '\0')
+  {
+    replaceDescription(s_noText, false);
+    return;
+  }
+  const std::size_t size = std::strlen(description) + 1;
+  void* const copy = KyNPoolAllocator::allocate(pool, size);
+  if (copy != nullptr) replaceDescription(static_cast<const char*>(std::memcpy(copy, description, size)), true);
+}
+
+void KyCComposite::setStaticDescription(const char* description) noexcept
+{
+  replaceDescription(description != nullptr ? description : s_noText, false);
+}
+
+// ---- Virtual operations ----
+
+void KyCComposite::update(KyCErrorListPool&) {}
+void KyCComposite::PreInit(KyCErrorListPool&) {}
+void KyCComposite::PostInit(KyCErrorListPool&) {}
+void KyCComposite::PreApply(KyCErrorListPool&) {}
+void KyCComposite::PostApply(KyCErrorListPool&) {}
+void KyCComposite::PreReset(KyCErrorListPool&) {}
+void KyCComposite::PostReset(KyCErrorListPool&) {}
+void KyCComposite::traverseHook(KyCErrorListPool&, unsigned int) {}
+void KyCComposite::virtualDummyFunction4() {}
+void KyCComposite::virtualDummyFunction3() {}
+void KyCComposite::virtualDummyFunction2() {}
+void KyCComposite::virtualDummyFunction1() {}
+
+// ---- Children ----
+
+// Whether this node is the other one or stands somewhere below it. Walks up from this node and through the tree below the
+// other one in turns, and the shorter way ends both: a tree may so be put together from its pieces in any order without
+// walking the same long way again and again.
+bool KyCComposite::isInside(const KyCComposite* root) const noexcept
+{
+  const KyCComposite* above = this;
+  const KyCComposite* below = root;
+  for (;;)
+  {
+    if (above == root || below == this) return true;
+    above = above->m_parent;
+    if (above == nullptr) return false;
+
+    if (below->m_firstChild != nullptr)
+    {
+      below = below->m_firstChild;
+      continue;
+    }
+    while (below != root && below->m_next == nullptr) below = below->m_parent;
+    if (below == root) return false;    // seen it all
+    below = below->m_next;
+  }
+}
+
+int KyCComposite::attach(KyCComposite* child) noexcept
+{
+  if (child == nullptr) return -1;
+  if (isInside(child)) return -2;
+  if (child->m_parent != nullptr) return -3;
+
+  child->m_parent = this;
+  child->m_previous = m_lastChild;
+  child->m_next = nullptr;
+  (m_lastChild != nullptr ? m_lastChild->m_next : m_firstChild) = child;
+  m_lastChild = child;
+  appendToIndex(m_childIndex, child);
+  return 0;
+}
+
+int KyCComposite::detachChild(const KyCComposite* child) noexcept
+{
+  if (child == nullptr || child->m_parent != this) return -1;
+  unlinkChild(const_cast<KyCComposite*>(child));    // a child of this node, which is not const
+  return 0;
+}
+
+void KyCComposite::unlinkChild(KyCComposite* child) noexcept
+{
+  removeFromIndex(m_childIndex, child);
+  (child->m_previous != nullptr ? child->m_previous->m_next : m_firstChild) = child->m_next;
+  (child->m_next != nullptr ? child->m_next->m_previous : m_lastChild) = child->m_previous;
+  child->m_parent = child->m_next = child->m_previous = nullptr;
+}
+
+void KyCComposite::setIds(unsigned int classId, unsigned int unitId) noexcept
+{
+  const std::uint64_t oldKey = keyOf(this);
+  m_classId = classId;
+  m_unitId = unitId;
+  if (m_parent != nullptr && m_parent->m_childIndex != nullptr && keyOf(this) != oldKey)
+    m_parent->m_childIndex->changeKey(this, oldKey, keyOf(this));
+}
+
+KyCComposite* KyCComposite::findChild(unsigned int classId, unsigned int unitId) const noexcept
+{
+  KyCComposite* child = m_firstChild;
+  for (unsigned int walked = 0; child != nullptr; child = child->m_next, ++walked)
+  {
+    if (m_childIndex != nullptr || (walked == WALKED_LENGTH && indexChildren() != nullptr))
+      return static_cast<KyCComposite*>(m_childIndex->findFirst(keyOf(classId, unitId)));
+    if (child->m_classId == classId && child->m_unitId == unitId) return child;
+  }
+  return nullptr;
+}
+
+KyCListIndex* KyCComposite::indexChildren() const noexcept
+{
+  if (m_childIndex == nullptr)
+    m_childIndex = makeIndex(m_firstChild, [](const KyCComposite* child) { return child->m_next; });
+  return m_childIndex;
+}
+
+// ---- Parameters ----
+
+void KyCComposite::addParameter(KyCErrorListPool& pool, KyCParam* parameter) noexcept
+{
+  if (parameter == nullptr)
+  {
+    pool.setError(KY_MSG_PARAM_NULL, __LINE__, "addParameter", "%u%u", m_classId, m_unitId);
+    return;
+  }
+  if (parameter->m_parent != nullptr)
+  {
+    pool.setError(KY_MSG_PARAM_OWNED, __LINE__, "addParameter", "%u%u%u", parameter->m_id, m_classId, m_unitId);
+    return;
+  }
+  if (getParameterById(parameter->m_id) != nullptr)
+  {
+    pool.setError(KY_MSG_PARAM_DUPLICATE, __LINE__, "addParameter", "%u%u%u", parameter->m_id, m_classId, m_unitId);
+    return;
+  }
+
+  parameter->m_parent = this;
+  parameter->m_next = nullptr;
+  (m_lastParameter != nullptr ? m_lastParameter->m_next : m_firstParameter) = parameter;
+  m_lastParameter = parameter;
+  appendToIndex(m_parameterIndex, parameter);
+}
+
+KyCParam* KyCComposite::removeParameter(KyCErrorListPool&, unsigned int id) noexcept
+{
+  KyCParam* const parameter = getParameterById(id);
+  if (parameter != nullptr) unlinkParameter(parameter);
+  return parameter;
+}
+
+void KyCComposite::unlinkParameter(KyCParam* parameter) noexcept
+{
+  unlinkParameterBehind(parameterBefore(parameter), parameter);
+}
+
+// The previous parameter is null for the first one.
+void KyCComposite::unlinkParameterBehind(KyCParam* previous, KyCParam* parameter) noexcept
+{
+  removeFromIndex(m_parameterIndex, parameter);
+  (previous != nullptr ? previous->m_next : m_firstParameter) = parameter->m_next;
+  if (parameter == m_lastParameter) m_lastParameter = previous;
+  parameter->m_parent = nullptr;
+  parameter->m_next = nullptr;
+}
+
+KyCParam* KyCComposite::parameterBefore(const KyCParam* parameter) const noexcept
+{
+  if (parameter == m_firstParameter) return nullptr;
+  KyCParam* previous = m_firstParameter;
+  for (unsigned int walked = 0; previous->m_next != parameter; previous = previous->m_next, ++walked)
+  {
+    if (m_parameterIndex != nullptr || (walked == WALKED_LENGTH && indexParameters() != nullptr))
+      return static_cast<KyCParam*>(m_parameterIndex->predecessor(parameter, keyOf(parameter)));
+  }
+  return previous;
+}
+
+KyCParam* KyCComposite::getParameterById(unsigned int id) const noexcept
+{
+  KyCParam* parameter = m_firstParameter;
+  for (unsigned int walked = 0; parameter != nullptr; parameter = parameter->m_next, ++walked)
+  {
+    if (m_parameterIndex != nullptr || (walked == WALKED_LENGTH && indexParameters() != nullptr))
+      return static_cast<KyCParam*>(m_parameterIndex->findFirst(id));
+    if (parameter->m_id == id) return parameter;
+  }
+  return nullptr;
+}
+
+KyCParam* KyCComposite::getParameterByIndex(unsigned int index) const noexcept
+{
+  KyCParam* parameter = m_firstParameter;
+  for (unsigned int walked = 0; parameter != nullptr && walked != index; parameter = parameter->m_next, ++walked)
+  {
+    if (m_parameterIndex != nullptr || (walked == WALKED_LENGTH && indexParameters() != nullptr))
+      return static_cast<KyCParam*>(m_parameterIndex->at(index));
+  }
+  return parameter;
+}
+
+KyCListIndex* KyCComposite::indexParameters() const noexcept
+{
+  if (m_parameterIndex == nullptr)
+    m_parameterIndex = makeIndex(m_firstParameter, [](const KyCParam* parameter) { return parameter->m_next; });
+  return m_parameterIndex;
+}
+
+// The id has changed already.
+void KyCComposite::parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept
+{
+  if (m_parameterIndex != nullptr) m_parameterIndex->changeKey(parameter, oldId, parameter->m_id);
+}
