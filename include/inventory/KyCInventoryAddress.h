@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdlib>
-#include <cstring>
 
 #include "composite/KyCString.h"
 #include "inventory/KyInventoryTreeApi.h"
@@ -217,9 +216,10 @@ private:
     other.m_elements = &other.m_inline;
   }
 
-  bool reserve(std::size_t count) noexcept;
+  bool reserve(unsigned int count) noexcept;
   void appendSlow(const KyCInventoryAddress& tail) noexcept;
-  void copyFrom(const TElement* elements, unsigned int count) noexcept;
+  static KyCInventoryAddress joined(const TElement* head, unsigned int headLength, const TElement* tail,
+                                    unsigned int tailLength) noexcept;
 
   unsigned int m_length;
   TElement m_inline;       // the element while there is no heap array

@@ -3,6 +3,8 @@
 
 #include "inventory/KyInventoryTreeApi.h"
 
+class KyCErrorListPool;
+
 // A list of names, read by position: the position is the ID. The one that counts is KyNInventoryIDs::Map, filled with
 // the predefined IDs while the library is loaded and only read afterwards.
 //
@@ -10,7 +12,7 @@
 // the caller's exclusion.
 class KY_INVENTORY_API KyCInventoryTagMap
 {
- public:
+public:
   KyCInventoryTagMap() noexcept : m_names(nullptr), m_capacity(0), m_count(0) {}
   ~KyCInventoryTagMap() { delete[] m_names; }
   KyCInventoryTagMap(const KyCInventoryTagMap&) = delete;
@@ -36,8 +38,8 @@ class KY_INVENTORY_API KyCInventoryTagMap
   // Result:     the number of names.
   unsigned int getCount() const noexcept { return m_count; }
 
- private:
-  bool grow(const char* name);
+private:
+  bool grow(KyCErrorListPool& pool, const char* name);
 
   const char** m_names;
   unsigned int m_capacity;
