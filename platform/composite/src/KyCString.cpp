@@ -162,8 +162,10 @@ void KyCString::append(const char* tail, unsigned int tailLength)
   {
     const std::uint64_t grown = std::uint64_t{oldLength} + oldLength / 2 + 8;
     TBlock* const fresh = newBlock(total > grown || !fitsAddressSpace(grown) ? total : grown);
+    std::memcpy(fresh->text(), c_str(), oldLength);
     std::memcpy(fresh->text() + oldLength, tail, tailLength);
-    adopt(fresh, c_str(), oldLength);
+    if (!isInline()) release();
+    m_bits = blockBits(fresh);
   }
   else
   {
