@@ -24,7 +24,7 @@ struct KyErrorEntry
 // entries. One thread at a time may use a list; different lists may be used by different threads at once.
 class KY_ERRORHANDLING_API KyCErrorList
 {
- public:
+public:
   KyCErrorList() noexcept;
   ~KyCErrorList();
   KyCErrorList(const KyCErrorList&) = delete;
@@ -66,7 +66,7 @@ class KY_ERRORHANDLING_API KyCErrorList
   // Ownership: the list's; holds until the list is sent or destroyed, also when further errors are recorded.
   const KyErrorEntry& getEntry(unsigned int n) const noexcept;
 
- private:
+private:
   friend class KyCErrorManager;
   struct KyEntries
   {

@@ -7,6 +7,6 @@
 // a time.
 class KY_ERRORHANDLING_API KyCErrorListPool : public KyCErrorList
 {
- public:
+public:
   KyCErrorListPool() noexcept = default;
 };

@@ -15,7 +15,7 @@
 // its own rule, one thread at a time, and so is the master list.
 class KY_ERRORHANDLING_API KyCErrorManager
 {
- public:
+public:
   // The manager, null until getSingleton() is called first. Reading it while another thread makes that very first call
   // is a race; a library that depends on this one and registers messages while it is loaded has made it already.
   static KyCErrorManager* s_pErrorManager;
@@ -81,7 +81,7 @@ class KY_ERRORHANDLING_API KyCErrorManager
   // texts: recorded errors have their own copies. Cannot fail.
   void _unregisterMessages(const KyResText* table);
 
- private:
+private:
   struct State;
 
   KyCErrorManager();

@@ -8,7 +8,7 @@
 // replace the listener itself; it must not wait for another thread that reports.
 class KY_ERRORHANDLING_API KyIErrorListener
 {
- public:
+public:
   virtual ~KyIErrorListener();
 
   // Called: once per error, in the order of recording, when its list is sent. The entry holds for the call alone.
