@@ -17,6 +17,12 @@ if(KY_SANITIZE)
   target_link_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE})
 endif()
 
+# ky_make_unloadable(<target>): keeps GNU's "unique" symbols out of a library's code. The loader never lets go of a library
+# that has one, and any inline function of the standard library may bring one along.
+function(ky_make_unloadable target)
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+endfunction()
+
 # ky_add_shared_library(<target> <alias> SOURCES <file>... [LINK <library>...] [INCLUDE <public folder>])
 # One shared library of the house: versioned, hidden by default, nothing left undefined.
 function(ky_add_shared_library target alias)
@@ -26,6 +32,7 @@ function(ky_add_shared_library target alias)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${arg_INCLUDE}> $<INSTALL_INTERFACE:include>
     PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_compile_features(${target} PUBLIC cxx_std_17)
+  ky_make_unloadable(${target})
   target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:ky_options>)
   if(NOT KY_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
