@@ -23,12 +23,11 @@ class KyIUpdater;
 // nothing. At each level of a look-up the item's own sub-items come first; when none of them has the ID and index asked
 // for, the friend is asked for the whole rest of the address. The friend is never walked, copied or owned.
 //
-// Ownership: the root is its creator's; an item owns its sub-items, parameters and auxiliary info. Deleting an item
-//            deletes its subtree; detach an item that hangs in a tree before deleting it.
-// Threads:   a tree is used by one thread at a time. Look-ups of two threads may run side by side while nobody changes
-//            the tree, and not through the same pool.
-// Cost:      a look-up is near-constant per level, however many siblings, and allocates nothing. No walk needs a deeper
-//            stack for a deeper tree.
+// Ownership: the root is its creator's; an item owns its sub-items, parameters and auxiliary info. Deleting an item takes
+//            it out of its tree and deletes all of these. Whoever has it for a friend must not look anything up after that.
+// Threads:   a tree is used by one thread at a time, look-ups included: the first one among many siblings makes an index.
+// Cost:      a look-up is near-constant per level, however many siblings, and allocates nothing but such an index. No walk
+//            needs a deeper stack for a deeper tree.
 class KY_INVENTORY_API KyCInventoryItem : private KyCComposite
 {
 public:

@@ -39,8 +39,7 @@ struct is_kyrel_readable_type : std::disjunction<is_kyrel_type<T>, std::is_same<
 // Memory:    a parameter from `new (pool)` whose description is its ID's registered name and whose unit has up to 6
 //            characters is one heap block; a version or a longer string adds one, a longer unit one, another
 //            description one.
-// Threads:   const operations may run side by side on one parameter, as long as nobody changes its tree or uses the
-//            same pool; everything else needs the caller's exclusion.
+// Threads:   used by one thread at a time, together with the tree that it hangs in.
 class KY_INVENTORY_API KyCInventoryParameter : private KyCParam
 {
 public:

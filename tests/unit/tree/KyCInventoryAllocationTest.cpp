@@ -1,0 +1,156 @@
+// What costs heap blocks, and what does not. A program of its own: it counts every allocation of the process.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "inventory/KyCInventoryItem.h"
+#include "inventory/KyNInventoryIDs.h"
+#include "support/KySampleTree.h"
+#include "support/KyTestPool.h"
+
+using namespace KyNInventoryIDs;
+
+namespace
+{
+unsigned int s_blocks = 0;
+
+class KyCBlockCount
+{
+public:
+  KyCBlockCount() : m_before(s_blocks) {}
+  unsigned int get() const { return s_blocks - m_before; }
+
+private:
+  unsigned int m_before;
+};
+}    // namespace
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// The sanitizers need the C allocator for themselves: then only operator new is counted.
+void* operator new(std::size_t size)
+{
+  ++s_blocks;
+  void* const block = std::malloc(size != 0 ? size : 1);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+#else
+extern "C"
+{
+  void* __libc_malloc(std::size_t size);
+  void* __libc_realloc(void* block, std::size_t size);
+
+  void* malloc(std::size_t size)
+  {
+    ++s_blocks;
+    return __libc_malloc(size);
+  }
+  void* realloc(void* block, std::size_t size)
+  {
+    ++s_blocks;
+    return __libc_realloc(block, size);
+  }
+}
+#endif
+
+TEST(KyCInventoryAllocation, theCounterCounts)
+{
+  const KyCBlockCount blocks;
+  delete new (std::nothrow) KyCInventoryAddress(1);
+  EXPECT_EQ(blocks.get(), 1u);
+}
+
+TEST(KyCInventoryAllocation, aNumericParameterWithItsPredefinedDescriptionIsOneBlock)
+{
+  KyTestPool pool;
+  KyCInventoryItem root(pool, ROOT, "ROOT");
+  const KyCInventoryAddress address = SIZE;
+  const KyCBlockCount blocks;
+  KyCInventoryParameter* const size = root.createParameter<long long>(pool, address, 1, "sixsix", true, 1);
+  EXPECT_EQ(blocks.get(), 1u);
+  EXPECT_NE(size, nullptr);
+}
+
+TEST(KyCInventoryAllocation, aNumericParameterBelowAnExistingItemIsOneBlock)
+{
+  KyTestPool pool;
+  KySampleTree sample("ROOT/BOARD[2]/IOCHANNEL");
+  const KyCInventoryAddress address = BOARD[2] / IOCHANNEL / SIZE;
+  const KyCBlockCount blocks;
+  sample.root().createParameter<double>(pool, address, 1.0, "mV", false, 0);
+  EXPECT_EQ(blocks.get(), 1u);
+}
+
+TEST(KyCInventoryAllocation, anItemIsOneBlock)
+{
+  KyTestPool pool;
+  KySampleTree sample("ROOT");
+  const KyCInventoryAddress path = BOARD[2] / IOCHANNEL / DEVICE;
+  const KyCBlockCount blocks;
+  sample.root().addPath(pool, path);
+  EXPECT_EQ(blocks.get(), 3u);
+}
+
+TEST(KyCInventoryAllocation, lookUpsOfItemsParametersAndNumbersAllocateNothing)
+{
+  KyTestPool pool;
+  KySampleTree sample("ROOT/BOARD[2]/IOCHANNEL SIZE=5 NAME=\"a text of more than six characters\"");
+  const KyCInventoryAddress item = BOARD[2] / IOCHANNEL;
+  const KyCInventoryAddress missing = BOARD[2] / IOCHANNEL / DEVICE / SIZE;
+  const KyCInventoryAddress size = BOARD[2] / IOCHANNEL / SIZE;
+  const KyCInventoryAddress name = BOARD[2] / IOCHANNEL / NAME;
+  const KyCBlockCount blocks;
+  EXPECT_NE(sample.root().getItem(item), nullptr);
+  EXPECT_EQ(sample.root().getItem(missing), nullptr);
+  EXPECT_NE(sample.root().getParameter(size), nullptr);
+  EXPECT_EQ(sample.root().getParameter(missing), nullptr);
+  EXPECT_EQ(sample.root().getValue<int>(pool, size), 5);
+  EXPECT_NE(sample.root().setValue<int>(pool, size, 6), nullptr);
+  EXPECT_STRNE(sample.root().getValue<const char*>(pool, name), "");
+  EXPECT_EQ(sample.root().getValue<KyCString>(pool, name).length(), 34u);
+  EXPECT_EQ(sample.root().addPath(pool, item), sample.root().getItem(item));
+  EXPECT_EQ(blocks.get(), 0u);
+}
+
+TEST(KyCInventoryAllocation, lookUpsAmongManySiblingsAllocateNothingOnceTheyAreIndexed)
+{
+  KyTestPool pool;
+  KySampleTree sample("ROOT");
+  for (unsigned int n = 1; n <= 1000; ++n)
+    sample.root().addPath(pool, BOARD[n]);
+  sample.root().getItem(BOARD[1000]);
+  const KyCBlockCount blocks;
+  for (unsigned int n = 1; n <= 1001; ++n)
+    EXPECT_EQ(sample.root().getItem(KyCInventoryAddress(585, n)) != nullptr, n <= 1000);
+  EXPECT_EQ(blocks.get(), 0u);
+}
+
+TEST(KyCInventoryAllocation, anAddressIsAtMostOneBlock)
+{
+  KySampleTree sample("ROOT SIZE=1; BOARD[2]/IOCHANNEL/DEVICE SIZE=1");
+  KyCInventoryItem* const board = sample.item("BOARD[2]");
+  KyCInventoryItem* const device = sample.item("BOARD[2]/IOCHANNEL/DEVICE");
+  const KyCInventoryParameter* const size = sample.parameter("SIZE");
+  const KyCInventoryParameter* const deep = sample.parameter("BOARD[2]/IOCHANNEL/DEVICE/SIZE");
+  {
+    const KyCBlockCount blocks;
+    EXPECT_EQ(sample.root().getAddress().getLength(), 0u);
+    EXPECT_EQ(board->getAddress().getLength(), 1u);
+    EXPECT_EQ(size->getAddress().getLength(), 1u);
+    EXPECT_EQ(board->getID().getLength(), 1u);
+    EXPECT_EQ(blocks.get(), 0u);
+  }
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+  const KyCBlockCount blocks;
+  EXPECT_EQ(device->getAddress().getLength(), 3u);
+  EXPECT_EQ(blocks.get(), 1u);
+  EXPECT_EQ(deep->getAddress().getLength(), 4u);
+  EXPECT_EQ(blocks.get(), 2u);
+#else
+  EXPECT_EQ(device->getAddress().getLength() + 1, deep->getAddress().getLength());
+#endif
+}

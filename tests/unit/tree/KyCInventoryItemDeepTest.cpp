@@ -1,0 +1,99 @@
+// Trees far deeper than any stack would allow to recurse.
+
+#include <pthread.h>
+
+#include <memory>
+
+#include "inventory/KyCInventoryItem.h"
+#include "inventory/KyNInventoryIDs.h"
+#include "support/KySampleTree.h"
+#include "support/KyTestPool.h"
+
+using namespace KyNInventoryIDs;
+
+namespace
+{
+constexpr unsigned int DEPTH = 100000;
+constexpr std::size_t STACK_SIZE = 256 * 1024;
+
+void* callFunction(void* function)
+{
+  reinterpret_cast<void (*)()>(function)();
+  return nullptr;
+}
+
+void runOnSmallStack(void (*function)())
+{
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, STACK_SIZE), 0);
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, &attributes, callFunction, reinterpret_cast<void*>(function)), 0);
+  EXPECT_EQ(pthread_join(thread, nullptr), 0);
+  pthread_attr_destroy(&attributes);
+}
+
+KyCInventoryAddress deepAddress()
+{
+  KyCInventoryAddress address(BOARD);
+  while (address.getLength() < DEPTH)
+    address.append(address);    // doubles it
+  address.removeSuffixElements(address.getLength() - DEPTH);
+  return address;
+}
+
+void buildWithOneAddress()
+{
+  KyTestPool pool;
+  const KyCInventoryAddress deep = deepAddress();
+  KyCInventoryItem root(pool, ROOT, "ROOT");
+  KyCInventoryItem* const last = root.addPath(pool, deep);
+  ASSERT_NE(last, nullptr);
+  EXPECT_TRUE(last->getAddress() == deep);
+  EXPECT_EQ(root.getItem(deep), last);
+  EXPECT_EQ(root.addPath(pool, deep), last);
+  EXPECT_EQ(root.getItem(deep / BOARD), nullptr);
+
+  KyCInventoryParameter* const size = root.createParameter<int>(pool, deep / SIZE, 7, "", false, 0);
+  ASSERT_NE(size, nullptr);
+  EXPECT_EQ(size->getParent(), last);
+  EXPECT_TRUE(size->getAddress() == deep / SIZE);
+  EXPECT_EQ(root.getValue<int>(pool, deep / SIZE), 7);
+}
+
+void buildWithManySteps()
+{
+  KyTestPool pool;
+  KyCInventoryItem root(pool, ROOT, "ROOT");
+  KyCInventoryItem* item = &root;
+  for (unsigned int n = 0; n < DEPTH; ++n)
+    item = item->addPath(pool, BOARD[n % 3 + 1]);
+  EXPECT_EQ(item->getAddress().getLength(), DEPTH);
+}
+
+void compareAndDetach()
+{
+  KyTestPool pool;
+  const KyCInventoryAddress deep = deepAddress();
+  KyCInventoryItem a(pool, ROOT, "ROOT");
+  KyCInventoryItem b(pool, ROOT, "ROOT");
+  a.addPath(pool, deep);
+  b.addPath(pool, deep);
+  EXPECT_EQ(KyTreeDifference(a, b), "");
+
+  const std::unique_ptr<KyCInventoryItem> half(a.getFirstSubItem());
+  half->detach();
+  EXPECT_EQ(b.addItem(deep, half.get()), b.getItem(deep));
+  EXPECT_EQ(half->getParent(), b.getItem(deep));
+  half->detach();
+}
+}    // namespace
+
+TEST(KyCInventoryItemDeep, aPathOfAHundredThousandLevelsIsBuiltAndFoundOnASmallStack)
+{
+  runOnSmallStack(buildWithOneAddress);
+}
+
+TEST(KyCInventoryItemDeep, aHundredThousandStepsOfOneLevelRunOnASmallStack) { runOnSmallStack(buildWithManySteps); }
+
+TEST(KyCInventoryItemDeep, deepTreesAreComparedAttachedAndDetachedOnASmallStack) { runOnSmallStack(compareAndDetach); }
