@@ -2,7 +2,6 @@
 #include "composite/KyCParam.h"
 
 #include <charconv>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -48,18 +47,12 @@ unsigned int sizeOfNumber(unsigned int type) noexcept
   return isNumber ? type & 0xFu : 0;
 }
 
-struct KyReleaseBlock
-{
-  void operator()(char* block) const noexcept { KyNPoolAllocator::release(block); }
-};
-
-using KyOwnText = std::unique_ptr<char, KyReleaseBlock>;
+using KyOwnText = std::unique_ptr<char[]>;
 
 KyOwnText copyText(const char* text)
 {
   const std::size_t size = std::strlen(text) + 1;
-  KyOwnText copy(static_cast<char*>(std::malloc(size)));
-  if (copy == nullptr) throw std::bad_alloc();
+  KyOwnText copy(new char[size]);
   std::memcpy(copy.get(), text, size);
   return copy;
 }
@@ -146,7 +139,7 @@ void KyCParam::takeDescription(KyCErrorListPool& pool, const char* description) 
   }
   if (*description == '\0') return;
   const std::size_t size = std::strlen(description) + 1;
-  void* const copy = KyNPoolAllocator::allocate(pool, size);
+  char* const copy = new (pool) char[size];
   if (copy != nullptr) m_description = static_cast<const char*>(std::memcpy(copy, description, size));
 }
 
@@ -224,7 +217,7 @@ void KyCParam::copyValue(const KyCParam& other, KyCVersion* versionBlock) noexce
 // Frees the description and the value; both are given anew before anyone looks.
 void KyCParam::destroyValue() noexcept
 {
-  if (ownsDescription()) KyNPoolAllocator::release(const_cast<char*>(m_description));
+  if (ownsDescription()) delete[] m_description;
   if (isExternal()) return;
   if (getType() == TYPE_STRING)
     m_value.string.~KyCString();

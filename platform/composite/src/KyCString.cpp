@@ -2,7 +2,6 @@
 #include "composite/KyCString.h"
 
 #include <charconv>
-#include <cstdlib>
 #include <new>
 
 #include "KyCompositeMessages.h"
@@ -27,8 +26,7 @@ KyCString::TBlock* KyCString::startBlock(void* memory, unsigned int capacity) no
 KyCString::TBlock* KyCString::newBlock(std::uint64_t capacity)
 {
   if (!fitsAddressSpace(capacity)) throw std::bad_alloc();
-  void* const memory = std::malloc(sizeof(TBlock) + static_cast<std::size_t>(capacity) + 1);
-  if (memory == nullptr) throw std::bad_alloc();
+  void* const memory = ::operator new(sizeof(TBlock) + static_cast<std::size_t>(capacity) + 1);
   return startBlock(memory, static_cast<unsigned int>(capacity));
 }
 
@@ -37,7 +35,7 @@ void KyCString::release() noexcept
   TBlock* const old = block();
   if (old->references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
   old->~TBlock();
-  KyNPoolAllocator::release(old);
+  ::operator delete(old);
 }
 
 // ---- Storing a text ----
@@ -132,7 +130,7 @@ bool KyCString::assign(KyCErrorListPool& pool, const char* text, unsigned int le
     pool.setError(KY_MSG_TEXT_TOO_LONG, __LINE__, "assign", "%u", length);
     return false;
   }
-  void* const memory = KyNPoolAllocator::allocate(pool, sizeof(TBlock) + std::size_t{length} + 1);
+  void* const memory = ::operator new(sizeof(TBlock) + std::size_t{length} + 1, pool);
   if (memory == nullptr) return false;
   adopt(startBlock(memory, length), text, length);
   return true;
