@@ -116,51 +116,59 @@ private:
 
 struct TParameterText
 {
-  std::string id, type, value, unit;
+  KyCInventoryAddress id;
+  std::string type, value, unit;
   std::string description;
   bool hasDescription = false;
   bool modifiable = false;
   unsigned int relevance = 0;
 };
 
-const char* nameOr(const KyCInventoryAddress& id, const TParameterText& text)
+// Fails the test with what the library has to say, which is then read.
+void fail(KyTestPool& pool, const std::string& what)
 {
-  return text.hasDescription ? text.description.c_str() : id.getCategoryNameCStr();
+  std::string reports;
+  for (const KyReport& report : pool.takeReports())
+    reports += "\n  " + report.function + ": " + report.text;
+  ADD_FAILURE() << "sample tree: " << what << reports;
+}
+
+const char* descriptionOf(const TParameterText& text)
+{
+  return text.hasDescription ? text.description.c_str() : text.id.getCategoryNameCStr();
 }
 
 template <typename T>
-KyCInventoryParameter* makeTyped(KyCErrorListPool& pool, const TParameterText& text, const T& value)
+KyCInventoryParameter* makeTyped(KyTestPool& pool, const TParameterText& text, const T& value)
 {
-  const KyCInventoryAddress id = kyAddress(text.id);
-  return new (pool)
-      KyCInventoryParameter(pool, id, nameOr(id, text), value, text.unit.c_str(), text.modifiable, text.relevance);
+  return new (pool) KyCInventoryParameter(pool, text.id, descriptionOf(text), value, text.unit.c_str(), text.modifiable,
+                                          text.relevance);
 }
 
 template <typename T>
-KyCInventoryParameter* makeInteger(KyCErrorListPool& pool, const TParameterText& text)
+KyCInventoryParameter* makeInteger(KyTestPool& pool, const TParameterText& text)
 {
   const char* const value = text.value.c_str();
   return *value == '-' ? makeTyped(pool, text, static_cast<T>(std::strtoll(value, nullptr, 0)))
                        : makeTyped(pool, text, static_cast<T>(std::strtoull(value, nullptr, 0)));
 }
 
-KyCInventoryParameter* makeVersion(KyCErrorListPool& pool, const TParameterText& text)
+KyCInventoryParameter* makeVersion(KyTestPool& pool, const TParameterText& text)
 {
   KyCVersion version;
-  if (!version.fromString(text.value.c_str())) ADD_FAILURE() << "sample tree: no version: " << text.value;
+  if (!version.fromString(text.value.c_str())) fail(pool, "no version: " + text.value);
   return makeTyped(pool, text, version);
 }
 
-KyCInventoryParameter* makeOfCode(KyCErrorListPool& pool, const TParameterText& text)
+KyCInventoryParameter* makeOfCode(KyTestPool& pool, const TParameterText& text)
 {
   const unsigned int code = static_cast<unsigned int>(std::strtoul(text.type.c_str(), nullptr, 0));
   if (code == 0)
   {
-    ADD_FAILURE() << "sample tree: no type: " << text.type;
+    fail(pool, "no type: " + text.type);
     return nullptr;
   }
-  const KyCInventoryAddress id = kyAddress(text.id);
-  KyCInventoryParameter* const parameter = new (pool) KyCInventoryParameter(pool, id, nameOr(id, text), code);
+  KyCInventoryParameter* const parameter = new (pool) KyCInventoryParameter(pool, text.id, descriptionOf(text), code);
   if (parameter == nullptr) return nullptr;
   parameter->setUnit(text.unit.c_str());
   parameter->setModifiableFlag(text.modifiable);
@@ -168,7 +176,7 @@ KyCInventoryParameter* makeOfCode(KyCErrorListPool& pool, const TParameterText& 
   return parameter;
 }
 
-KyCInventoryParameter* makeParameter(KyCErrorListPool& pool, const TParameterText& text)
+KyCInventoryParameter* makeParameter(KyTestPool& pool, const TParameterText& text)
 {
   if (text.type == "Int8") return makeInteger<signed char>(pool, text);
   if (text.type == "Int16") return makeInteger<short>(pool, text);
@@ -194,13 +202,13 @@ KyCInventoryAddress belowRoot(const KyCInventoryItem& root, const std::string& t
   return path.getFirstElement() == root.getID() ? path.getSubAddress() : path;
 }
 
-KyCInventoryItem* makeItem(KyCErrorListPool& pool, const KyCInventoryAddress& id, const char* description)
+KyCInventoryItem* makeItem(KyTestPool& pool, const KyCInventoryAddress& id, const char* description)
 {
   return new (pool) KyCInventoryItem(pool, id, description != nullptr ? description : id.getCategoryNameCStr());
 }
 
 // Unlike addPath it also makes items without a predefined ID.
-KyCInventoryItem* itemAt(KyCErrorListPool& pool, KyCInventoryItem& root, const KyCInventoryAddress& path,
+KyCInventoryItem* itemAt(KyTestPool& pool, KyCInventoryItem& root, const KyCInventoryAddress& path,
                          const char* description)
 {
   KyCInventoryItem* item = &root;
@@ -213,7 +221,7 @@ KyCInventoryItem* itemAt(KyCErrorListPool& pool, KyCInventoryItem& root, const K
       next = makeItem(pool, id, n + 1 == path.getLength() ? description : nullptr);
       if (item->addItem(KyNInventoryIDs::THIS_NODE, next) == nullptr)
       {
-        ADD_FAILURE() << "sample tree: no item can be added as " << path.toString().c_str();
+        fail(pool, std::string("no item can be added as ") + path.toString().c_str());
         delete next;
         return item;
       }
@@ -223,12 +231,20 @@ KyCInventoryItem* itemAt(KyCErrorListPool& pool, KyCInventoryItem& root, const K
   return item;
 }
 
-void addParameter(KyCErrorListPool& pool, KyCInventoryItem& item, const TParameterText& text)
+void addParameter(KyTestPool& pool, KyCInventoryItem& item, const TParameterText& text)
 {
+  if (!text.id.isSingleElement()) return;    // has failed the test already
   KyCInventoryParameter* const parameter = makeParameter(pool, text);
   if (parameter == nullptr || item.addParameter(pool, KyNInventoryIDs::THIS_NODE, parameter) != nullptr) return;
-  ADD_FAILURE() << "sample tree: no parameter can be added as " << text.id;
+  fail(pool, std::string("no parameter can be added as ") + text.id.toString().c_str());
   delete parameter;
+}
+
+KyCInventoryAddress parameterID(const std::string& text)
+{
+  const KyCInventoryAddress id = kyAddress(text);
+  if (id.getLength() > 1) ADD_FAILURE() << "sample tree: an ID has one element: " << text;
+  return id;
 }
 
 std::string typeOfValue(const TToken& token)
@@ -237,13 +253,13 @@ std::string typeOfValue(const TToken& token)
   return token.value.find('.') != std::string::npos ? "Float64" : "Int32";
 }
 
-void addShortParameters(KyCErrorListPool& pool, KyCInventoryItem& item, const TEntry& entry)
+void addShortParameters(KyTestPool& pool, KyCInventoryItem& item, const TEntry& entry)
 {
   for (std::size_t n = 1; n < entry.size(); ++n)
   {
     if (entry[n].key == "description") continue;
     TParameterText text;
-    text.id = entry[n].key;
+    text.id = parameterID(entry[n].key);
     text.type = entry[n].type.empty() ? typeOfValue(entry[n]) : entry[n].type;
     text.value = entry[n].value;
     addParameter(pool, item, text);
@@ -267,7 +283,7 @@ void takeOption(TParameterText& text, const TToken& token)
     ADD_FAILURE() << "sample tree: no option: " << token.key << " " << token.value;
 }
 
-void addLongParameter(KyCErrorListPool& pool, KyCInventoryItem& item, const TEntry& entry)
+void addLongParameter(KyTestPool& pool, KyCInventoryItem& item, const TEntry& entry)
 {
   if (entry.size() < 4)
   {
@@ -275,7 +291,7 @@ void addLongParameter(KyCErrorListPool& pool, KyCInventoryItem& item, const TEnt
     return;
   }
   TParameterText text;
-  text.id = entry[1].value;
+  text.id = parameterID(entry[1].value);
   text.type = entry[2].value;
   text.value = entry[3].value;
   for (std::size_t n = 4; n < entry.size(); ++n)
@@ -293,7 +309,7 @@ const char* itemDescription(const TEntry& entry)
   return nullptr;
 }
 
-void addEntry(KyCErrorListPool& pool, KyCInventoryItem& root, const TEntry& entry)
+void addEntry(KyTestPool& pool, KyCInventoryItem& root, const TEntry& entry)
 {
   KyCInventoryItem* const item = itemAt(pool, root, belowRoot(root, entry[0].value), itemDescription(entry));
   if (entry.size() == 1) return;
@@ -303,7 +319,7 @@ void addEntry(KyCErrorListPool& pool, KyCInventoryItem& root, const TEntry& entr
     addShortParameters(pool, *item, entry);
 }
 
-KyCInventoryItem* makeRoot(KyCErrorListPool& pool, const TEntry& entry)
+KyCInventoryItem* makeRoot(KyTestPool& pool, const TEntry& entry)
 {
   const KyCInventoryAddress path = kyAddress(entry[0].value);
   return makeItem(pool, path.getFirstElement(), path.isSingleElement() ? itemDescription(entry) : nullptr);
@@ -357,7 +373,7 @@ namespace
 {
 // A value as text that tells every bit of it; empty for a type without value.
 template <typename T>
-std::string exactNumber(KyCErrorListPool& pool, const KyCInventoryParameter& parameter)
+std::string exactNumber(KyTestPool& pool, const KyCInventoryParameter& parameter)
 {
   const T value = parameter.getValue<T>(pool);
   unsigned long long bits = 0;

@@ -160,7 +160,8 @@ TEST(KyCInventoryItemAddPath, addsItemsBesideTheFriendsOthers)
 {
   KyTestPool pool;
   KyCLinkedTree sample("ROOT/BOARD; SHARED_DATA/IOCHANNEL");
-  EXPECT_EQ(sample.root().addPath(pool, BOARD / IOCHANNEL[2]), sample.item("BOARD/IOCHANNEL[2]"));
+  KyCInventoryItem* const made = sample.root().addPath(pool, BOARD / IOCHANNEL[2]);
+  EXPECT_EQ(made, sample.item("BOARD/IOCHANNEL[2]"));
 }
 
 TEST(KyCInventoryItemAddParameter, hangsItBelowTheItemAndReturnsTheItem)

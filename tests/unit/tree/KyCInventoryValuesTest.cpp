@@ -70,7 +70,7 @@ void expectMismatchAtItem()
   EXPECT_TRUE(root.getValue<TOwn>(pool, s_place) == KyValueCase<TOwn>::first()) << own << " as " << other;
 }
 
-// Calls the function with a null TOwn* and a null TOther* for each pair of different types.
+// Calls the function with a null TOwn* and a null TOther* for each pair of different types; gives their number.
 template <typename TFunction>
 unsigned int forEachMismatch(TFunction function)
 {
@@ -78,12 +78,14 @@ unsigned int forEachMismatch(TFunction function)
   KyValueTypes::forEach(
       [&](auto* own)
       {
+        using TOwn = std::remove_pointer_t<decltype(own)>;
         KyValueTypes::forEach(
             [&](auto* other)
             {
-              if constexpr (!std::is_same_v<decltype(own), decltype(other)>)
+              using TOther = std::remove_pointer_t<decltype(other)>;
+              if constexpr (!std::is_same_v<TOwn, TOther>)
               {
-                function(own, other);
+                function(static_cast<TOwn*>(nullptr), static_cast<TOther*>(nullptr));
                 ++count;
               }
             });
