@@ -41,8 +41,8 @@ void addNodes(const KyHostScan& scan, KyNumber total)
        node = hwloc_get_next_obj_by_type(scan.topology, HWLOC_OBJ_NUMANODE, node))
   {
     if (node->attr == nullptr) continue;
-    KyNumber size = KyNHostText::scaled(node->attr->numanode.local_memory, 1);
-    if (!size && single) size = total;
+    const KyNumber ownSize = KyNHostText::scaled(node->attr->numanode.local_memory, 1);
+    const KyNumber size = single && total ? total : ownSize;
     if (size) addNode(scan, node, ++count, size);    // a node without memory only groups processors
   }
 }
@@ -64,10 +64,12 @@ void addModules(const KyHostScan& scan)
 }
 }    // namespace
 
+// /proc before hwloc: a machine that hands free memory back to its hypervisor shrinks and grows in hwloc's source from
+// one moment to the next.
 void scanMemory(const KyHostScan& scan)
 {
-  KyNumber total = KyNHostText::scaled(hwloc_get_root_obj(scan.topology)->total_memory, 1);
-  if (!total) total = totalOfProc(scan);
+  KyNumber total = totalOfProc(scan);
+  if (!total) total = KyNHostText::scaled(hwloc_get_root_obj(scan.topology)->total_memory, 1);
   addNumber(scan, scan.root, KyNInventoryIDs::MEMORY_SIZE, total, "B");
   addNodes(scan, total);
   addModules(scan);
