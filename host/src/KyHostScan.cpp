@@ -88,7 +88,7 @@ const KyPciFacts* pciFactsOf(hwloc_obj_t object)
   if (object->attr == nullptr) return nullptr;
   if (object->type == HWLOC_OBJ_PCI_DEVICE) return &object->attr->pcidev;
   const bool isPciBridge =
-      object->type == HWLOC_OBJ_BRIDGE && object->attr->bridge.upstream_type == HWLOC_OBJ_BRIDGE_PCI;
+      object->type == HWLOC_OBJ_BRIDGE && holds(object->attr->bridge.upstream_type, HWLOC_OBJ_BRIDGE_PCI);
   return isPciBridge ? &object->attr->bridge.upstream.pci : nullptr;
 }
 
@@ -109,7 +109,7 @@ std::string pciAddressOf(hwloc_obj_t object)
 hwloc_obj_t nextOsDevice(const KyHostScan& scan, hwloc_obj_t previous, hwloc_obj_osdev_type_t type)
 {
   hwloc_obj_t device = hwloc_get_next_osdev(scan.topology, previous);
-  while (device != nullptr && (device->attr == nullptr || device->attr->osdev.type != type))
+  while (device != nullptr && (device->attr == nullptr || !holds(device->attr->osdev.type, type)))
     device = hwloc_get_next_osdev(scan.topology, device);
   return device;
 }

@@ -6,8 +6,10 @@
 
 #include <hwloc.h>
 
+#include <cstring>
 #include <optional>
 #include <string>
+#include <type_traits>
 
 #include "KyHostSources.h"
 #include "inventory/KyCInventoryItem.h"
@@ -58,6 +60,14 @@ void addCount(const KyHostScan& scan, KyCInventoryItem& item, const KyCInventory
 std::string infoOf(hwloc_obj_t object, const char* name);
 // As infoOf, and where hwloc tells nothing, the file below the running machine's /sys.
 std::string infoOrSysFile(const KyHostScan& scan, hwloc_obj_t object, const char* name, const std::string& sysFile);
+// Whether an enumeration of hwloc holds a value. hwloc takes any number that a file names, and merely to read one that is
+// no value of the enumeration is undefined.
+template <typename T>
+bool holds(const T& enumeration, T value)
+{
+  static_assert(std::is_enum_v<T>, "an enumeration of hwloc");
+  return std::memcmp(&enumeration, &value, sizeof value) == 0;
+}
 // The number by which the operating system knows the object.
 KyNumber osNumberOf(hwloc_obj_t object);
 // The PCI facts of a device or of a bridge that is one; null for everything else.

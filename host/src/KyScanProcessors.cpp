@@ -21,19 +21,11 @@ const KyCInventoryAddress& cacheId(unsigned int level)
   return level == 1 ? KyNInventoryIDs::L1_CACHE : level == 2 ? KyNInventoryIDs::L2_CACHE : KyNInventoryIDs::L3_CACHE;
 }
 
-const char* cacheTypeText(hwloc_obj_cache_type_t type)
+const char* cacheTypeText(const hwloc_obj_cache_type_t& type)
 {
-  switch (type)
-  {
-    case HWLOC_OBJ_CACHE_UNIFIED:
-      return "Unified";
-    case HWLOC_OBJ_CACHE_DATA:
-      return "Data";
-    case HWLOC_OBJ_CACHE_INSTRUCTION:
-      return "Instruction";
-    default:
-      return "";
-  }
+  if (holds(type, HWLOC_OBJ_CACHE_UNIFIED)) return "Unified";
+  if (holds(type, HWLOC_OBJ_CACHE_DATA)) return "Data";
+  return holds(type, HWLOC_OBJ_CACHE_INSTRUCTION) ? "Instruction" : "";
 }
 
 bool isInventoriedCache(hwloc_obj_t object)
@@ -261,7 +253,7 @@ void KyCProcessorScan::addCore(hwloc_obj_t core)
        object = object->parent)
     if (isInventoriedCache(object)) caches.push_back(object);
   const auto order = [](hwloc_obj_t object)
-  { return 2 * object->attr->cache.depth + (object->attr->cache.type == HWLOC_OBJ_CACHE_INSTRUCTION ? 1u : 0u); };
+  { return 2 * object->attr->cache.depth + (holds(object->attr->cache.type, HWLOC_OBJ_CACHE_INSTRUCTION) ? 1u : 0u); };
   std::stable_sort(caches.begin(), caches.end(),
                    [&order](hwloc_obj_t a, hwloc_obj_t b) { return order(a) < order(b); });
   std::array<unsigned int, CACHE_LEVELS + 1> counts{};

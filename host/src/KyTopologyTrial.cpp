@@ -41,10 +41,11 @@ bool loads(const std::string& xml)
 {
   const hwloc_topology_t topology = KyCHostTopology::create();
   if (topology == nullptr) return false;
-  if (hwloc_topology_set_xmlbuffer(topology, xml.c_str(), static_cast<int>(xml.size() + 1)) != 0) return false;
-  if (hwloc_topology_load(topology) != 0) return false;
-  hwloc_topology_check(topology);
-  return true;
+  const bool loaded = hwloc_topology_set_xmlbuffer(topology, xml.c_str(), static_cast<int>(xml.size() + 1)) == 0 &&
+                      hwloc_topology_load(topology) == 0;
+  if (loaded) hwloc_topology_check(topology);
+  hwloc_topology_destroy(topology);
+  return loaded;
 }
 
 [[noreturn]] void runChild(const std::string& xml, int answer)
