@@ -66,7 +66,7 @@ TEST(KyMessageText, aTenthArgumentIsLeftOutAndPercentTenIsPlaceholderOneAndAZero
 TEST(KyMessageText, aPlaceholderWithoutArgumentStaysVisible)
 {
   EXPECT_EQ(render("%1 and %2", "%s", "A"), "A and %2");
-  EXPECT_EQ(render("%1 and %2", ""), "%1 and %2");
+  EXPECT_EQ(render("%1 and %2", "", "unread"), "%1 and %2");
 }
 
 TEST(KyMessageText, anArgumentWithoutPlaceholderIsLeftOut) { EXPECT_EQ(render("Only %2", "%s%s", "A", "B"), "Only B"); }

@@ -1,9 +1,10 @@
 // KyUnloadTest.cpp: libraries that come and go: one that reports, and this one itself. This program is not linked to
-// libKyErrorHandling; it finds its functions by their names, which are the same on both word sizes.
+// libKyErrorHandling; a library that is brings it in.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <link.h>
 
+#include <cstddef>
 #include <cstring>
 #include <string>
 
@@ -11,14 +12,18 @@
 
 namespace
 {
-const char* const s_libraryPath = KY_BINARY_DIR "/lib/libKyErrorHandling.so.1";
-const char* const s_pluginPath = KY_REPORTING_LIBRARY;
+const char* const s_errorHandlingPath = KY_BINARY_DIR "/lib/libKyErrorHandling.so.1";
+const char* const s_drivingPath = KY_DRIVING_LIBRARY;
+const char* const s_reportingPath = KY_REPORTING_LIBRARY;
 
 // A loaded library; unloaded with this object.
 class KyLoaded
 {
 public:
-  explicit KyLoaded(const char* path) : m_handle(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {}
+  explicit KyLoaded(const char* path) : m_handle(dlopen(path, RTLD_NOW | RTLD_LOCAL))
+  {
+    if (m_handle == nullptr) ADD_FAILURE() << dlerror();
+  }
   ~KyLoaded()
   {
     if (m_handle != nullptr) dlclose(m_handle);
@@ -26,15 +31,41 @@ public:
   KyLoaded(const KyLoaded&) = delete;
   KyLoaded& operator=(const KyLoaded&) = delete;
 
-  bool isLoaded() const { return m_handle != nullptr; }
-  template <typename Type>
-  Type* find(const char* name) const
+  template <typename Function>
+  Function* find(const char* name) const
   {
-    return reinterpret_cast<Type*>(dlsym(m_handle, name));
+    return reinterpret_cast<Function*>(dlsym(m_handle, name));
   }
 
 private:
   void* m_handle;
+};
+
+// A pool inside of the loaded library.
+class KyRemotePool
+{
+public:
+  explicit KyRemotePool(const KyLoaded& library)
+      : m_library(library), m_pool(library.find<KyCErrorListPool*()>("kyNewPool")())
+  {
+  }
+  ~KyRemotePool() { m_library.find<void(KyCErrorListPool*)>("kyDeletePool")(m_pool); }
+  KyRemotePool(const KyRemotePool&) = delete;
+  KyRemotePool& operator=(const KyRemotePool&) = delete;
+
+  KyCErrorListPool* get() const { return m_pool; }
+  void setError(unsigned int code) const
+  {
+    m_library.find<void(KyCErrorListPool*, unsigned int)>("kySetError")(m_pool, code);
+  }
+  const KyErrorEntry& getEntry(unsigned int n) const
+  {
+    return *m_library.find<const KyErrorEntry*(const KyCErrorListPool*, unsigned int)>("kyGetEntry")(m_pool, n);
+  }
+
+private:
+  const KyLoaded& m_library;
+  KyCErrorListPool* m_pool;
 };
 
 bool isInMemory(const char* path)
@@ -44,37 +75,9 @@ bool isInMemory(const char* path)
   return handle != nullptr;
 }
 
-// An error list without being linked to the library: its functions, called by name on raw storage.
-class KyRemotePool
+int noteHigherLibraries(dl_phdr_info* info, std::size_t, void* found)
 {
-public:
-  explicit KyRemotePool(const KyLoaded& library) : m_library(library)
-  {
-    library.find<void(void*)>("_ZN12KyCErrorListC1Ev")(m_storage);
-  }
-  ~KyRemotePool() { m_library.find<void(void*)>("_ZN12KyCErrorListD1Ev")(m_storage); }
-  KyRemotePool(const KyRemotePool&) = delete;
-  KyRemotePool& operator=(const KyRemotePool&) = delete;
-
-  void* storage() { return m_storage; }
-  const KyErrorEntry& getEntry(unsigned int n)
-  {
-    return *m_library.find<const KyErrorEntry*(void*, unsigned int)>("_ZNK12KyCErrorList8getEntryEj")(m_storage, n);
-  }
-  void setError(unsigned int code)
-  {
-    m_library.find<void(void*, unsigned int, unsigned int, const char*, const char*, ...)>(
-        "_ZN12KyCErrorList8setErrorEjjPKcS1_z")(m_storage, code, 1, "remote", nullptr);
-  }
-
-private:
-  const KyLoaded& m_library;
-  alignas(KyCErrorListPool) unsigned char m_storage[sizeof(KyCErrorListPool)];
-};
-
-int noteInventoryLibraries(dl_phdr_info* info, std::size_t, void* found)
-{
-  for (const char* name : {"libKyComposite", "libKyInventoryTree"})
+  for (const char* name : {"libKyComposite", "libKyInventory"})
   {
     if (std::strstr(info->dlpi_name, name) != nullptr) *static_cast<std::string*>(found) += name;
   }
@@ -84,27 +87,23 @@ int noteInventoryLibraries(dl_phdr_info* info, std::size_t, void* found)
 
 TEST(KyUnload, theLibraryStandsAlone)
 {
-  const KyLoaded library(s_libraryPath);
-  ASSERT_TRUE(library.isLoaded()) << dlerror();
+  const KyLoaded library(s_errorHandlingPath);
   std::string found;
-  dl_iterate_phdr(&noteInventoryLibraries, &found);
+  dl_iterate_phdr(&noteHigherLibraries, &found);
   EXPECT_EQ(found, "");
 }
 
 TEST(KyUnload, theManagerIsNotThereBeforeItsFirstUse)
 {
-  const KyLoaded library(s_libraryPath);
-  ASSERT_TRUE(library.isLoaded()) << dlerror();
-  void** const pointer = library.find<void*>("_ZN15KyCErrorManager15s_pErrorManagerE");
-  ASSERT_NE(pointer, nullptr);
-  EXPECT_EQ(*pointer, nullptr);
-  KyRemotePool pool(library);
+  const KyLoaded library(s_drivingPath);
+  const auto hasManager = library.find<bool()>("kyHasManager");
+  EXPECT_FALSE(hasManager());
+  const KyRemotePool pool(library);
   pool.setError(0x1000000);    // recording and rendering need no manager
   EXPECT_STREQ(pool.getEntry(0).text, "Out of memory.");
-  EXPECT_EQ(*pointer, nullptr);
-  void* const manager = library.find<void*()>("_ZN15KyCErrorManager12getSingletonEv")();
-  EXPECT_NE(manager, nullptr);
-  EXPECT_EQ(*pointer, manager);
+  EXPECT_FALSE(hasManager());
+  library.find<void()>("kyLeaveThingsBehind")();
+  EXPECT_TRUE(hasManager());
 }
 
 TEST(KyUnload, theLibraryCanBeUnloadedWithAllThatItHolds)    // the leak sanitizer looks on
@@ -112,35 +111,23 @@ TEST(KyUnload, theLibraryCanBeUnloadedWithAllThatItHolds)    // the leak sanitiz
   for (int n = 0; n < 3; ++n)
   {
     {
-      const KyLoaded library(s_libraryPath);
-      ASSERT_TRUE(library.isLoaded()) << dlerror();
-      void* const manager = library.find<void*()>("_ZN15KyCErrorManager12getSingletonEv")();
-      void* const list =
-          library.find<void*(void*, unsigned int, unsigned int, unsigned int, unsigned int, unsigned int)>(
-              "_ZN15KyCErrorManager15createErrorListEjjjjj")(manager, 0, 1, 20, 5, 300);
-      EXPECT_NE(list, nullptr);
-      void* const master = library.find<void*(void*)>("_ZNK15KyCErrorManager18getMasterErrorListEv")(manager);
-      for (void* pool : {list, master})
-      {
-        library.find<void(void*, unsigned int, unsigned int, const char*, const char*, ...)>(
-            "_ZN12KyCErrorList8setErrorEjjPKcS1_z")(pool, 17, 1, "unsent", nullptr);
-      }
+      const KyLoaded library(s_drivingPath);
+      library.find<void()>("kyLeaveThingsBehind")();
+      EXPECT_TRUE(isInMemory(s_errorHandlingPath));
     }
-    EXPECT_FALSE(isInMemory(s_libraryPath));
+    EXPECT_FALSE(isInMemory(s_errorHandlingPath));
   }
 }
 
 TEST(KyUnload, aReportOutlivesTheLibraryThatMadeIt)
 {
-  const KyLoaded library(s_libraryPath);
-  ASSERT_TRUE(library.isLoaded()) << dlerror();
-  KyRemotePool pool(library);
+  const KyLoaded library(s_drivingPath);
+  const KyRemotePool pool(library);
   {
-    const KyLoaded plugin(s_pluginPath);
-    ASSERT_TRUE(plugin.isLoaded()) << dlerror();
-    plugin.find<void(void*)>("kyReport")(pool.storage());
+    const KyLoaded reporting(s_reportingPath);
+    reporting.find<void(KyCErrorListPool*)>("kyReport")(pool.get());
   }
-  ASSERT_FALSE(isInMemory(s_pluginPath));
+  ASSERT_FALSE(isInMemory(s_reportingPath));
   EXPECT_EQ(pool.getEntry(0).line, 5u);
   EXPECT_STREQ(pool.getEntry(0).function, "kyReport");
   EXPECT_STREQ(pool.getEntry(0).text, "Report of a library: argument.");
@@ -148,15 +135,13 @@ TEST(KyUnload, aReportOutlivesTheLibraryThatMadeIt)
 
 TEST(KyUnload, messagesGoWithTheLibraryThatHasThem)
 {
-  const KyLoaded library(s_libraryPath);
-  ASSERT_TRUE(library.isLoaded()) << dlerror();
-  KyRemotePool pool(library);
+  const KyLoaded library(s_drivingPath);
+  const KyRemotePool pool(library);
   for (unsigned int n = 0; n < 4; n += 2)
   {
     {
-      const KyLoaded plugin(s_pluginPath);
-      ASSERT_TRUE(plugin.isLoaded()) << dlerror();
-      plugin.find<void(void*)>("kyReport")(pool.storage());
+      const KyLoaded reporting(s_reportingPath);
+      reporting.find<void(KyCErrorListPool*)>("kyReport")(pool.get());
     }
     pool.setError(0x3000000);
     EXPECT_STREQ(pool.getEntry(n).text, "Report of a library: argument.");

@@ -14,7 +14,8 @@
 
 // Memory from the heap of the global operators: release objects with the ordinary delete.
 // Result: a block of at least size bytes; null when memory is exhausted, and then no constructor runs. An array length
-//         whose size in bytes overflows does not come here: the language throws std::bad_array_new_length.
+//         whose size in bytes overflows is the compiler's business: code built by g++ throws std::bad_array_new_length
+//         and does not come here, code built by clang++ asks for SIZE_MAX bytes, of which there are never that many.
 // Errors: 0x1000000  memory is exhausted (function "operator new" or "operator new[]")
 KY_ERRORHANDLING_API void* operator new(std::size_t size, KyCErrorListPool& pool) noexcept;
 KY_ERRORHANDLING_API void* operator new[](std::size_t size, KyCErrorListPool& pool) noexcept;
