@@ -17,8 +17,8 @@ if(KY_SANITIZE)
   target_link_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE})
 endif()
 
-# ky_make_unloadable(<target>): keeps GNU's "unique" symbols out of a library's code. The loader never lets go of a library
-# that has one, and any inline function of the standard library may bring one along.
+# ky_make_unloadable(<target>): keeps GNU's "unique" symbols out of a library's code. The loader never lets go of a
+# library that has one, and any inline function of the standard library may bring one along.
 function(ky_make_unloadable target)
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 endfunction()

@@ -9,12 +9,12 @@
 #include "composite/KyCString.h"
 #include "inventory/KyInventoryTreeApi.h"
 
-// A path of elements from some starting item down to its target; each element says which kind of node is meant (its ID)
-// and which instance of that kind (its index, counted from 1 by convention). The empty address names the starting item
-// itself.
+// A path of elements from some starting item down to its target; each element says which kind of node is meant (its
+// ID) and which instance of that kind (its index, counted from 1 by convention). The empty address names the
+// starting item itself.
 //
-// A plain value: copied freely, owned by whoever holds it. An address that never had more than one element lives without
-// the heap; a longer one owns one block of the C allocator, of exactly the size it needs.
+// A plain value: copied freely, owned by whoever holds it. An address that never had more than one element lives
+// without the heap; a longer one owns one block of the C allocator, of exactly the size it needs.
 // Two threads may use the const operations of one address at the same time; a change needs the caller's exclusion.
 // Errors:     none of the operations reports an error or throws. Asking too much gives 0 or an empty address.
 //             With no memory left, growing ends the program (std::abort): an address that silently lost elements would
@@ -28,7 +28,7 @@ public:
     unsigned int index;    // instance among siblings of the same ID
   };
 
-  // --- Construction ---------------------------------------------------------------------------------------------------
+  // --- Construction --------------------------------------------------------------------------------------------------
 
   // The empty address.
   KyCInventoryAddress() noexcept : m_length(0), m_inline{0, 0}, m_elements(&m_inline) {}
@@ -71,7 +71,7 @@ public:
     return *this;
   }
 
-  // --- Queries --------------------------------------------------------------------------------------------------------
+  // --- Queries -------------------------------------------------------------------------------------------------------
 
   // Result:     the number of elements.
   unsigned int getLength() const noexcept { return m_length; }
@@ -129,7 +129,7 @@ public:
   // Cost:       one allocation when the result has two elements or more, none otherwise.
   KyCInventoryAddress operator/(const KyCInventoryAddress& tail) const noexcept;
 
-  // --- Changes --------------------------------------------------------------------------------------------------------
+  // --- Changes -------------------------------------------------------------------------------------------------------
 
   // Makes the address empty and gives its heap array back.
   void clear() noexcept
@@ -157,16 +157,16 @@ public:
   }
 
   // Removes the leading elements that this address shares with the argument, up to the first difference.
-  // Kept on purpose: the argument need not be a whole prefix. A/B/C without A/X is B/C, and without A/B/C/D it is empty.
+  // Kept on purpose: the argument need not be a whole prefix. A/B/C without A/X is B/C, without A/B/C/D it is empty.
   void removePrefix(const KyCInventoryAddress& prefix) noexcept;
 
   // Shortens the address by that many elements, at most to length 0. A heap array is kept.
   // Result:     the new length.
   int removeSuffixElements(unsigned int count) noexcept;
 
-  // --- Text forms -----------------------------------------------------------------------------------------------------
-  // The elements in order, joined by "/". An element is the name of its ID in KyNInventoryIDs::Map, or the ID in decimal
-  // when it has none, then "[index]" unless the index is 1: DEVICE/BOARD[2]. The empty address is the empty text.
+  // --- Text forms ----------------------------------------------------------------------------------------------------
+  // The elements in order, joined by "/". An element is the name of its ID in KyNInventoryIDs::Map, or the ID in
+  // decimal when it has none, then "[index]" unless the index is 1: DEVICE/BOARD[2]. The empty address is the empty text.
 
   // Result:     the registered name of getCategory(); "" when there is none.
   //             Kept on purpose: the category 0 of an empty address is looked up like any other.

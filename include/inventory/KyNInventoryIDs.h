@@ -9,8 +9,8 @@
 // reaches the ID in one of these ways:
 //
 //   #undef BYTE_ORDER                                     when the program does not need the macro;
-//   const KyCInventoryAddress byteOrder(92);              by its number, see inventory/KyPredefinedIDs.inc: a number never
-//                                                         changes, it is part of the stored format;
+//   const KyCInventoryAddress byteOrder(92);              by its number, which never changes; they stand in
+//                                                         inventory/KyPredefinedIDs.inc;
 //   KyCInventoryAddress byteOrder;                        by its name as text.
 //   byteOrder.readFromString("BYTE_ORDER");
 #pragma once

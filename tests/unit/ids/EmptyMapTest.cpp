@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "inventory/KyNInventoryIDs.h"
+#include "support/KyPrintAddress.h"
 
 KyCInventoryTagMap KyNInventoryIDs::Map;
 

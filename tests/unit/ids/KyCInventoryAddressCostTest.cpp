@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "inventory/KyNInventoryIDs.h"
+#include "support/KyPrintAddress.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define KY_COUNTS_ALLOCATIONS 0

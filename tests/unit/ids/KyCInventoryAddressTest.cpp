@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/KyPrintAddress.h"
+
 namespace
 {
 using TElements = std::vector<std::pair<unsigned int, unsigned int>>;
