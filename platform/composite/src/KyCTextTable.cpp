@@ -9,24 +9,19 @@ namespace
 constexpr std::uint32_t FIRST_CAPACITY = 64;
 }    // namespace
 
-KyCTextTable::KyCTextTable(KyCErrorListPool& pool) noexcept
-{
-  std::memset(m_seen, 0, sizeof m_seen);
-  grow(pool);
-}
+KyCTextTable::KyCTextTable(KyCErrorListPool& pool) noexcept { grow(pool); }
 
 KyCTextTable::~KyCTextTable()
 {
   KyNPoolAllocator::release(m_entries);
-  KyNPoolAllocator::release(m_slots);
+  KyNPoolAllocator::release(m_seen);
 }
 
+// Starts small again: a small stream behind a large one does not pay for wiping a large table.
 void KyCTextTable::clear() noexcept
 {
-  if (m_count == 0) return;
   m_count = 0;
-  std::memset(m_seen, 0, sizeof m_seen);
-  std::memset(m_slots, 0, std::size_t{m_capacity} * 2 * sizeof *m_slots);
+  layOut(m_seen, FIRST_CAPACITY);
 }
 
 // FNV-1a; the texts are short, and bounded probing keeps texts made to collide from costing more than being repeated.
@@ -41,7 +36,7 @@ std::uint32_t KyCTextTable::hashOf(const char* text) noexcept
 KyCTextTable::TSeen& KyCTextTable::seenSlot(const char* text) noexcept
 {
   const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(text);
-  return m_seen[static_cast<std::uint32_t>(address ^ address >> 8) & (SEEN_COUNT - 1)];
+  return m_seen[static_cast<std::uint32_t>(address ^ address >> 8) & mask()];
 }
 
 bool KyCTextTable::isText(std::uint32_t position, const unsigned char* storage, std::uint32_t size,
@@ -63,10 +58,9 @@ std::uint32_t KyCTextTable::find(const unsigned char* storage, std::uint32_t siz
   }
 
   m_lastHash = hashOf(text);
-  const std::uint32_t mask = m_capacity * 2 - 1;
   for (std::uint32_t probe = 0; probe < MAX_PROBES; ++probe)
   {
-    const std::uint32_t slot = m_slots[(m_lastHash + probe) & mask];
+    const std::uint32_t slot = m_slots[(m_lastHash + probe) & mask()];
     if (slot == 0) return NOT_FOUND;
     if (m_entries[slot - 1].hash == m_lastHash && isText(slot - 1, storage, size, text))
     {
@@ -91,10 +85,9 @@ void KyCTextTable::add(KyCErrorListPool& pool, const char* text, std::uint32_t o
 
 void KyCTextTable::insertSlot(std::uint32_t position) noexcept
 {
-  const std::uint32_t mask = m_capacity * 2 - 1;
   for (std::uint32_t probe = 0; probe < MAX_PROBES; ++probe)
   {
-    std::uint32_t& slot = m_slots[(m_entries[position].hash + probe) & mask];
+    std::uint32_t& slot = m_slots[(m_entries[position].hash + probe) & mask()];
     if (slot != 0) continue;
     slot = position + 1;
     return;
@@ -106,21 +99,28 @@ void KyCTextTable::insertSlot(std::uint32_t position) noexcept
 bool KyCTextTable::grow(KyCErrorListPool& pool) noexcept
 {
   const std::uint32_t capacity = m_capacity == 0 ? FIRST_CAPACITY : m_capacity * 2;
-  const std::size_t slotBytes = std::size_t{capacity} * 2 * sizeof *m_slots;
-  void* const slots = KyNPoolAllocator::allocate(pool, slotBytes);
-  if (slots == nullptr) return false;
+  void* const block = KyNPoolAllocator::allocate(pool, std::size_t{capacity} * 2 * (sizeof(TSeen) + sizeof *m_slots));
+  if (block == nullptr) return false;
   void* const entries = KyNPoolAllocator::reallocate(pool, m_entries, capacity * sizeof(TEntry));
   if (entries == nullptr)
   {
-    KyNPoolAllocator::release(slots);
+    KyNPoolAllocator::release(block);
     return false;
   }
-  KyNPoolAllocator::release(m_slots);
-  m_slots = static_cast<std::uint32_t*>(slots);
+  KyNPoolAllocator::release(m_seen);
   m_entries = static_cast<TEntry*>(entries);
-  m_capacity = capacity;
-  std::memset(m_slots, 0, slotBytes);
+  layOut(block, capacity);
   for (std::uint32_t position = 0; position < m_count; ++position)
     insertSlot(position);
   return true;
+}
+
+// The block is large enough for the capacity; everything in it is free afterwards.
+void KyCTextTable::layOut(void* block, std::uint32_t capacity) noexcept
+{
+  const std::size_t count = std::size_t{capacity} * 2;
+  std::memset(block, 0, count * (sizeof(TSeen) + sizeof *m_slots));
+  m_seen = static_cast<TSeen*>(block);
+  m_slots = reinterpret_cast<std::uint32_t*>(m_seen + count);
+  m_capacity = capacity;
 }

@@ -43,8 +43,7 @@ private:
     std::uint32_t position;
   };
 
-  static constexpr std::uint32_t SEEN_COUNT = 256;    // power of two
-  static constexpr std::uint32_t MAX_PROBES = 64;     // a text without a free slot in reach is just written again
+  static constexpr std::uint32_t MAX_PROBES = 64;    // a text without a free slot in reach is just written again
 
   static std::uint32_t hashOf(const char* text) noexcept;
   TSeen& seenSlot(const char* text) noexcept;
@@ -52,11 +51,14 @@ private:
               const char* text) const noexcept;
   void insertSlot(std::uint32_t position) noexcept;
   bool grow(KyCErrorListPool& pool) noexcept;
+  void layOut(void* block, std::uint32_t capacity) noexcept;
+  std::uint32_t mask() const noexcept { return m_capacity * 2 - 1; }
 
   TEntry* m_entries = nullptr;
-  std::uint32_t* m_slots = nullptr;    // open addressing: position + 1, 0 when free; twice as many as entries
+  TSeen* m_seen = nullptr;    // by pointer: the last text asked for; twice as many as entries
+  std::uint32_t* m_slots =
+      nullptr;    // by hash, open addressing: position + 1, 0 when free; behind m_seen in its block
   std::uint32_t m_count = 0;
   std::uint32_t m_capacity = 0;    // entries; power of two
   std::uint32_t m_lastHash = 0;    // of the text that find() was asked for last
-  TSeen m_seen[SEEN_COUNT];        // the last text asked for, by pointer
 };

@@ -1,5 +1,7 @@
 // Random trees through the serializer and back. The seeds are fixed: a failure comes again.
 #include <cstdint>
+#include <fstream>
+#include <iterator>
 #include <list>
 #include <memory>
 #include <random>
@@ -172,6 +174,21 @@ TEST(KyCBinRoundTrip, randomTreesComeBackAndAreStoredAsTheSameBytes)
     expectSameTree(pool, tree.root(), back.get());
     EXPECT_EQ(bench.store(back.get()), hexOf(bytes));
   }
+}
+
+// The file was written once and stays as it is: streams of version 1 have to be readable for ever.
+TEST(KyCBinRoundTrip, goldenFileReadsBackAndIsStoredAsTheSameBytes)
+{
+  std::ifstream file(KY_SOURCE_DIR "/platform/composite/tests/golden/every-type-version-1.hex");
+  const std::string hex((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  const KyBytes bytes = bytesOf(hex);
+  ASSERT_FALSE(bytes.empty());
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  const std::unique_ptr<KyCComposite> tree(bench.read(bytes));
+  const std::unique_ptr<KyCComposite> sample(makeSampleTree(pool));
+  expectSameTree(pool, sample.get(), tree.get());
+  EXPECT_EQ(bench.store(tree.get()), hexOf(bytes));
 }
 
 TEST(KyCBinRoundTrip, randomBytesNeverCrashAndNeverPassUnreported)

@@ -239,6 +239,19 @@ TEST(KyCBinSerializer, thousandsOfTextsAreEachWrittenOnce)
   EXPECT_NO_REPORTS(pool);
 }
 
+TEST(KyCBinSerializer, smallStreamBehindALargeOneIsWrittenAsEver)
+{
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyCComposite large(pool, 1, 1, "A");
+  for (unsigned int n = 0; n < 1000; ++n)
+    addNode(pool, &large, 1, 1, std::to_string(n).c_str());
+  const std::string expected = bench.store(&large);
+  const KyCComposite small(pool, 1, 1, "A");
+  EXPECT_EQ(bench.store(&small), "01 01 01 01 00 01 41 02");
+  EXPECT_EQ(bench.store(&large), expected);
+}
+
 TEST(KyCBinSerializer, longTextsAreWrittenAgainBeforeTheirRepetitionsOutgrowTheStream)
 {
   KyTestPool pool;
