@@ -32,6 +32,7 @@ void dropIndex(KyCListIndex*& index) noexcept
   index = nullptr;
 }
 
+// The three below take the place where the index is kept; null there: none is kept.
 template <typename T>
 void appendToIndex(KyCListIndex*& index, T* entry) noexcept
 {
@@ -46,19 +47,19 @@ void removeFromIndex(KyCListIndex*& index, const T* entry) noexcept
   if (index->count() < WALKED_LENGTH / 2) dropIndex(index);
 }
 
-// An index of the list that starts with first; null when there is no memory for it.
+// Indexes the list that starts with first; leaves null when there is no memory.
 template <typename T, typename TNext>
-KyCListIndex* makeIndex(T* first, TNext nextOf) noexcept
+void makeIndex(KyCListIndex*& index, T* first, TNext nextOf) noexcept
 {
   unsigned int count = 0;
-  for (const T* entry = first; entry != nullptr; entry = nextOf(entry)) ++count;
-  KyCListIndex* index = new (std::nothrow) KyCListIndex;
-  if (index == nullptr) return nullptr;
+  for (const T* entry = first; entry != nullptr; entry = nextOf(entry))
+    ++count;
+  index = new (std::nothrow) KyCListIndex;
+  if (index == nullptr) return;
   bool isComplete = index->reserve(count + count / 4);
   for (T* entry = first; isComplete && entry != nullptr; entry = nextOf(entry))
     isComplete = index->append(entry, keyOf(entry));
   if (!isComplete) dropIndex(index);
-  return index;
 }
 
 }    // namespace
@@ -83,6 +84,7 @@ KyCComposite::~KyCComposite()
   if (m_parent != nullptr) m_parent->unlinkChild(this);
   deleteChildren();
   deleteParameters();
+  delete m_indexes;
   replaceDescription(s_noText, false);
 }
 
@@ -93,11 +95,10 @@ void KyCComposite::deleteChildren() noexcept
   KyCComposite* node = this;
   while (node != this || m_firstChild != nullptr)
   {
-    dropIndex(node->m_childIndex);
     while (node->m_firstChild != nullptr)
     {
+      if (node->m_indexes != nullptr) dropIndex(node->m_indexes->children);
       node = node->m_firstChild;
-      dropIndex(node->m_childIndex);
     }
     KyCComposite* const parent = node->m_parent;
     parent->unlinkChild(node);
@@ -108,7 +109,7 @@ void KyCComposite::deleteChildren() noexcept
 
 void KyCComposite::deleteParameters() noexcept
 {
-  dropIndex(m_parameterIndex);
+  if (m_indexes != nullptr) dropIndex(m_indexes->parameters);
   while (m_firstParameter != nullptr)
   {
     KyCParam* const parameter = m_firstParameter;
@@ -176,7 +177,8 @@ bool KyCComposite::isInside(const KyCComposite* root) const noexcept
       below = below->m_firstChild;
       continue;
     }
-    while (below != root && below->m_next == nullptr) below = below->m_parent;
+    while (below != root && below->m_next == nullptr)
+      below = below->m_parent;
     if (below == root) return false;    // seen it all
     below = below->m_next;
   }
@@ -193,7 +195,7 @@ int KyCComposite::attach(KyCComposite* child) noexcept
   child->m_next = nullptr;
   (m_lastChild != nullptr ? m_lastChild->m_next : m_firstChild) = child;
   m_lastChild = child;
-  appendToIndex(m_childIndex, child);
+  if (m_indexes != nullptr) appendToIndex(m_indexes->children, child);
   return 0;
 }
 
@@ -206,7 +208,7 @@ int KyCComposite::detachChild(const KyCComposite* child) noexcept
 
 void KyCComposite::unlinkChild(KyCComposite* child) noexcept
 {
-  removeFromIndex(m_childIndex, child);
+  if (m_indexes != nullptr) removeFromIndex(m_indexes->children, child);
   (child->m_previous != nullptr ? child->m_previous->m_next : m_firstChild) = child->m_next;
   (child->m_next != nullptr ? child->m_next->m_previous : m_lastChild) = child->m_previous;
   child->m_parent = child->m_next = child->m_previous = nullptr;
@@ -217,27 +219,20 @@ void KyCComposite::setIds(unsigned int classId, unsigned int unitId) noexcept
   const std::uint64_t oldKey = keyOf(this);
   m_classId = classId;
   m_unitId = unitId;
-  if (m_parent != nullptr && m_parent->m_childIndex != nullptr && keyOf(this) != oldKey)
-    m_parent->m_childIndex->changeKey(this, oldKey, keyOf(this));
+  KyCListIndex* const index = m_parent != nullptr ? m_parent->childIndex() : nullptr;
+  if (index != nullptr && keyOf(this) != oldKey) index->changeKey(this, oldKey, keyOf(this));
 }
 
 KyCComposite* KyCComposite::findChild(unsigned int classId, unsigned int unitId) const noexcept
 {
-  KyCComposite* child = m_firstChild;
-  for (unsigned int walked = 0; child != nullptr; child = child->m_next, ++walked)
+  KyCListIndex* index = childIndex();
+  unsigned int walked = 0;
+  for (KyCComposite* child = m_firstChild; index == nullptr && child != nullptr; child = child->m_next)
   {
-    if (m_childIndex != nullptr || (walked == WALKED_LENGTH && indexChildren() != nullptr))
-      return static_cast<KyCComposite*>(m_childIndex->findFirst(keyOf(classId, unitId)));
+    if (walked++ == WALKED_LENGTH && (index = makeChildIndex()) != nullptr) break;
     if (child->m_classId == classId && child->m_unitId == unitId) return child;
   }
-  return nullptr;
-}
-
-KyCListIndex* KyCComposite::indexChildren() const noexcept
-{
-  if (m_childIndex == nullptr)
-    m_childIndex = makeIndex(m_firstChild, [](const KyCComposite* child) { return child->m_next; });
-  return m_childIndex;
+  return index != nullptr ? static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId))) : nullptr;
 }
 
 // ---- Parameters ----
@@ -264,7 +259,7 @@ void KyCComposite::addParameter(KyCErrorListPool& pool, KyCParam* parameter) noe
   parameter->m_next = nullptr;
   (m_lastParameter != nullptr ? m_lastParameter->m_next : m_firstParameter) = parameter;
   m_lastParameter = parameter;
-  appendToIndex(m_parameterIndex, parameter);
+  if (m_indexes != nullptr) appendToIndex(m_indexes->parameters, parameter);
 }
 
 KyCParam* KyCComposite::removeParameter(KyCErrorListPool&, unsigned int id) noexcept
@@ -282,7 +277,7 @@ void KyCComposite::unlinkParameter(KyCParam* parameter) noexcept
 // The previous parameter is null for the first one.
 void KyCComposite::unlinkParameterBehind(KyCParam* previous, KyCParam* parameter) noexcept
 {
-  removeFromIndex(m_parameterIndex, parameter);
+  if (m_indexes != nullptr) removeFromIndex(m_indexes->parameters, parameter);
   (previous != nullptr ? previous->m_next : m_firstParameter) = parameter->m_next;
   if (parameter == m_lastParameter) m_lastParameter = previous;
   parameter->m_parent = nullptr;
@@ -292,47 +287,74 @@ void KyCComposite::unlinkParameterBehind(KyCParam* previous, KyCParam* parameter
 KyCParam* KyCComposite::parameterBefore(const KyCParam* parameter) const noexcept
 {
   if (parameter == m_firstParameter) return nullptr;
-  KyCParam* previous = m_firstParameter;
-  for (unsigned int walked = 0; previous->m_next != parameter; previous = previous->m_next, ++walked)
+  KyCListIndex* index = parameterIndex();
+  unsigned int walked = 0;
+  for (KyCParam* previous = m_firstParameter; index == nullptr; previous = previous->m_next)
   {
-    if (m_parameterIndex != nullptr || (walked == WALKED_LENGTH && indexParameters() != nullptr))
-      return static_cast<KyCParam*>(m_parameterIndex->predecessor(parameter, keyOf(parameter)));
+    if (walked++ == WALKED_LENGTH && (index = makeParameterIndex()) != nullptr) break;
+    if (previous->m_next == parameter) return previous;
   }
-  return previous;
+  return static_cast<KyCParam*>(index->predecessor(parameter, keyOf(parameter)));
 }
 
 KyCParam* KyCComposite::getParameterById(unsigned int id) const noexcept
 {
-  KyCParam* parameter = m_firstParameter;
-  for (unsigned int walked = 0; parameter != nullptr; parameter = parameter->m_next, ++walked)
+  KyCListIndex* index = parameterIndex();
+  unsigned int walked = 0;
+  for (KyCParam* parameter = m_firstParameter; index == nullptr && parameter != nullptr; parameter = parameter->m_next)
   {
-    if (m_parameterIndex != nullptr || (walked == WALKED_LENGTH && indexParameters() != nullptr))
-      return static_cast<KyCParam*>(m_parameterIndex->findFirst(id));
+    if (walked++ == WALKED_LENGTH && (index = makeParameterIndex()) != nullptr) break;
     if (parameter->m_id == id) return parameter;
   }
-  return nullptr;
+  return index != nullptr ? static_cast<KyCParam*>(index->findFirst(id)) : nullptr;
 }
 
-KyCParam* KyCComposite::getParameterByIndex(unsigned int index) const noexcept
+KyCParam* KyCComposite::getParameterByIndex(unsigned int place) const noexcept
 {
-  KyCParam* parameter = m_firstParameter;
-  for (unsigned int walked = 0; parameter != nullptr && walked != index; parameter = parameter->m_next, ++walked)
+  KyCListIndex* index = parameterIndex();
+  unsigned int walked = 0;
+  for (KyCParam* parameter = m_firstParameter; index == nullptr && parameter != nullptr; parameter = parameter->m_next)
   {
-    if (m_parameterIndex != nullptr || (walked == WALKED_LENGTH && indexParameters() != nullptr))
-      return static_cast<KyCParam*>(m_parameterIndex->at(index));
+    if (walked == WALKED_LENGTH && (index = makeParameterIndex()) != nullptr) break;
+    if (walked++ == place) return parameter;
   }
-  return parameter;
-}
-
-KyCListIndex* KyCComposite::indexParameters() const noexcept
-{
-  if (m_parameterIndex == nullptr)
-    m_parameterIndex = makeIndex(m_firstParameter, [](const KyCParam* parameter) { return parameter->m_next; });
-  return m_parameterIndex;
+  return index != nullptr ? static_cast<KyCParam*>(index->at(place)) : nullptr;
 }
 
 // The id has changed already.
 void KyCComposite::parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept
 {
-  if (m_parameterIndex != nullptr) m_parameterIndex->changeKey(parameter, oldId, parameter->m_id);
+  KyCListIndex* const index = parameterIndex();
+  if (index != nullptr) index->changeKey(parameter, oldId, parameter->m_id);
+}
+
+// ---- Indexes ----
+
+// Null while there is none. So is the result of the functions that make one, when there is no memory for it.
+KyCListIndex* KyCComposite::childIndex() const noexcept { return m_indexes != nullptr ? m_indexes->children : nullptr; }
+
+KyCListIndex* KyCComposite::parameterIndex() const noexcept
+{
+  return m_indexes != nullptr ? m_indexes->parameters : nullptr;
+}
+
+KyCListIndex* KyCComposite::makeChildIndex() const noexcept
+{
+  if (!haveIndexes()) return nullptr;
+  makeIndex(m_indexes->children, m_firstChild, [](const KyCComposite* child) { return child->m_next; });
+  return m_indexes->children;
+}
+
+KyCListIndex* KyCComposite::makeParameterIndex() const noexcept
+{
+  if (!haveIndexes()) return nullptr;
+  makeIndex(m_indexes->parameters, m_firstParameter, [](const KyCParam* parameter) { return parameter->m_next; });
+  return m_indexes->parameters;
+}
+
+// Makes the place for them.
+bool KyCComposite::haveIndexes() const noexcept
+{
+  if (m_indexes == nullptr) m_indexes = new (std::nothrow) KyCNodeIndexes;
+  return m_indexes != nullptr;
 }

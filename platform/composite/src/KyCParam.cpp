@@ -24,19 +24,32 @@ const char* nameOfType(unsigned int type) noexcept
 {
   switch (type)
   {
-    case KyCParam::TYPE_INT8: return "Int8";
-    case KyCParam::TYPE_INT16: return "Int16";
-    case KyCParam::TYPE_INT32: return "Int32";
-    case KyCParam::TYPE_LONG64: return "Long64";
-    case KyCParam::TYPE_UINT8: return "UInt8";
-    case KyCParam::TYPE_UINT16: return "UInt16";
-    case KyCParam::TYPE_UINT32: return "UInt32";
-    case KyCParam::TYPE_ULONG64: return "ULong64";
-    case KyCParam::TYPE_FLOAT32: return "Float32";
-    case KyCParam::TYPE_FLOAT64: return "Float64";
-    case KyCParam::TYPE_STRING: return "String";
-    case KyCParam::TYPE_VERSION: return "Version";
-    default: return nullptr;
+    case KyCParam::TYPE_INT8:
+      return "Int8";
+    case KyCParam::TYPE_INT16:
+      return "Int16";
+    case KyCParam::TYPE_INT32:
+      return "Int32";
+    case KyCParam::TYPE_LONG64:
+      return "Long64";
+    case KyCParam::TYPE_UINT8:
+      return "UInt8";
+    case KyCParam::TYPE_UINT16:
+      return "UInt16";
+    case KyCParam::TYPE_UINT32:
+      return "UInt32";
+    case KyCParam::TYPE_ULONG64:
+      return "ULong64";
+    case KyCParam::TYPE_FLOAT32:
+      return "Float32";
+    case KyCParam::TYPE_FLOAT64:
+      return "Float64";
+    case KyCParam::TYPE_STRING:
+      return "String";
+    case KyCParam::TYPE_VERSION:
+      return "Version";
+    default:
+      return nullptr;
   }
 }
 
@@ -72,13 +85,13 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
 }
 
 // Twelve constructors that differ in the value alone: KY_NUMBER_CONSTRUCTOR(type of the value, type code).
-#define KY_NUMBER_CONSTRUCTOR(T, TYPE)                                                                        \
-  KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags,    \
-                     T value, T* external) noexcept                                                           \
-      : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | (TYPE))                             \
-  {                                                                                                           \
-    takeDescription(pool, description);                                                                       \
-    startNumber(&value, sizeof(value), external);                                                             \
+#define KY_NUMBER_CONSTRUCTOR(T, TYPE)                                                                              \
+  KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, T value, \
+                     T* external) noexcept                                                                          \
+      : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | (TYPE))                                   \
+  {                                                                                                                 \
+    takeDescription(pool, description);                                                                             \
+    startNumber(&value, sizeof(value), external);                                                                   \
   }
 
 KY_NUMBER_CONSTRUCTOR(signed char, TYPE_INT8)
@@ -275,15 +288,15 @@ void KyCParam::writeNumber(KyCErrorListPool& pool, unsigned int type, const T& v
 }
 
 // The getter and the setter of one type of number: KY_NUMBER_ACCESS(type of the value, end of the names, type code).
-#define KY_NUMBER_ACCESS(T, NAME, TYPE)                                         \
-  T KyCParam::getValue##NAME(KyCErrorListPool& pool) const noexcept             \
-  {                                                                             \
-    return readNumber<T>(pool, TYPE, "getValue" #NAME);                         \
-  }                                                                             \
-                                                                                \
-  void KyCParam::setValue##NAME(KyCErrorListPool& pool, T value) noexcept       \
-  {                                                                             \
-    writeNumber<T>(pool, TYPE, value, "setValue" #NAME);                        \
+#define KY_NUMBER_ACCESS(T, NAME, TYPE)                                   \
+  T KyCParam::getValue##NAME(KyCErrorListPool& pool) const noexcept       \
+  {                                                                       \
+    return readNumber<T>(pool, TYPE, "getValue" #NAME);                   \
+  }                                                                       \
+                                                                          \
+  void KyCParam::setValue##NAME(KyCErrorListPool& pool, T value) noexcept \
+  {                                                                       \
+    writeNumber<T>(pool, TYPE, value, "setValue" #NAME);                  \
   }
 
 KY_NUMBER_ACCESS(signed char, Int8, TYPE_INT8)
@@ -360,17 +373,38 @@ struct KyValueText
   {
     switch (type)
     {
-      case KyCParam::TYPE_INT8: format<signed char>(location); return true;
-      case KyCParam::TYPE_INT16: format<short>(location); return true;
-      case KyCParam::TYPE_INT32: format<int>(location); return true;
-      case KyCParam::TYPE_LONG64: format<long long>(location); return true;
-      case KyCParam::TYPE_UINT8: format<unsigned char>(location); return true;
-      case KyCParam::TYPE_UINT16: format<unsigned short>(location); return true;
-      case KyCParam::TYPE_UINT32: format<unsigned int>(location); return true;
-      case KyCParam::TYPE_ULONG64: format<unsigned long long>(location); return true;
-      case KyCParam::TYPE_FLOAT32: format<float>(location); return true;
-      case KyCParam::TYPE_FLOAT64: format<double>(location); return true;
-      default: return false;
+      case KyCParam::TYPE_INT8:
+        format<signed char>(location);
+        return true;
+      case KyCParam::TYPE_INT16:
+        format<short>(location);
+        return true;
+      case KyCParam::TYPE_INT32:
+        format<int>(location);
+        return true;
+      case KyCParam::TYPE_LONG64:
+        format<long long>(location);
+        return true;
+      case KyCParam::TYPE_UINT8:
+        format<unsigned char>(location);
+        return true;
+      case KyCParam::TYPE_UINT16:
+        format<unsigned short>(location);
+        return true;
+      case KyCParam::TYPE_UINT32:
+        format<unsigned int>(location);
+        return true;
+      case KyCParam::TYPE_ULONG64:
+        format<unsigned long long>(location);
+        return true;
+      case KyCParam::TYPE_FLOAT32:
+        format<float>(location);
+        return true;
+      case KyCParam::TYPE_FLOAT64:
+        format<double>(location);
+        return true;
+      default:
+        return false;
     }
   }
 };

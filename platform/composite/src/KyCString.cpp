@@ -130,7 +130,7 @@ bool KyCString::assign(KyCErrorListPool& pool, const char* text, unsigned int le
     pool.setError(KY_MSG_TEXT_TOO_LONG, __LINE__, "assign", "%u", length);
     return false;
   }
-  void* const memory = ::operator new(sizeof(TBlock) + std::size_t{length} + 1, pool);
+  void* const memory = ::operator new (sizeof(TBlock) + std::size_t{length} + 1, pool);
   if (memory == nullptr) return false;
   adopt(startBlock(memory, length), text, length);
   return true;
@@ -199,7 +199,8 @@ KyCString KyCString::joined(const char* tail, unsigned int tailLength) const
   if (tailLength == 0) return *this;
   KyCString result;
   const std::uint64_t total = std::uint64_t{length()} + tailLength;
-  if (total > INLINE_CAPACITY) result.adopt(newBlock(total), c_str(), length());
+  if (total > INLINE_CAPACITY)
+    result.adopt(newBlock(total), c_str(), length());
   else
     result = *this;
   result.append(tail, tailLength);

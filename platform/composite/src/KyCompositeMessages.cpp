@@ -52,7 +52,7 @@ static_assert(sizeof(s_messages) / sizeof(s_messages[0]) == s_groups[sizeof(s_gr
 
 class KyCMessageRegistration
 {
- public:
+public:
   KyCMessageRegistration()
   {
     KyCErrorManager* manager = KyCErrorManager::s_pErrorManager;

@@ -26,7 +26,8 @@ std::uint64_t mix(std::uint64_t number) noexcept
 bool KyCListIndex::TTable::resize(std::uint32_t recordCapacity) noexcept
 {
   std::uint32_t size = 2;
-  while (size < recordCapacity + recordCapacity / 2) size *= 2;
+  while (size < recordCapacity + recordCapacity / 2)
+    size *= 2;
   if (slots == nullptr || size != mask + 1)
   {
     std::uint32_t* const fresh = new (std::nothrow) std::uint32_t[size];
@@ -64,7 +65,8 @@ std::uint32_t KyCListIndex::hashEntry(const void* entry) const noexcept
 std::uint32_t KyCListIndex::keySlot(std::uint64_t key) const noexcept
 {
   std::uint32_t slot = hashKey(key) & m_byKey.mask;
-  while (m_byKey.slots[slot] != NONE && m_records[m_byKey.slots[slot]].key != key) slot = (slot + 1) & m_byKey.mask;
+  while (m_byKey.slots[slot] != NONE && m_records[m_byKey.slots[slot]].key != key)
+    slot = (slot + 1) & m_byKey.mask;
   return slot;
 }
 
@@ -292,7 +294,8 @@ std::uint32_t KyCListIndex::recordOf(const void* entry, std::uint64_t key) noexc
   if (root != NONE && m_records[root].entry == entry) return root;
   if (m_byEntry.slots != nullptr || buildEntryTable()) return m_byEntry.slots[entrySlot(entry)];
   std::uint32_t record = 0;    // no memory for the table
-  while (m_records[record].entry != entry) ++record;
+  while (m_records[record].entry != entry)
+    ++record;
   return record;
 }
 

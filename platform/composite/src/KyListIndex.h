@@ -24,7 +24,7 @@
 // is of no use any more and its owner drops it.
 class KyCListIndex
 {
- public:
+public:
   KyCListIndex() noexcept;
   ~KyCListIndex();
   KyCListIndex(const KyCListIndex&) = delete;
@@ -37,22 +37,23 @@ class KyCListIndex
   void remove(const void* entry, std::uint64_t key) noexcept;
   void changeKey(const void* entry, std::uint64_t oldKey, std::uint64_t newKey) noexcept;
 
-  void* findFirst(std::uint64_t key) const noexcept;                        // null when none has the key
-  void* predecessor(const void* entry, std::uint64_t key) noexcept;         // null for the first entry
-  void* at(unsigned int place) noexcept;                                    // from 0; null beyond the end
+  void* findFirst(std::uint64_t key) const noexcept;                   // null when none has the key
+  void* predecessor(const void* entry, std::uint64_t key) noexcept;    // null for the first entry
+  void* at(unsigned int place) noexcept;                               // from 0; null beyond the end
   unsigned int count() const noexcept { return m_recordCount - m_gapCount; }
 
- private:
+private:
   static constexpr std::uint32_t NONE = 0xFFFFFFFFu;
 
   struct TRecord
   {
-    void* entry;           // null: a gap
+    void* entry;    // null: a gap
     std::uint64_t key;
-    std::uint32_t child;   // in the heap: first child
-    std::uint32_t next;    // in the heap: next sibling
-    std::uint32_t back;    // in the heap: previous sibling, or the parent; NONE at the root. In a gap: a record before it,
-                           // with nothing but gaps between the two
+    std::uint32_t child;    // in the heap: first child
+    std::uint32_t next;     // in the heap: next sibling
+    std::uint32_t
+        back;    // in the heap: previous sibling, or the parent; NONE at the root. In a gap: a record before it,
+                 // with nothing but gaps between the two
   };
 
   // Open addressing with linear probing; a slot holds a record number or NONE.
@@ -93,13 +94,29 @@ class KyCListIndex
   bool moveCursor(std::uint32_t place) noexcept;
 
   TRecord* m_records = nullptr;
-  std::uint32_t m_recordCount = 0;       // gaps included
+  std::uint32_t m_recordCount = 0;    // gaps included
   std::uint32_t m_recordCapacity = 0;
   std::uint32_t m_gapCount = 0;
-  TTable m_byKey;                        // roots of the heaps
-  TTable m_byEntry;                      // all entries, or no slots
+  TTable m_byKey;      // roots of the heaps
+  TTable m_byEntry;    // all entries, or no slots
   std::uint64_t m_seed;
-  std::uint32_t m_cursorRecord = 0;      // any record, and how many entries stand before it
+  std::uint32_t m_cursorRecord = 0;    // any record, and how many entries stand before it
   std::uint32_t m_cursorPlace = 0;
-  std::uint32_t m_cursorSteps = 0;       // gone since the gaps were closed
+  std::uint32_t m_cursorSteps = 0;    // gone since the gaps were closed
+};
+
+// The indexes of one node. Most nodes have none and spend one null pointer on them.
+struct KyCNodeIndexes
+{
+  KyCListIndex* children = nullptr;
+  KyCListIndex* parameters = nullptr;
+
+  KyCNodeIndexes() noexcept = default;
+  KyCNodeIndexes(const KyCNodeIndexes&) = delete;
+  KyCNodeIndexes& operator=(const KyCNodeIndexes&) = delete;
+  ~KyCNodeIndexes()
+  {
+    delete children;
+    delete parameters;
+  }
 };

@@ -36,7 +36,7 @@ void appendText(KyTestPool& pool, KyCBuffer& buffer, const char* text)
 
 class KyFailNext
 {
- public:
+public:
   explicit KyFailNext(unsigned int n) { KyNPoolAllocator::failAfter(n); }
   ~KyFailNext() { KyNPoolAllocator::reset(); }
 };
@@ -156,11 +156,11 @@ TEST(KyCBuffer, writeAtAPositionNotHeldReportsAndWritesNothing)
   const std::uint32_t number = 0;
   buffer.writeBuffer(pool, &number, 4, SCALAR, 1);
   EXPECT_EQ("abcd", bytesOf(buffer));
-  EXPECT_REPORTS(pool,
-                 {WRITE_RANGE, "writeBuffer", "2 bytes at position 3 cannot be overwritten: the buffer holds 4 bytes."},
-                 {WRITE_RANGE, "writeBuffer", "1 bytes at position 4 cannot be overwritten: the buffer holds 4 bytes."},
-                 {WRITE_RANGE, "writeBuffer", "1 bytes at position 2147483647 cannot be overwritten: the buffer holds 4 bytes."},
-                 {WRITE_RANGE, "writeBuffer", "4 bytes at position 1 cannot be overwritten: the buffer holds 4 bytes."});
+  EXPECT_REPORTS(
+      pool, {WRITE_RANGE, "writeBuffer", "2 bytes at position 3 cannot be overwritten: the buffer holds 4 bytes."},
+      {WRITE_RANGE, "writeBuffer", "1 bytes at position 4 cannot be overwritten: the buffer holds 4 bytes."},
+      {WRITE_RANGE, "writeBuffer", "1 bytes at position 2147483647 cannot be overwritten: the buffer holds 4 bytes."},
+      {WRITE_RANGE, "writeBuffer", "4 bytes at position 1 cannot be overwritten: the buffer holds 4 bytes."});
 }
 
 TEST(KyCBuffer, readAtAPositionLeavesThePositions)
@@ -197,11 +197,12 @@ TEST(KyCBuffer, readBufferBehindTheEndReportsAndLeavesTheTargetUntouched)
   buffer.readBuffer(pool, text, 4294967295u, BYTES, 1);
   EXPECT_STREQ("abc##", text);
   EXPECT_EQ(3u, buffer.getReadPosition());
-  EXPECT_REPORTS(pool, {READ_RANGE, "readBuffer", "4 bytes at position 0 cannot be read: the buffer holds 3 bytes."},
-                 {READ_RANGE, "readBuffer", "4 bytes at position 0 cannot be read: the buffer holds 3 bytes."},
-                 {READ_RANGE, "readBuffer", "1 bytes at position 3 cannot be read: the buffer holds 3 bytes."},
-                 {READ_RANGE, "readBuffer", "1 bytes at position 3 cannot be read: the buffer holds 3 bytes."},
-                 {READ_RANGE, "readBuffer", "4294967295 bytes at position 1 cannot be read: the buffer holds 3 bytes."});
+  EXPECT_REPORTS(
+      pool, {READ_RANGE, "readBuffer", "4 bytes at position 0 cannot be read: the buffer holds 3 bytes."},
+      {READ_RANGE, "readBuffer", "4 bytes at position 0 cannot be read: the buffer holds 3 bytes."},
+      {READ_RANGE, "readBuffer", "1 bytes at position 3 cannot be read: the buffer holds 3 bytes."},
+      {READ_RANGE, "readBuffer", "1 bytes at position 3 cannot be read: the buffer holds 3 bytes."},
+      {READ_RANGE, "readBuffer", "4294967295 bytes at position 1 cannot be read: the buffer holds 3 bytes."});
 }
 
 TEST(KyCBuffer, refusesScalarsOfOtherSizes)
@@ -212,7 +213,8 @@ TEST(KyCBuffer, refusesScalarsOfOtherSizes)
   unsigned char number[16] = {};
   for (const unsigned int size : {0u, 3u, 5u, 6u, 7u, 9u, 16u})
   {
-    const std::string text = "A scalar of " + std::to_string(size) + " bytes has no place in a buffer; scalars have 1, 2, 4 or 8 bytes.";
+    const std::string text =
+        "A scalar of " + std::to_string(size) + " bytes has no place in a buffer; scalars have 1, 2, 4 or 8 bytes.";
     buffer.writeBuffer(pool, number, size, SCALAR, -1);
     buffer.readBuffer(pool, number, size, SCALAR, -1);
     EXPECT_REPORTS(pool, {SCALAR_SIZE, "writeBuffer", text}, {SCALAR_SIZE, "readBuffer", text});
@@ -231,9 +233,9 @@ TEST(KyCBuffer, refusesUnknownFlags)
   buffer.readBuffer(pool, text, 1, 4294967295u, -1);
   EXPECT_EQ("abcd", bytesOf(buffer));
   EXPECT_STREQ("xy", text);
-  EXPECT_REPORTS(pool,
-                 {UNKNOWN_FLAG, "writeBuffer", "Buffer flag 2 is unknown; 0 stands for a scalar, 1 for a byte string."},
-                 {UNKNOWN_FLAG, "readBuffer", "Buffer flag 4294967295 is unknown; 0 stands for a scalar, 1 for a byte string."});
+  EXPECT_REPORTS(
+      pool, {UNKNOWN_FLAG, "writeBuffer", "Buffer flag 2 is unknown; 0 stands for a scalar, 1 for a byte string."},
+      {UNKNOWN_FLAG, "readBuffer", "Buffer flag 4294967295 is unknown; 0 stands for a scalar, 1 for a byte string."});
 }
 
 TEST(KyCBuffer, refusesPositionsBelowMinusOne)
@@ -271,7 +273,8 @@ TEST(KyCBuffer, growsWithItsContent)
 {
   KyTestPool pool;
   KyCBuffer buffer(pool);
-  for (std::uint32_t n = 0; n < 100000; ++n) buffer.writeBuffer(pool, &n, 4, SCALAR, -1);
+  for (std::uint32_t n = 0; n < 100000; ++n)
+    buffer.writeBuffer(pool, &n, 4, SCALAR, -1);
   EXPECT_EQ(400000u, buffer.getWritePosition());
   for (std::uint32_t n = 0; n < 100000; ++n)
   {
@@ -365,8 +368,10 @@ TEST(KyCBuffer, refusesToHoldMoreThan32BitsCount)
   buffer.writeBuffer(pool, "x", 4294967295u, BYTES, -1);    // refused before a byte is read
   EXPECT_EQ("abcd", bytesOf(buffer));
   EXPECT_REPORTS(pool,
-                 {TOO_LARGE, "allocateBuffer", "The buffer holds 4 bytes; 4294967292 bytes more exceed its limit of 4294967295 bytes."},
-                 {TOO_LARGE, "writeBuffer", "The buffer holds 4 bytes; 4294967295 bytes more exceed its limit of 4294967295 bytes."});
+                 {TOO_LARGE, "allocateBuffer",
+                  "The buffer holds 4 bytes; 4294967292 bytes more exceed its limit of 4294967295 bytes."},
+                 {TOO_LARGE, "writeBuffer",
+                  "The buffer holds 4 bytes; 4294967295 bytes more exceed its limit of 4294967295 bytes."});
 }
 
 TEST(KyCBuffer, constructorReportsExhaustedMemoryAndTheBufferWorksLater)
@@ -390,8 +395,9 @@ TEST(KyCBuffer, constructorReportsExhaustedMemoryAndTheBufferWorksLater)
   buffer.writeBuffer(pool, &byte, 1, BYTES, 0);
   buffer.incrementWritePointer(pool, 1);
   EXPECT_EQ('#', byte);
-  EXPECT_REPORTS(pool, {READ_RANGE, "readBuffer", ""}, {READ_RANGE, "readBuffer", ""}, {WRITE_RANGE, "writeBuffer", ""},
-                 {INCREMENT, "incrementWritePointer", "The write position 0 cannot advance by 1 bytes: 0 bytes are allocated."});
+  EXPECT_REPORTS(
+      pool, {READ_RANGE, "readBuffer", ""}, {READ_RANGE, "readBuffer", ""}, {WRITE_RANGE, "writeBuffer", ""},
+      {INCREMENT, "incrementWritePointer", "The write position 0 cannot advance by 1 bytes: 0 bytes are allocated."});
 
   buffer.writeBuffer(pool, "a", 1, SCALAR, -1);
   EXPECT_EQ("a", bytesOf(buffer));

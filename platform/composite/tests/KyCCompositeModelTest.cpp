@@ -18,7 +18,7 @@ namespace
 
 class KyRandom
 {
- public:
+public:
   explicit KyRandom(std::uint64_t seed) : m_state(seed) {}
 
   unsigned int next(unsigned int limit)
@@ -30,10 +30,11 @@ class KyRandom
   template <typename T>
   void shuffle(std::vector<T>& items)
   {
-    for (unsigned int n = static_cast<unsigned int>(items.size()); n > 1; --n) std::swap(items[n - 1], items[next(n)]);
+    for (unsigned int n = static_cast<unsigned int>(items.size()); n > 1; --n)
+      std::swap(items[n - 1], items[next(n)]);
   }
 
- private:
+private:
   std::uint64_t m_state;
 };
 
@@ -45,20 +46,20 @@ struct KyShape
   unsigned int steps;
 };
 
-const KyShape s_shapes[] = {{6, 3, 20000},    {14, 100, 20000}, {20, 4, 30000},     {40, 40, 30000},
-                            {300, 1, 20000},  {300, 7, 30000},  {300, 1000, 30000}, {2000, 4, 20000},
-                            {2000, 30, 20000}};
+const KyShape s_shapes[] = {{6, 3, 20000},   {14, 100, 20000},   {20, 4, 30000},   {40, 40, 30000},  {300, 1, 20000},
+                            {300, 7, 30000}, {300, 1000, 30000}, {2000, 4, 20000}, {2000, 30, 20000}};
 
 // ---- Children ----
 
 class KyChildrenModel
 {
- public:
+public:
   KyChildrenModel(const KyShape& shape, std::uint64_t seed) : m_shape(shape), m_random(seed), m_root(m_pool, 1, 1) {}
 
   ~KyChildrenModel()
   {
-    for (KyTestNode* node : m_free) delete node;
+    for (KyTestNode* node : m_free)
+      delete node;
   }
 
   void step()
@@ -66,11 +67,20 @@ class KyChildrenModel
     switch (m_random.next(8))
     {
       case 0:
-      case 1: attach(); break;
-      case 2: detach(); break;
-      case 3: rename(); break;
-      case 4: remove(); break;
-      default: lookUp();
+      case 1:
+        attach();
+        break;
+      case 2:
+        detach();
+        break;
+      case 3:
+        rename();
+        break;
+      case 4:
+        remove();
+        break;
+      default:
+        lookUp();
     }
   }
 
@@ -87,7 +97,7 @@ class KyChildrenModel
     EXPECT_EQ(m_children.size() + m_free.size() + 1, KyTestNode::s_alive);
   }
 
- private:
+private:
   unsigned int number() { return m_random.next(m_shape.numbers); }
 
   KyTestNode* takeRandom(std::vector<KyTestNode*>& nodes)
@@ -148,7 +158,7 @@ class KyChildrenModel
 
 class KyParametersModel
 {
- public:
+public:
   KyParametersModel(const KyShape& shape, std::uint64_t seed) : m_shape(shape), m_random(seed), m_root(m_pool, 1, 1) {}
 
   void step()
@@ -156,18 +166,30 @@ class KyParametersModel
     switch (m_random.next(9))
     {
       case 0:
-      case 1: add(); break;
-      case 2: removeById(); break;
-      case 3: assign(); break;
-      case 4: deleteOne(); break;
-      case 5: lookUpByIndex(); break;
-      default: lookUpById();
+      case 1:
+        add();
+        break;
+      case 2:
+        removeById();
+        break;
+      case 3:
+        assign();
+        break;
+      case 4:
+        deleteOne();
+        break;
+      case 5:
+        lookUpByIndex();
+        break;
+      default:
+        lookUpById();
     }
   }
 
   void compareWhole() const
   {
-    for (unsigned int n = 0; n < m_parameters.size(); ++n) ASSERT_EQ(m_parameters[n], m_root.getParameterByIndex(n));
+    for (unsigned int n = 0; n < m_parameters.size(); ++n)
+      ASSERT_EQ(m_parameters[n], m_root.getParameterByIndex(n));
     ASSERT_EQ(nullptr, m_root.getParameterByIndex(static_cast<unsigned int>(m_parameters.size())));
     const KyCParam* parameter = m_root.getFirstParameter();
     for (const KyTestParam* expected : m_parameters)
@@ -179,7 +201,7 @@ class KyParametersModel
     EXPECT_EQ(m_parameters.size(), KyTestParam::s_alive);
   }
 
- private:
+private:
   unsigned int number() { return m_random.next(m_shape.numbers); }
   unsigned int place() { return m_random.next(static_cast<unsigned int>(m_parameters.size())); }
 
@@ -282,12 +304,14 @@ void runModel(std::uint64_t seed)
 
 TEST(KyCCompositeModel, childrenAgreeWithAVector)
 {
-  for (std::uint64_t seed = 1; seed <= 3; ++seed) runModel<KyChildrenModel>(seed * 1000);
+  for (std::uint64_t seed = 1; seed <= 3; ++seed)
+    runModel<KyChildrenModel>(seed * 1000);
 }
 
 TEST(KyCCompositeModel, parametersAgreeWithAVector)
 {
-  for (std::uint64_t seed = 1; seed <= 3; ++seed) runModel<KyParametersModel>(seed * 2000);
+  for (std::uint64_t seed = 1; seed <= 3; ++seed)
+    runModel<KyParametersModel>(seed * 2000);
 }
 
 // ---- Long lists ----
@@ -341,7 +365,8 @@ TEST(KyCCompositeLongList, findsEveryChildAndNoOther)
     ASSERT_EQ(nullptr, root.findChild(n, 1));    // between the additions
     ASSERT_EQ(0, root.attach(new (pool) KyTestNode(pool, n, 1, nullptr)));
   }
-  for (unsigned int n = 0; n < MANY; ++n) ASSERT_EQ(n, root.findChild(n, 1)->getClassId());
+  for (unsigned int n = 0; n < MANY; ++n)
+    ASSERT_EQ(n, root.findChild(n, 1)->getClassId());
   EXPECT_EQ(nullptr, root.findChild(MANY, 1));
 }
 
@@ -399,7 +424,8 @@ TEST(KyCCompositeLongList, detachesAndDeletesChildrenOfTheSameNumbersInAnyOrder)
       ASSERT_EQ(0, root.detachChild(children[n]));
       delete children[n];
       isGone[n] = true;
-      while (first < MANY && isGone[first]) ++first;
+      while (first < MANY && isGone[first])
+        ++first;
       ASSERT_EQ(first < MANY ? children[first] : nullptr, root.findChild(7, 1));
     }
     EXPECT_EQ(nullptr, root.getChild());
@@ -443,7 +469,8 @@ TEST(KyCCompositeLongList, deletesEveryParameterInAnyOrder)
     KyTestPool pool;
     KyTestNode root(pool, 1, 1);
     const std::vector<KyTestParam*> parameters = addMany(pool, root);
-    for (const unsigned int n : order) delete parameters[n];
+    for (const unsigned int n : order)
+      delete parameters[n];
     EXPECT_EQ(nullptr, root.getFirstParameter());
     EXPECT_EQ(0u, KyTestParam::s_alive);
   }
@@ -454,7 +481,8 @@ TEST(KyCCompositeLongList, keepsTheFirstParameterWhileTheOthersGoFromTheFront)
   KyTestPool pool;
   KyTestNode root(pool, 1, 1);
   const std::vector<KyTestParam*> parameters = addMany(pool, root);
-  for (unsigned int n = 1; n < MANY; ++n) delete root.removeParameter(pool, n * 3);
+  for (unsigned int n = 1; n < MANY; ++n)
+    delete root.removeParameter(pool, n * 3);
   EXPECT_EQ(parameters[0], root.getFirstParameter());
   EXPECT_EQ(nullptr, parameters[0]->getNextParam());
   EXPECT_NO_REPORTS(pool);
@@ -466,7 +494,8 @@ TEST(KyCCompositeLongList, givesParametersByIndexInAnyOrder)
   KyTestNode root(pool, 1, 1);
   const std::vector<KyTestParam*> parameters = addMany(pool, root);
   for (const std::vector<unsigned int>& order : orders())
-    for (const unsigned int n : order) ASSERT_EQ(parameters[n], root.getParameterByIndex(n));
+    for (const unsigned int n : order)
+      ASSERT_EQ(parameters[n], root.getParameterByIndex(n));
   EXPECT_EQ(nullptr, root.getParameterByIndex(MANY));
 }
 
@@ -562,7 +591,8 @@ TEST(KyCCompositeDeepTree, isBuiltFromTheBottomAndFromPiecesAsFast)
     top = above;
   }
   KyTestNode* deepest = static_cast<KyTestNode*>(top);
-  while (deepest->getChild() != nullptr) deepest = static_cast<KyTestNode*>(deepest->getChild());
+  while (deepest->getChild() != nullptr)
+    deepest = static_cast<KyTestNode*>(deepest->getChild());
   for (unsigned int level = 0; level < MANY; ++level)    // a pair of nodes at a time below the deepest one
   {
     KyTestNode* const upper = new (pool) KyTestNode(pool, level, 2, nullptr);

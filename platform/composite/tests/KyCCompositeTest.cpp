@@ -183,12 +183,14 @@ TEST(KyCComposite, attachFindsAncestorsInWideAndDeepTreesAlike)
   KyTestNode* deepest = root;
   for (unsigned int level = 0; level < 50; ++level)
   {
-    for (unsigned int n = 0; n < 5; ++n) deepest->attach(makeNode(pool, 100 + n));
+    for (unsigned int n = 0; n < 5; ++n)
+      deepest->attach(makeNode(pool, 100 + n));
     KyTestNode* const next = makeNode(pool, 2);
     deepest->attach(next);
     deepest = next;
   }
-  for (KyCComposite* node = deepest; node != nullptr; node = node->getParent()) EXPECT_EQ(-2, deepest->attach(node));
+  for (KyCComposite* node = deepest; node != nullptr; node = node->getParent())
+    EXPECT_EQ(-2, deepest->attach(node));
   KyTestNode* const lonely = makeNode(pool, 3);
   lonely->attach(makeNode(pool, 4));
   EXPECT_EQ(0, deepest->attach(lonely));
@@ -315,8 +317,10 @@ TEST(KyCComposite, addParameterRefusesNullOwnedAndRepeatedOnes)
   other.addParameter(pool, owned);
   node.addParameter(pool, owned);
   EXPECT_REPORTS(pool,
-                 {PARAM_OWNED, "addParameter", "Parameter 5 belongs to a composite already; it cannot be added to composite (13, 14)."},
-                 {PARAM_OWNED, "addParameter", "Parameter 5 belongs to a composite already; it cannot be added to composite (11, 12)."});
+                 {PARAM_OWNED, "addParameter",
+                  "Parameter 5 belongs to a composite already; it cannot be added to composite (13, 14)."},
+                 {PARAM_OWNED, "addParameter",
+                  "Parameter 5 belongs to a composite already; it cannot be added to composite (11, 12)."});
   node.addParameter(pool, &repeated);
   EXPECT_REPORTS(pool, {PARAM_DUPLICATE, "addParameter",
                         "Parameter 5 cannot be added to composite (11, 12), which has one of that id."});
@@ -330,7 +334,8 @@ TEST(KyCComposite, removeParameterGivesTheParameterBack)
 {
   KyTestPool pool;
   KyTestNode node(pool, 1, 1);
-  for (unsigned int id = 1; id <= 4; ++id) node.addParameter(pool, new (pool) KyTestParam(pool, id));
+  for (unsigned int id = 1; id <= 4; ++id)
+    node.addParameter(pool, new (pool) KyTestParam(pool, id));
   std::unique_ptr<KyTestParam> second(static_cast<KyTestParam*>(node.removeParameter(pool, 2)));
   ASSERT_NE(nullptr, second);
   EXPECT_EQ(2u, second->getId());
@@ -365,7 +370,8 @@ TEST(KyCComposite, assignmentMayGiveTwoParametersOneIdAndTheFirstIsFound)
   {
     KyTestPool pool;
     KyTestNode node(pool, 1, 1);
-    for (unsigned int id = 1; id <= count; ++id) node.addParameter(pool, new (pool) KyTestParam(pool, id));
+    for (unsigned int id = 1; id <= count; ++id)
+      node.addParameter(pool, new (pool) KyTestParam(pool, id));
     KyCParam* const second = node.getParameterByIndex(1);
     KyCParam* const last = node.getParameterByIndex(count - 1);
     *second = *last;
@@ -430,7 +436,7 @@ namespace
 // Looks around in its destructor, and takes a node with it that hangs elsewhere in the tree.
 class KyCuriousNode : public KyCComposite
 {
- public:
+public:
   KyCuriousNode(KyCErrorListPool& pool, unsigned int classId, std::vector<std::string>& diary, KyCComposite* companion)
       : KyCComposite(pool, classId, 1, "curious"), m_diary(diary), m_companion(companion)
   {
@@ -444,7 +450,7 @@ class KyCuriousNode : public KyCComposite
     delete m_companion;
   }
 
- private:
+private:
   std::vector<std::string>& m_diary;
   KyCComposite* m_companion;
 };
@@ -465,7 +471,8 @@ TEST(KyCComposite, derivedDestructorsSeeAnIntactNodeChildrenFirst)
   outer->addParameter(pool, new (pool) KyTestParam(pool, 1));
   inner->addParameter(pool, new (pool) KyTestParam(pool, 1));
   delete root;
-  EXPECT_EQ((std::vector<std::string>{"3 free childless, parameter there", "2 free childless, parameter there"}), diary);
+  EXPECT_EQ((std::vector<std::string>{"3 free childless, parameter there", "2 free childless, parameter there"}),
+            diary);
   EXPECT_EQ(0u, KyTestNode::s_alive);
   EXPECT_NO_REPORTS(pool);
 }
@@ -477,7 +484,7 @@ namespace
 
 class KyCallRecorder : public KyCComposite
 {
- public:
+public:
   explicit KyCallRecorder(KyCErrorListPool& pool) : KyCComposite(pool, 1, 1, "recorder") {}
   void update(KyCErrorListPool&) override { m_called = "update"; }
   void PreInit(KyCErrorListPool&) override { m_called = "PreInit"; }
@@ -486,7 +493,10 @@ class KyCallRecorder : public KyCComposite
   void PostApply(KyCErrorListPool&) override { m_called = "PostApply"; }
   void PreReset(KyCErrorListPool&) override { m_called = "PreReset"; }
   void PostReset(KyCErrorListPool&) override { m_called = "PostReset"; }
-  void traverseHook(KyCErrorListPool&, unsigned int value) override { m_called = "traverseHook " + std::to_string(value); }
+  void traverseHook(KyCErrorListPool&, unsigned int value) override
+  {
+    m_called = "traverseHook " + std::to_string(value);
+  }
   void virtualDummyFunction4() override { m_called = "virtualDummyFunction4"; }
   void virtualDummyFunction3() override { m_called = "virtualDummyFunction3"; }
   void virtualDummyFunction2() override { m_called = "virtualDummyFunction2"; }

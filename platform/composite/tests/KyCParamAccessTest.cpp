@@ -27,20 +27,20 @@ struct KyType
   void (*set)(KyCParam& parameter, KyCErrorListPool& pool);
 };
 
-#define KY_NUMBER(T, CODE, NAME, FIRST, SECOND)                                                                      \
-  {                                                                                                                  \
-    CODE, #NAME, "getValue" #NAME, "setValue" #NAME, #FIRST, #SECOND,                                                \
-        [](KyCErrorListPool& pool) {                                                                                 \
-          return new (pool) KyCParam(pool, ID, "value", 0, static_cast<T>(FIRST), nullptr);                          \
-        },                                                                                                           \
-        [](const KyCParam& parameter, KyCErrorListPool& pool) {                                                      \
-          const T value = parameter.getValue##NAME(pool);                                                            \
-          return value == static_cast<T>(FIRST)    ? std::string(#FIRST)                                             \
-                 : value == static_cast<T>(SECOND) ? std::string(#SECOND)                                            \
-                 : value == 0                      ? std::string("nothing")                                          \
-                                                   : std::string("something else");                                  \
-        },                                                                                                           \
-        [](KyCParam& parameter, KyCErrorListPool& pool) { parameter.setValue##NAME(pool, static_cast<T>(SECOND)); }  \
+#define KY_NUMBER(T, CODE, NAME, FIRST, SECOND)                                                                     \
+  {                                                                                                                 \
+    CODE, #NAME, "getValue" #NAME, "setValue" #NAME, #FIRST, #SECOND,                                               \
+        [](KyCErrorListPool& pool)                                                                                  \
+    { return new (pool) KyCParam(pool, ID, "value", 0, static_cast<T>(FIRST), nullptr); },                          \
+        [](const KyCParam& parameter, KyCErrorListPool& pool)                                                       \
+    {                                                                                                               \
+      const T value = parameter.getValue##NAME(pool);                                                               \
+      return value == static_cast<T>(FIRST)    ? std::string(#FIRST)                                                \
+             : value == static_cast<T>(SECOND) ? std::string(#SECOND)                                               \
+             : value == 0                      ? std::string("nothing")                                             \
+                                               : std::string("something else");                                                          \
+    },                                                                                                              \
+        [](KyCParam& parameter, KyCErrorListPool& pool) { parameter.setValue##NAME(pool, static_cast<T>(SECOND)); } \
   }
 
 const KyType s_types[] = {
@@ -55,17 +55,18 @@ const KyType s_types[] = {
     KY_NUMBER(float, 0x214, Float32, 1.5, -0.25),
     KY_NUMBER(double, 0x218, Float64, 1.5, -0.25),
     {0x2000, "String", "getValueKyCString", "setValueConstChar", "a text of the first kind", "two",
-     [](KyCErrorListPool& pool) {
-       return new (pool) KyCParam(pool, ID, "value", 0, KyCString("a text of the first kind"), nullptr);
-     },
-     [](const KyCParam& parameter, KyCErrorListPool& pool) {
+     [](KyCErrorListPool& pool)
+     { return new (pool) KyCParam(pool, ID, "value", 0, KyCString("a text of the first kind"), nullptr); },
+     [](const KyCParam& parameter, KyCErrorListPool& pool)
+     {
        const KyCString value = parameter.getValueKyCString(pool);
        return value.isEmpty() ? std::string("nothing") : std::string(value.c_str());
      },
      [](KyCParam& parameter, KyCErrorListPool& pool) { parameter.setValueConstChar(pool, "two"); }},
     {0x4000, "Version", "getValueKyCVersion", "setValueKyCVersion", "1.2.3.4", "5.6.7.8",
      [](KyCErrorListPool& pool) { return new (pool) KyCParam(pool, ID, "value", 0, KyCVersion(1, 2, 3, 4), nullptr); },
-     [](const KyCParam& parameter, KyCErrorListPool& pool) {
+     [](const KyCParam& parameter, KyCErrorListPool& pool)
+     {
        const KyCVersion value = parameter.getValueKyCVersion(pool);
        return value == KyCVersion() ? std::string("nothing") : std::string(value.toString().c_str());
      },
@@ -74,7 +75,8 @@ const KyType s_types[] = {
 
 std::string sentence(const KyType& own, const char* what, const KyType& other)
 {
-  return std::string("Parameter 4000000000 is of type ") + own.name + "; it cannot be " + what + " as " + other.name + ".";
+  return std::string("Parameter 4000000000 is of type ") + own.name + "; it cannot be " + what + " as " + other.name +
+         ".";
 }
 
 }    // namespace
@@ -145,7 +147,8 @@ TEST(KyCParamAccess, constCharReadsStringsAlone)
       continue;
     }
     EXPECT_STREQ("", text);
-    EXPECT_REPORTS(pool, {READ_TYPE, "getValueConstChar",
-                          std::string("Parameter 4000000000 is of type ") + own.name + "; it cannot be read as String."});
+    EXPECT_REPORTS(pool,
+                   {READ_TYPE, "getValueConstChar",
+                    std::string("Parameter 4000000000 is of type ") + own.name + "; it cannot be read as String."});
   }
 }

@@ -154,7 +154,12 @@ TYPED_TEST_SUITE(KyCParamNumber, KyNumberTypes);
 TYPED_TEST(KyCParamNumber, keepsEveryValueInside)
 {
   using T = TypeParam;
-  const T values[] = {T(0), T(1), T(100), std::numeric_limits<T>::lowest(), std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
+  const T values[] = {T(0),
+                      T(1),
+                      T(100),
+                      std::numeric_limits<T>::lowest(),
+                      std::numeric_limits<T>::min(),
+                      std::numeric_limits<T>::max()};
   KyTestPool pool;
   for (const T value : values)
   {
@@ -356,7 +361,8 @@ TEST(KyCParam, copyHasEverythingButTheOwner)
 {
   KyTestPool pool;
   KyCComposite node(pool, 1, 1, "node");
-  KyCParam* const original = new (pool) KyCParam(pool, 5, "description", KyCParam::FLAG_CUSTOM, KyCString("a longer value"), nullptr);
+  KyCParam* const original =
+      new (pool) KyCParam(pool, 5, "description", KyCParam::FLAG_CUSTOM, KyCString("a longer value"), nullptr);
   node.addParameter(pool, original);
   KyCParam* const copy = new KyCParam(*original);
   EXPECT_EQ(5u, copy->getId());
@@ -374,16 +380,25 @@ TEST(KyCParam, copyHasEverythingButTheOwner)
 TEST(KyCParam, assignmentBetweenAllTypesTakesTypeAndValue)
 {
   KyTestPool pool;
-  const auto make = [&pool](unsigned int n) -> std::unique_ptr<KyCParam> {
+  const auto make = [&pool](unsigned int n) -> std::unique_ptr<KyCParam>
+  {
     switch (n)
     {
-      case 0: return std::make_unique<KyCParam>(pool, 10, "byte", OWN, static_cast<signed char>(-1), nullptr);
-      case 1: return std::make_unique<KyCParam>(pool, 11, "wide", OWN, 123456789012LL, nullptr);
-      case 2: return std::make_unique<KyCParam>(pool, 12, "double", OWN, 0.5, nullptr);
-      case 3: return std::make_unique<KyCParam>(pool, 13, "short text", OWN, KyCString("abc"), nullptr);
-      case 4: return std::make_unique<KyCParam>(pool, 14, "long text", KyCParam::FLAG_CUSTOM, KyCString("a long text here"), nullptr);
-      case 5: return std::make_unique<KyCParam>(pool, 15, "version", OWN, KyCVersion(1, 2, 3, 4), nullptr);
-      default: return std::make_unique<KyCParam>(pool, 16, "unknown", 0x777u);
+      case 0:
+        return std::make_unique<KyCParam>(pool, 10, "byte", OWN, static_cast<signed char>(-1), nullptr);
+      case 1:
+        return std::make_unique<KyCParam>(pool, 11, "wide", OWN, 123456789012LL, nullptr);
+      case 2:
+        return std::make_unique<KyCParam>(pool, 12, "double", OWN, 0.5, nullptr);
+      case 3:
+        return std::make_unique<KyCParam>(pool, 13, "short text", OWN, KyCString("abc"), nullptr);
+      case 4:
+        return std::make_unique<KyCParam>(pool, 14, "long text", KyCParam::FLAG_CUSTOM, KyCString("a long text here"),
+                                          nullptr);
+      case 5:
+        return std::make_unique<KyCParam>(pool, 15, "version", OWN, KyCVersion(1, 2, 3, 4), nullptr);
+      default:
+        return std::make_unique<KyCParam>(pool, 16, "unknown", 0x777u);
     }
   };
   const char* const descriptions[] = {"byte", "wide", "double", "short text", "long text", "version", "unknown"};
@@ -518,7 +533,8 @@ TEST(KyCParam, constructionFailsCleanlyAtEveryAllocation)
     KyCParam* const parameter = new (pool) KyCParam(pool, 1, "description", OWN, KyCVersion(1, 2, 3, 4), nullptr);
     KyNPoolAllocator::reset();
     EXPECT_EQ(n < 3 ? 1u : 0u, pool.getErrorCount());
-    for (const KyReport& report : pool.takeReports()) EXPECT_EQ(OUT_OF_MEMORY, report.code);
+    for (const KyReport& report : pool.takeReports())
+      EXPECT_EQ(OUT_OF_MEMORY, report.code);
     EXPECT_EQ(n == 0, parameter == nullptr);
     if (parameter == nullptr) continue;
     EXPECT_STREQ(n == 1 ? "" : "description", parameter->getDescription());

@@ -17,7 +17,8 @@ namespace
 constexpr unsigned int OUT_OF_MEMORY = 0x01000000;
 
 // Texts on both sides of the limit between inside and block, which is 6 characters.
-const char* const s_texts[] = {"", "a", "abcde", "abcdef", "abcdefg", "abcdefgh", "a text of some forty characters, no more"};
+const char* const s_texts[] = {
+    "", "a", "abcde", "abcdef", "abcdefg", "abcdefgh", "a text of some forty characters, no more"};
 
 std::string bytesOf(const KyCString& text) { return std::string(text.c_str(), text.length()); }
 
@@ -29,7 +30,7 @@ bool isInside(const KyCString& text)
 
 class KyFailNext
 {
- public:
+public:
   explicit KyFailNext(unsigned int n) { KyNPoolAllocator::failAfter(n); }
   ~KyFailNext() { KyNPoolAllocator::reset(); }
 };
@@ -247,7 +248,8 @@ TEST(KyCString, appendToASharedTextLeavesTheOthersAlone)
 TEST(KyCString, appendsAMillionCharactersOneByOne)
 {
   KyCString text;
-  for (unsigned int n = 0; n < 1000000; ++n) text += "x";
+  for (unsigned int n = 0; n < 1000000; ++n)
+    text += "x";
   EXPECT_EQ(1000000u, text.length());
   EXPECT_EQ(std::string(1000000, 'x'), bytesOf(text));
 }
@@ -365,20 +367,23 @@ TEST(KyCString, threadsShareATextEachThroughAStringOfItsOwn)
   std::vector<std::thread> threads;
   for (unsigned int n = 0; n < 4; ++n)
   {
-    threads.emplace_back([mine = common]() mutable {
-      for (unsigned int round = 0; round < 5000; ++round)
-      {
-        KyCString copy = mine;
-        KyCString changed = copy;
-        changed += round;
-        copy = changed;
-        mine = KyCString(mine);
-        ASSERT_EQ(29u, mine.length());
-        ASSERT_STREQ("a text that all threads share", mine.c_str());
-      }
-    });
+    threads.emplace_back(
+        [mine = common]() mutable
+        {
+          for (unsigned int round = 0; round < 5000; ++round)
+          {
+            KyCString copy = mine;
+            KyCString changed = copy;
+            changed += round;
+            copy = changed;
+            mine = KyCString(mine);
+            ASSERT_EQ(29u, mine.length());
+            ASSERT_STREQ("a text that all threads share", mine.c_str());
+          }
+        });
   }
-  for (std::thread& thread : threads) thread.join();
+  for (std::thread& thread : threads)
+    thread.join();
   EXPECT_STREQ("a text that all threads share", common.c_str());
 }
 
@@ -386,7 +391,8 @@ TEST(KyCString, threadsShareATextEachThroughAStringOfItsOwn)
 TEST(KyCString, agreesWithAnotherStringClassOnRandomOperations)
 {
   std::uint32_t random = 12345;
-  const auto next = [&random](std::uint32_t limit) {
+  const auto next = [&random](std::uint32_t limit)
+  {
     random = random * 1664525u + 1013904223u;
     return (random >> 16) % limit;
   };
@@ -398,9 +404,18 @@ TEST(KyCString, agreesWithAnotherStringClassOnRandomOperations)
     const unsigned int b = next(4);
     switch (next(7))
     {
-      case 0: strings[a] = strings[b]; models[a] = models[b]; break;
-      case 1: strings[a] += strings[b]; models[a] += models[b]; break;
-      case 2: strings[a] += step; models[a] += std::to_string(step); break;
+      case 0:
+        strings[a] = strings[b];
+        models[a] = models[b];
+        break;
+      case 1:
+        strings[a] += strings[b];
+        models[a] += models[b];
+        break;
+      case 2:
+        strings[a] += step;
+        models[a] += std::to_string(step);
+        break;
       case 3:
       {
         const unsigned int from = next(strings[b].length() + 1);
@@ -408,7 +423,10 @@ TEST(KyCString, agreesWithAnotherStringClassOnRandomOperations)
         models[a] = std::string(models[b]).substr(from);
         break;
       }
-      case 4: strings[a] = strings[a] + strings[b]; models[a] = models[a] + models[b]; break;
+      case 4:
+        strings[a] = strings[a] + strings[b];
+        models[a] = models[a] + models[b];
+        break;
       case 5:
       {
         const unsigned int from = next(strings[a].length() + 1);
@@ -416,9 +434,15 @@ TEST(KyCString, agreesWithAnotherStringClassOnRandomOperations)
         models[a] += std::string(models[a]).substr(from);
         break;
       }
-      default: strings[a] = KyCString(strings[b].c_str(), strings[b].length() / 2); models[a] = std::string(models[b]).substr(0, models[b].size() / 2);
+      default:
+        strings[a] = KyCString(strings[b].c_str(), strings[b].length() / 2);
+        models[a] = std::string(models[b]).substr(0, models[b].size() / 2);
     }
-    if (models[a].size() > 300) { strings[a] = ""; models[a] = ""; }
+    if (models[a].size() > 300)
+    {
+      strings[a] = "";
+      models[a] = "";
+    }
     ASSERT_EQ(models[a], bytesOf(strings[a])) << "step " << step;
     ASSERT_EQ(models[a] == models[b], strings[a] == strings[b]);
     ASSERT_EQ(models[a] < models[b], strings[a] < strings[b]);

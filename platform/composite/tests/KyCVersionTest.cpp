@@ -47,9 +47,30 @@ TEST(KyCVersion, fromStringTakesOneToFourNumbers)
 
 TEST(KyCVersion, fromStringRefusesEverythingElseAndChangesNothing)
 {
-  const char* const refused[] = {"", ".", "1.", ".1", "1..2", "1.2.3.4.", "1.2.3.4.5", "-1", "+1", "1.-2", "1.+2", " 1",
-                                 "1 ", "1. 2", "1\n", "1.2,3", "v1", "1a", "0x1", "4294967296", "1.2.3.4294967296",
-                                 "99999999999999999999", "1.2.3.4 ", "\xC2\xB2"};
+  const char* const refused[] = {"",
+                                 ".",
+                                 "1.",
+                                 ".1",
+                                 "1..2",
+                                 "1.2.3.4.",
+                                 "1.2.3.4.5",
+                                 "-1",
+                                 "+1",
+                                 "1.-2",
+                                 "1.+2",
+                                 " 1",
+                                 "1 ",
+                                 "1. 2",
+                                 "1\n",
+                                 "1.2,3",
+                                 "v1",
+                                 "1a",
+                                 "0x1",
+                                 "4294967296",
+                                 "1.2.3.4294967296",
+                                 "99999999999999999999",
+                                 "1.2.3.4 ",
+                                 "\xC2\xB2"};
   for (const char* text : refused)
   {
     KyCVersion version(9, 8, 7, 6);
@@ -63,9 +84,10 @@ TEST(KyCVersion, fromStringRefusesEverythingElseAndChangesNothing)
 
 TEST(KyCVersion, comparesByNumbersTheFirstWeighingMost)
 {
-  const KyCVersion rising[] = {KyCVersion(0, 0, 0, 0), KyCVersion(0, 0, 0, 2), KyCVersion(0, 0, 0, 10),
-                               KyCVersion(0, 0, 1, 0), KyCVersion(0, 1, 0, 0), KyCVersion(0, 4294967295u, 0, 0),
-                               KyCVersion(1, 0, 0, 0), KyCVersion(4294967295u, 0, 0, 0)};
+  const KyCVersion rising[] = {KyCVersion(0, 0, 0, 0),  KyCVersion(0, 0, 0, 2),
+                               KyCVersion(0, 0, 0, 10), KyCVersion(0, 0, 1, 0),
+                               KyCVersion(0, 1, 0, 0),  KyCVersion(0, 4294967295u, 0, 0),
+                               KyCVersion(1, 0, 0, 0),  KyCVersion(4294967295u, 0, 0, 0)};
   constexpr unsigned int count = sizeof(rising) / sizeof(rising[0]);
   for (unsigned int a = 0; a < count; ++a)
   {

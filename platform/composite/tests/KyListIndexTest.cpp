@@ -35,7 +35,7 @@ void* allocateOrThrow(std::size_t size)
 // Lets the first `left` allocations pass and makes all others fail.
 class KyAllocationLimit
 {
- public:
+public:
   explicit KyAllocationLimit(unsigned int left) { s_allocationsLeft = left; }
   ~KyAllocationLimit() { s_allocationsLeft = 0xFFFFFFFFu; }
 };
@@ -71,7 +71,8 @@ TEST(KyListIndex, answersLikeAVectorUnderRandomChanges)
   for (const unsigned int keys : {1u, 2u, 10u, 100000u})
   {
     std::uint64_t state = keys;
-    const auto random = [&state](std::size_t limit) {
+    const auto random = [&state](std::size_t limit)
+    {
       state = state * 6364136223846793005u + 1442695040888963407u;
       return static_cast<std::size_t>(state >> 33) % limit;
     };
@@ -79,7 +80,8 @@ TEST(KyListIndex, answersLikeAVectorUnderRandomChanges)
     ASSERT_TRUE(index.reserve(4));
     std::vector<TEntry> storage(400);
     std::vector<TEntry*> unused;
-    for (TEntry& entry : storage) unused.push_back(&entry);
+    for (TEntry& entry : storage)
+      unused.push_back(&entry);
     std::vector<TEntry*> list;
     for (unsigned int step = 0; step < 40000; ++step)
     {
@@ -130,8 +132,10 @@ TEST(KyListIndex, tellsKeysOf64BitsApart)
   ASSERT_TRUE(index.reserve(8));
   int entries[4];
   const std::uint64_t keys[] = {0, 0xFFFFFFFF, 0xFFFFFFFF00000000, 0xFFFFFFFFFFFFFFFF};
-  for (unsigned int n = 0; n < 4; ++n) ASSERT_TRUE(index.append(&entries[n], keys[n]));
-  for (unsigned int n = 0; n < 4; ++n) EXPECT_EQ(&entries[n], index.findFirst(keys[n]));
+  for (unsigned int n = 0; n < 4; ++n)
+    ASSERT_TRUE(index.append(&entries[n], keys[n]));
+  for (unsigned int n = 0; n < 4; ++n)
+    EXPECT_EQ(&entries[n], index.findFirst(keys[n]));
   EXPECT_EQ(nullptr, index.findFirst(0x100000000));
 }
 
@@ -149,7 +153,8 @@ TEST(KyListIndex, reserveAndAppendReportMissingMemory)
   unsigned int appended = 0;
   {
     const KyAllocationLimit limit(0);
-    while (appended < 64 && index.append(&entries[appended], appended)) ++appended;
+    while (appended < 64 && index.append(&entries[appended], appended))
+      ++appended;
   }
   EXPECT_EQ(32u, appended);
 }
@@ -187,10 +192,12 @@ TEST(KyCCompositeWithoutIndex, findsAndRemovesParametersByWalking)
     KyTestPool pool;
     KyTestNode root(pool, 1, 1);
     std::vector<KyTestParam*> parameters;
-    for (unsigned int n = 0; n < 100; ++n) parameters.push_back(new (pool) KyTestParam(pool, n));
+    for (unsigned int n = 0; n < 100; ++n)
+      parameters.push_back(new (pool) KyTestParam(pool, n));
     {
       const KyAllocationLimit limit(left);
-      for (KyTestParam* parameter : parameters) root.addParameter(pool, parameter);
+      for (KyTestParam* parameter : parameters)
+        root.addParameter(pool, parameter);
       EXPECT_EQ(parameters[80], root.getParameterById(80));
       EXPECT_EQ(parameters[80], root.getParameterByIndex(80));
       EXPECT_EQ(nullptr, root.getParameterByIndex(100));
@@ -210,15 +217,20 @@ TEST(KyCCompositeWithoutIndex, losesTheIndexThatCannotGrowAndGoesOn)
   KyTestPool pool;
   KyTestNode root(pool, 1, 1);
   std::vector<KyTestParam*> parameters;
-  for (unsigned int n = 0; n < 500; ++n) parameters.push_back(new (pool) KyTestParam(pool, n));
-  for (unsigned int n = 0; n < 100; ++n) root.addParameter(pool, parameters[n]);
+  for (unsigned int n = 0; n < 500; ++n)
+    parameters.push_back(new (pool) KyTestParam(pool, n));
+  for (unsigned int n = 0; n < 100; ++n)
+    root.addParameter(pool, parameters[n]);
   EXPECT_EQ(parameters[99], root.getParameterById(99));
   {
     const KyAllocationLimit limit(0);
-    for (unsigned int n = 100; n < 500; ++n) root.addParameter(pool, parameters[n]);
-    for (unsigned int n = 0; n < 500; ++n) ASSERT_EQ(parameters[n], root.getParameterById(n));
+    for (unsigned int n = 100; n < 500; ++n)
+      root.addParameter(pool, parameters[n]);
+    for (unsigned int n = 0; n < 500; ++n)
+      ASSERT_EQ(parameters[n], root.getParameterById(n));
   }
-  for (unsigned int n = 0; n < 500; ++n) ASSERT_EQ(parameters[n], root.getParameterById(n));
+  for (unsigned int n = 0; n < 500; ++n)
+    ASSERT_EQ(parameters[n], root.getParameterById(n));
   EXPECT_NO_REPORTS(pool);
 }
 

@@ -7,7 +7,7 @@
 
 class KyTestNode : public KyCComposite
 {
- public:
+public:
   KyTestNode(KyCErrorListPool& pool, unsigned int classId, unsigned int unitId, const char* description = "node")
       : KyCComposite(pool, classId, unitId, description)
   {
@@ -36,7 +36,7 @@ class KyTestNode : public KyCComposite
 // Likewise for a parameter.
 class KyTestParam : public KyCParam
 {
- public:
+public:
   KyTestParam(KyCErrorListPool& pool, unsigned int id)
       : KyCParam(pool, id, nullptr, KyCParam::FLAG_STATIC_DESCRIPTION, id, nullptr)
   {

@@ -20,7 +20,7 @@
 // Threads: one buffer is used by one thread at a time.
 class KY_COMPOSITE_API KyCBuffer
 {
- public:
+public:
   // An empty buffer with a small first storage.
   // Errors: "Out of memory." of the pool allocator.
   explicit KyCBuffer(KyCErrorListPool& pool) noexcept;
@@ -108,8 +108,8 @@ class KY_COMPOSITE_API KyCBuffer
       }
       if (size == 4)
       {
-        const std::uint32_t value =
-            std::uint32_t{from[0]} << 24 | std::uint32_t{from[1]} << 16 | std::uint32_t{from[2]} << 8 | std::uint32_t{from[3]};
+        const std::uint32_t value = std::uint32_t{from[0]} << 24 | std::uint32_t{from[1]} << 16 |
+                                    std::uint32_t{from[2]} << 8 | std::uint32_t{from[3]};
         std::memcpy(dst, &value, 4);
         m_readPosition += 4;
         return;
@@ -123,12 +123,13 @@ class KY_COMPOSITE_API KyCBuffer
   unsigned int getWritePosition() const noexcept { return m_writePosition; }    // the number of bytes held
   unsigned int getReadPosition() const noexcept { return m_readPosition; }
 
- private:
-  friend class KyCBinSerializer;      // write and read whole records in place
+private:
+  friend class KyCBinSerializer;    // write and read whole records in place
   friend class KyCBinDeserializer;
   bool checkArguments(KyCErrorListPool& pool, const char* function, const void* bytes, unsigned int size,
                       unsigned int flag, int position) const noexcept;
-  void writeBufferSlow(KyCErrorListPool& pool, const void* src, unsigned int size, unsigned int flag, int position) noexcept;
+  void writeBufferSlow(KyCErrorListPool& pool, const void* src, unsigned int size, unsigned int flag,
+                       int position) noexcept;
   void readBufferSlow(KyCErrorListPool& pool, void* dst, unsigned int size, unsigned int flag, int position) noexcept;
   bool makeRoom(KyCErrorListPool& pool, unsigned int size, const char* function) noexcept;
   void append(KyCErrorListPool& pool, const unsigned char* src, unsigned int size, unsigned int flag) noexcept;

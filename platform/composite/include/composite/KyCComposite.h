@@ -12,6 +12,7 @@
 #include "errorhandling/KyCErrorListPool.h"
 
 class KyCListIndex;
+struct KyCNodeIndexes;
 
 // Belongs to whoever made it until another node takes it (attach); that one then deletes it with itself. Owns its children
 // and its parameters, both in the order in which they came. Nodes and parameters that are deleted are made with the global
@@ -25,7 +26,7 @@ class KyCListIndex;
 // index.
 class KY_COMPOSITE_API KyCComposite
 {
- public:
+public:
   // A node without parent, children and parameters.
   //
   //   classId, unitId  any numbers
@@ -101,11 +102,14 @@ class KY_COMPOSITE_API KyCComposite
   // Null when there is none.
   KyCParam* getParameterById(unsigned int id) const noexcept;
   // From 0, in list order; null beyond the end. Cost: near-constant, also while parameters are removed on the way.
-  KyCParam* getParameterByIndex(unsigned int index) const noexcept;
+  KyCParam* getParameterByIndex(unsigned int place) const noexcept;
 
- protected:
+protected:
   // As the public constructor, for a description that outlives the node: the pointer is kept, nothing is copied.
-  struct TStaticText { const char* text; };
+  struct TStaticText
+  {
+    const char* text;
+  };
   KyCComposite(KyCErrorListPool& pool, unsigned int classId, unsigned int unitId, TStaticText description) noexcept;
   void setStaticDescription(const char* description) noexcept;    // null: ""
 
@@ -115,7 +119,7 @@ class KY_COMPOSITE_API KyCComposite
   KyCComposite* findChild(unsigned int classId, unsigned int unitId) const noexcept;
   KyCParam* getFirstParameter() const noexcept { return m_firstParameter; }    // null when none
 
- private:
+private:
   friend class KyCParam;    // tells of a changed id and of its end
   void parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept;
   void unlinkParameter(KyCParam* parameter) noexcept;
@@ -127,8 +131,11 @@ class KY_COMPOSITE_API KyCComposite
   void deleteParameters() noexcept;
   void unlinkParameterBehind(KyCParam* previous, KyCParam* parameter) noexcept;
   KyCParam* parameterBefore(const KyCParam* parameter) const noexcept;
-  KyCListIndex* indexChildren() const noexcept;
-  KyCListIndex* indexParameters() const noexcept;
+  KyCListIndex* childIndex() const noexcept;
+  KyCListIndex* parameterIndex() const noexcept;
+  KyCListIndex* makeChildIndex() const noexcept;
+  KyCListIndex* makeParameterIndex() const noexcept;
+  bool haveIndexes() const noexcept;
 
   unsigned int m_classId;
   unsigned int m_unitId;
@@ -141,7 +148,6 @@ class KY_COMPOSITE_API KyCComposite
   KyCComposite* m_friend = nullptr;
   KyCParam* m_firstParameter = nullptr;
   KyCParam* m_lastParameter = nullptr;
-  mutable KyCListIndex* m_childIndex = nullptr;        // only while there are many children
-  mutable KyCListIndex* m_parameterIndex = nullptr;    // only while there are many parameters
+  mutable KyCNodeIndexes* m_indexes = nullptr;    // only while there are many children or parameters, or have been
   bool m_ownsDescription = false;
 };

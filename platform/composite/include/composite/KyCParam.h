@@ -21,21 +21,32 @@ class KyCComposite;
 // Threads: a parameter, and the composite it hangs in, are used by one thread at a time.
 class KY_COMPOSITE_API KyCParam
 {
- public:
+public:
   // Type codes: the low 16 bits of the type-and-flags word.
   enum TType : unsigned int
   {
-    TYPE_INT8 = 0x111, TYPE_INT16 = 0x112, TYPE_INT32 = 0x114, TYPE_LONG64 = 0x118,
-    TYPE_UINT8 = 0x121, TYPE_UINT16 = 0x122, TYPE_UINT32 = 0x124, TYPE_ULONG64 = 0x128,
-    TYPE_FLOAT32 = 0x214, TYPE_FLOAT64 = 0x218, TYPE_STRING = 0x2000, TYPE_VERSION = 0x4000
+    TYPE_INT8 = 0x111,
+    TYPE_INT16 = 0x112,
+    TYPE_INT32 = 0x114,
+    TYPE_LONG64 = 0x118,
+    TYPE_UINT8 = 0x121,
+    TYPE_UINT16 = 0x122,
+    TYPE_UINT32 = 0x124,
+    TYPE_ULONG64 = 0x128,
+    TYPE_FLOAT32 = 0x214,
+    TYPE_FLOAT64 = 0x218,
+    TYPE_STRING = 0x2000,
+    TYPE_VERSION = 0x4000
   };
 
   // Flags: the high 16 bits. The highest, 0x80000000, is the parameter's own; a caller's is ignored. The others are kept
   // as given.
   enum TFlag : unsigned int
   {
-    FLAG_CUSTOM = 0x10000,                // the serializers hand the parameter to their custom-parameter hooks
-    FLAG_STATIC_DESCRIPTION = 0x20000     // the description outlives the parameter and all its copies: keep the pointer, copy nothing
+    // The serializers hand the parameter to their custom-parameter hooks.
+    FLAG_CUSTOM = 0x10000,
+    // The description outlives the parameter and all its copies: keep the pointer, copy nothing.
+    FLAG_STATIC_DESCRIPTION = 0x20000
   };
 
   // A parameter of any type code, its value 0, empty or 0.0.0.0. One of an unknown type code has an id, a description and
@@ -54,18 +65,30 @@ class KY_COMPOSITE_API KyCParam
   //   flags     high 16 bits; the low ones are ignored
   //   external  where the value lives from now on instead of inside the parameter: the constructor writes the value
   //             there, getters read it there and setters write it there. Not owned; outlives the parameter. Null: inside
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, signed char value, signed char* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, short value, short* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, int value, int* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, long long value, long long* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, unsigned char value, unsigned char* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, unsigned short value, unsigned short* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, unsigned int value, unsigned int* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, unsigned long long value, unsigned long long* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, float value, float* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, double value, double* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, const KyCString& value, KyCString* external) noexcept;
-  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, const KyCVersion& value, KyCVersion* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, signed char value,
+           signed char* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, short value,
+           short* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, int value,
+           int* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, long long value,
+           long long* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, unsigned char value,
+           unsigned char* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, unsigned short value,
+           unsigned short* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, unsigned int value,
+           unsigned int* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags,
+           unsigned long long value, unsigned long long* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, float value,
+           float* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, double value,
+           double* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, const KyCString& value,
+           KyCString* external) noexcept;
+  KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags,
+           const KyCVersion& value, KyCVersion* external) noexcept;
 
   // Deep copies of id, description, type, flags and value. A copy is free (no owner) and keeps its value inside, wherever
   // the other one keeps its own. The assignment leaves the target where it hangs: its owner finds it under the new id
@@ -115,7 +138,7 @@ class KY_COMPOSITE_API KyCParam
   void setValueULong64(KyCErrorListPool& pool, unsigned long long value) noexcept;
   void setValueFloat32(KyCErrorListPool& pool, float value) noexcept;
   void setValueFloat64(KyCErrorListPool& pool, double value) noexcept;
-  void setValueConstChar(KyCErrorListPool& pool, const char* value) noexcept;    // null: empty; may be part of the value
+  void setValueConstChar(KyCErrorListPool& pool, const char* value) noexcept;    // null: empty; may be a part of it
   void setValueKyCVersion(KyCErrorListPool& pool, const KyCVersion& value) noexcept;
 
   // The value of any type as text: integers in decimal, floating-point numbers as the shortest text that reads back to
@@ -126,18 +149,19 @@ class KY_COMPOSITE_API KyCParam
   //          "Out of memory." of the pool allocator
   KyCString getValueAsString(KyCErrorListPool& pool) const noexcept;
 
-  const char* getDescription() const noexcept { return m_description; }    // never null; holds until the next assignment
+  // Never null; holds until the next assignment.
+  const char* getDescription() const noexcept { return m_description; }
   unsigned int getId() const noexcept { return m_id; }
   unsigned int getType() const noexcept { return m_typeAndFlags & TYPE_MASK; }
   bool isCustom() const noexcept { return (m_typeAndFlags & FLAG_CUSTOM) != 0; }
 
- protected:
+protected:
   KyCComposite* getParentComposite() const noexcept { return m_parent; }    // null when free
   KyCParam* getNextParam() const noexcept { return m_next; }                // in the composite's list; null at its end
 
- private:
-  friend class KyCComposite;          // keeps the list links
-  friend class KyCBinSerializer;      // moves values as bytes, through getLocation
+private:
+  friend class KyCComposite;        // keeps the list links
+  friend class KyCBinSerializer;    // moves values as bytes, through getLocation
   friend class KyCBinDeserializer;
 
   static constexpr unsigned int TYPE_MASK = 0xFFFF;

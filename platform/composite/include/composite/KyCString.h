@@ -24,7 +24,7 @@
 // time.
 class KY_COMPOSITE_API KyCString
 {
- public:
+public:
   // The empty string.
   KyCString() noexcept : m_bits(emptyBits()) {}
   // A copy of a NUL-terminated text; null gives the empty string.
@@ -80,7 +80,7 @@ class KY_COMPOSITE_API KyCString
   static const char* strstr(const char* text, const char* part);
   static unsigned int strlen(const char* text);
 
- private:
+private:
   // Head of the shared block; the text with its NUL stands behind it.
   struct TBlock
   {

@@ -10,7 +10,7 @@
 // A value type of four unsigned 32-bit numbers, the first one weighing most. Threads: as any plain value.
 class KY_COMPOSITE_API KyCVersion
 {
- public:
+public:
   // 0.0.0.0
   KyCVersion() noexcept = default;
   KyCVersion(unsigned int majorNumber, unsigned int minorNumber, unsigned int maintenance, unsigned int build) noexcept
@@ -32,7 +32,7 @@ class KY_COMPOSITE_API KyCVersion
   // Result: true; false when the text is anything else or null, and the version is as it was.
   bool fromString(const char* text) noexcept;
 
- private:
+private:
   unsigned int m_major = 0;
   unsigned int m_minor = 0;
   unsigned int m_maintenance = 0;
