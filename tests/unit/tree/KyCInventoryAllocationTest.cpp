@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdlib>
-#include <new>
 
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
@@ -27,24 +27,25 @@ private:
 };
 }    // namespace
 
+// The sanitizers need the C allocator for themselves; nothing is counted then.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-// The sanitizers need the C allocator for themselves: then only operator new is counted.
-void* operator new(std::size_t size)
-{
-  ++s_blocks;
-  void* const block = std::malloc(size != 0 ? size : 1);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-#else
+#define KY_COUNTS_BLOCKS 0
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define KY_COUNTS_BLOCKS 0
+#endif
+#endif
+#ifndef KY_COUNTS_BLOCKS
+#define KY_COUNTS_BLOCKS 1
+#endif
+
+#if KY_COUNTS_BLOCKS
 extern "C"
 {
   void* __libc_malloc(std::size_t size);
   void* __libc_realloc(void* block, std::size_t size);
 
-  void* malloc(std::size_t size)
+  void* malloc(std::size_t size)    // operator new ends here, too
   {
     ++s_blocks;
     return __libc_malloc(size);
@@ -57,14 +58,27 @@ extern "C"
 }
 #endif
 
-TEST(KyCInventoryAllocation, theCounterCounts)
+namespace
+{
+class KyCInventoryAllocation : public testing::Test
+{
+protected:
+  void SetUp() override
+  {
+    if (KY_COUNTS_BLOCKS == 0) GTEST_SKIP() << "a sanitizer has the allocator";
+  }
+};
+}    // namespace
+
+TEST_F(KyCInventoryAllocation, theCounterCounts)
 {
   const KyCBlockCount blocks;
-  delete new (std::nothrow) KyCInventoryAddress(1);
+  void* volatile block = std::malloc(1);    // volatile: the compiler may leave out a pair that it sees through
+  std::free(block);
   EXPECT_EQ(blocks.get(), 1u);
 }
 
-TEST(KyCInventoryAllocation, aNumericParameterWithItsPredefinedDescriptionIsOneBlock)
+TEST_F(KyCInventoryAllocation, aNumericParameterWithItsPredefinedDescriptionIsOneBlock)
 {
   KyTestPool pool;
   KyCInventoryItem root(pool, ROOT, "ROOT");
@@ -75,7 +89,7 @@ TEST(KyCInventoryAllocation, aNumericParameterWithItsPredefinedDescriptionIsOneB
   EXPECT_NE(size, nullptr);
 }
 
-TEST(KyCInventoryAllocation, aNumericParameterBelowAnExistingItemIsOneBlock)
+TEST_F(KyCInventoryAllocation, aNumericParameterBelowAnExistingItemIsOneBlock)
 {
   KyTestPool pool;
   KySampleTree sample("ROOT/BOARD[2]/IOCHANNEL");
@@ -85,7 +99,7 @@ TEST(KyCInventoryAllocation, aNumericParameterBelowAnExistingItemIsOneBlock)
   EXPECT_EQ(blocks.get(), 1u);
 }
 
-TEST(KyCInventoryAllocation, anItemIsOneBlock)
+TEST_F(KyCInventoryAllocation, anItemIsOneBlock)
 {
   KyTestPool pool;
   KySampleTree sample("ROOT");
@@ -95,7 +109,7 @@ TEST(KyCInventoryAllocation, anItemIsOneBlock)
   EXPECT_EQ(blocks.get(), 3u);
 }
 
-TEST(KyCInventoryAllocation, lookUpsOfItemsParametersAndNumbersAllocateNothing)
+TEST_F(KyCInventoryAllocation, lookUpsOfItemsParametersAndNumbersAllocateNothing)
 {
   KyTestPool pool;
   KySampleTree sample("ROOT/BOARD[2]/IOCHANNEL SIZE=5 NAME=\"a text of more than six characters\"");
@@ -116,7 +130,7 @@ TEST(KyCInventoryAllocation, lookUpsOfItemsParametersAndNumbersAllocateNothing)
   EXPECT_EQ(blocks.get(), 0u);
 }
 
-TEST(KyCInventoryAllocation, lookUpsAmongManySiblingsAllocateNothingOnceTheyAreIndexed)
+TEST_F(KyCInventoryAllocation, lookUpsAmongManySiblingsAllocateNothingOnceTheyAreIndexed)
 {
   KyTestPool pool;
   KySampleTree sample("ROOT");
@@ -129,7 +143,7 @@ TEST(KyCInventoryAllocation, lookUpsAmongManySiblingsAllocateNothingOnceTheyAreI
   EXPECT_EQ(blocks.get(), 0u);
 }
 
-TEST(KyCInventoryAllocation, anAddressIsAtMostOneBlock)
+TEST_F(KyCInventoryAllocation, anAddressIsAtMostOneBlock)
 {
   KySampleTree sample("ROOT SIZE=1; BOARD[2]/IOCHANNEL/DEVICE SIZE=1");
   KyCInventoryItem* const board = sample.item("BOARD[2]");
@@ -144,13 +158,9 @@ TEST(KyCInventoryAllocation, anAddressIsAtMostOneBlock)
     EXPECT_EQ(board->getID().getLength(), 1u);
     EXPECT_EQ(blocks.get(), 0u);
   }
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
   const KyCBlockCount blocks;
   EXPECT_EQ(device->getAddress().getLength(), 3u);
   EXPECT_EQ(blocks.get(), 1u);
   EXPECT_EQ(deep->getAddress().getLength(), 4u);
   EXPECT_EQ(blocks.get(), 2u);
-#else
-  EXPECT_EQ(device->getAddress().getLength() + 1, deep->getAddress().getLength());
-#endif
 }

@@ -1,12 +1,11 @@
 // Trees far deeper than any stack would allow to recurse.
 
-#include <pthread.h>
-
 #include <memory>
 
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "support/KySampleTree.h"
+#include "support/KySmallStack.h"
 #include "support/KyTestPool.h"
 
 using namespace KyNInventoryIDs;
@@ -14,24 +13,6 @@ using namespace KyNInventoryIDs;
 namespace
 {
 constexpr unsigned int DEPTH = 100000;
-constexpr std::size_t STACK_SIZE = 256 * 1024;
-
-void* callFunction(void* function)
-{
-  reinterpret_cast<void (*)()>(function)();
-  return nullptr;
-}
-
-void runOnSmallStack(void (*function)())
-{
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, STACK_SIZE), 0);
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, callFunction, reinterpret_cast<void*>(function)), 0);
-  EXPECT_EQ(pthread_join(thread, nullptr), 0);
-  pthread_attr_destroy(&attributes);
-}
 
 KyCInventoryAddress deepAddress()
 {
@@ -91,9 +72,9 @@ void compareAndDetach()
 
 TEST(KyCInventoryItemDeep, aPathOfAHundredThousandLevelsIsBuiltAndFoundOnASmallStack)
 {
-  runOnSmallStack(buildWithOneAddress);
+  onASmallStack(buildWithOneAddress);
 }
 
-TEST(KyCInventoryItemDeep, aHundredThousandStepsOfOneLevelRunOnASmallStack) { runOnSmallStack(buildWithManySteps); }
+TEST(KyCInventoryItemDeep, aHundredThousandStepsOfOneLevelRunOnASmallStack) { onASmallStack(buildWithManySteps); }
 
-TEST(KyCInventoryItemDeep, deepTreesAreComparedAttachedAndDetachedOnASmallStack) { runOnSmallStack(compareAndDetach); }
+TEST(KyCInventoryItemDeep, deepTreesAreComparedAttachedAndDetachedOnASmallStack) { onASmallStack(compareAndDetach); }
