@@ -81,7 +81,7 @@ void KyCBinSerializer::CompositeStart(KyCErrorListPool& pool, const KyCComposite
   to = putVarint(to, composite->getClassId());
   to = putVarint(to, composite->getUnitId());
   to = putText(to, description.number, description.text, description.length);
-  remember(pool, description, to);
+  if (!remember(pool, description, to)) return;
   commit(to);
   ++m_depth;
 }
@@ -112,7 +112,7 @@ void KyCBinSerializer::CompositeParameter(KyCErrorListPool& pool, const KyCParam
   *to++ = static_cast<unsigned char>(kind);
   to = putVarint(to, parameter->getId());
   to = putText(to, description.number, description.text, description.length);
-  remember(pool, description, to);
+  if (!remember(pool, description, to)) return;
   to = putValue(to, *parameter);
   commit(to);
   if (custom) handleCustomParameter(pool, parameter);
@@ -137,13 +137,14 @@ KyCBinSerializer::TTextOut KyCBinSerializer::lookUp(const char* text) noexcept
   return {text, TEXT_NEW, std::strlen(text)};
 }
 
-// The description was written as a new text that ends at end: it has a number from now on.
-void KyCBinSerializer::remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept
+// The description was written as a new text that ends at end: it has a number from now on. False when there is no memory
+// to keep that in mind.
+bool KyCBinSerializer::remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept
 {
-  if (description.number != TEXT_NEW) return;
+  if (description.number != TEXT_NEW) return true;
   const std::size_t offset = static_cast<std::size_t>(end - m_buffer->getStorage()) - description.length;
-  m_texts->add(pool, description.text, static_cast<std::uint32_t>(offset),
-               static_cast<std::uint32_t>(description.length));
+  return m_texts->add(pool, description.text, static_cast<std::uint32_t>(offset),
+                      static_cast<std::uint32_t>(description.length));
 }
 
 // At least as many bytes as the value takes in the stream.

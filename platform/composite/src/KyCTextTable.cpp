@@ -72,15 +72,16 @@ std::uint32_t KyCTextTable::find(const unsigned char* storage, std::uint32_t siz
   return NOT_FOUND;
 }
 
-void KyCTextTable::add(KyCErrorListPool& pool, const char* text, std::uint32_t offset, std::uint32_t length) noexcept
+bool KyCTextTable::add(KyCErrorListPool& pool, const char* text, std::uint32_t offset, std::uint32_t length) noexcept
 {
-  if (m_count == m_capacity && !grow(pool)) return;
+  if (m_count == m_capacity && !grow(pool)) return false;
   m_entries[m_count] = {offset, length, m_lastHash};
   insertSlot(m_count);
   TSeen& seen = seenSlot(text);
   seen.text = text;
   seen.position = m_count;
   ++m_count;
+  return true;
 }
 
 void KyCTextTable::insertSlot(std::uint32_t position) noexcept

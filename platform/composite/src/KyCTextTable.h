@@ -28,7 +28,8 @@ public:
   // Length in bytes of a text that find() gave.
   std::uint32_t lengthOf(std::uint32_t position) const noexcept { return m_entries[position].length; }
   // Gives the next number to the text that find() was asked for last and that now stands at offset in the buffer.
-  void add(KyCErrorListPool& pool, const char* text, std::uint32_t offset, std::uint32_t length) noexcept;
+  // False, with a report, when there is no memory for it.
+  bool add(KyCErrorListPool& pool, const char* text, std::uint32_t offset, std::uint32_t length) noexcept;
 
 private:
   struct TEntry

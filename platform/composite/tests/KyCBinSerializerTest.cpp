@@ -308,7 +308,7 @@ TEST(KyCBinSerializer, bufferIsKnownDuringAStreamOnly)
   KyCWatchingSerializer serializer(pool);
   bench.factory.setBinarySerializer(pool, &serializer);
   EXPECT_EQ(serializer.getBuffer(), nullptr);
-  bench.store(KyCParam(pool, 1, "", KyCParam::TYPE_INT8 | KyCParam::FLAG_CUSTOM));
+  bench.store(KyCParam(pool, 1, "", KyCParam::FLAG_CUSTOM, static_cast<signed char>(0), nullptr));
   EXPECT_EQ(serializer.seen, &bench.buffer);
   EXPECT_EQ(serializer.getBuffer(), nullptr);
 }
@@ -520,7 +520,7 @@ TEST(KyCBinSerializer, streamWithinAStreamOfTheSameSerializerIsRefused)
   KyStreamBench bench(pool);
   KyCNestingSerializer serializer(pool, bench.factory);
   bench.factory.setBinarySerializer(pool, &serializer);
-  const KyCParam parameter(pool, 1, "", KyCParam::TYPE_INT8 | KyCParam::FLAG_CUSTOM);
+  const KyCParam parameter(pool, 1, "", KyCParam::FLAG_CUSTOM, static_cast<signed char>(0), nullptr);
   EXPECT_EQ(bench.store(parameter), "01 20 01 01 00");
   EXPECT_REPORTS(pool, {0x01101800, "begin", "The serializer is in use or could not be constructed."});
 }

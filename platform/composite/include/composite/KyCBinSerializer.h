@@ -26,7 +26,7 @@ class KyCTextTable;
 //
 // Errors of every operation that writes, besides those named with it: "Out of memory." of the pool allocator; 0x01101804
 // or 0x01100001 when the stream or the buffer would exceed 4294967295 bytes. The operation that reports has written
-// nothing, except that a text that could not be remembered is in the stream.
+// nothing.
 class KY_COMPOSITE_API KyCBinSerializer
 {
 public:
@@ -69,7 +69,7 @@ private:
   static const KyCParam* nextParameter(const KyCParam* parameter) noexcept { return parameter->m_next; }
 
   TTextOut lookUp(const char* text) noexcept;
-  void remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept;
+  bool remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept;
   static std::uint64_t valueRoom(const KyCParam& parameter) noexcept;
   static unsigned char* putValue(unsigned char* to, const KyCParam& parameter) noexcept;
   unsigned char* reserve(KyCErrorListPool& pool, std::uint64_t size) noexcept;
