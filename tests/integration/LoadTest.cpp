@@ -9,6 +9,7 @@
 
 #include "errorhandling/KyErrorHandling.h"
 #include "support/KyRecordingListener.h"
+#include "support/KyRegisteredText.h"
 
 namespace
 {
@@ -46,13 +47,6 @@ bool isLoaded(const char* library)
   return handle != nullptr;
 }
 
-std::string textOf(unsigned int code)
-{
-  KyCErrorListPool pool;
-  pool.setError(code, 1, "textOf", nullptr);
-  return pool.getEntry(0).text;
-}
-
 // Bytes in use on the heap of the main arena.
 std::size_t heapInUse()
 {
@@ -75,15 +69,15 @@ std::string report57(const std::string& name) { return "Message 0x1301801 (" + n
 
 TEST(Load, codesHaveTheirTextsOnlyWhileTheLibraryIsLoaded)
 {
-  EXPECT_EQ(textOf(CODE), STAND_IN);
+  EXPECT_EQ(registeredText(CODE), STAND_IN);
   KyLoadedLibrary library;
-  EXPECT_EQ(textOf(CODE), TEXT);
-  EXPECT_EQ(textOf(0x1300000), "Cannot deserialize inventory data from file %1.");
-  EXPECT_EQ(textOf(0x1302806),
+  EXPECT_EQ(registeredText(CODE), TEXT);
+  EXPECT_EQ(registeredText(0x1300000), "Cannot deserialize inventory data from file %1.");
+  EXPECT_EQ(registeredText(0x1302806),
             "Internal error. Kyrel Support information: Cannot attach KyCComposite object. Error code: %1");
-  EXPECT_EQ(textOf(0x1302807), "Message 0x1302807");
+  EXPECT_EQ(registeredText(0x1302807), "Message 0x1302807");
   library.unload();
-  EXPECT_EQ(textOf(CODE), STAND_IN);
+  EXPECT_EQ(registeredText(CODE), STAND_IN);
 }
 
 TEST(Load, recordedErrorsKeepTheirTextsWhenTheLibraryIsGone)
@@ -114,7 +108,7 @@ TEST(Load, libraryIsReallyUnloadedWhenItsSymbolsWereGlobal)
 {
   {
     const KyLoadedLibrary library(RTLD_LAZY | RTLD_GLOBAL);
-    EXPECT_EQ(textOf(CODE), TEXT);
+    EXPECT_EQ(registeredText(CODE), TEXT);
   }
   EXPECT_FALSE(isLoaded(KY_LIBRARY));
 }
@@ -124,9 +118,9 @@ TEST(Load, secondHandleKeepsTheLibraryLoadedOnce)
   KyLoadedLibrary first;
   KyLoadedLibrary second;
   first.unload();
-  EXPECT_EQ(textOf(CODE), TEXT);
+  EXPECT_EQ(registeredText(CODE), TEXT);
   second.unload();
-  EXPECT_EQ(textOf(CODE), STAND_IN);
+  EXPECT_EQ(registeredText(CODE), STAND_IN);
 }
 
 TEST(Load, idsAreBuiltAnewByEveryLoad)
@@ -180,7 +174,7 @@ TEST(Load, failedRegistrationOfAnIdIsSentBeforeTheCatalogueIsKnown)
                                                                    {0x1301801, "add", report57("CPU")}}));
   EXPECT_TRUE(sameReports({reports.back()}, {{0x1301801, "add", report57("TOPOLOGY")}}));
 
-  EXPECT_EQ(textOf(CODE), TEXT) << "loading went on";
+  EXPECT_EQ(registeredText(CODE), TEXT) << "loading went on";
   const void* const board = library.find("_ZN15KyNInventoryIDs5BOARDE");
   EXPECT_EQ(numbersOf(board), (std::vector<unsigned int>{1, 585, 1})) << "the ID is its row's number all the same";
 }
@@ -193,5 +187,5 @@ TEST(Load, manyRoundsLeaveNothingBehind)
   for (int round = 0; round < 100; ++round)
     const KyLoadedLibrary library;
   EXPECT_EQ(heapInUse(), before);
-  EXPECT_EQ(textOf(CODE), STAND_IN);
+  EXPECT_EQ(registeredText(CODE), STAND_IN);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "KyErrorHandlingSupport.h"
+#include "support/KyRegisteredText.h"
 #include "support/KyTestPool.h"
 
 static_assert(!std::is_copy_constructible<KyCErrorManager>::value && !std::is_destructible<KyCErrorManager>::value,
@@ -23,14 +24,6 @@ static_assert(sizeof(void*) != 4 || sizeof(KyResText) == 16, "registration recor
 namespace
 {
 KyCErrorManager& manager() { return *KyCErrorManager::getSingleton(); }
-
-// The text that a report of this code gets now.
-std::string textOf(unsigned int code)
-{
-  KyCErrorListPool pool;
-  pool.setError(code, 1, "textOf", nullptr);
-  return pool.getEntry(0).text;
-}
 }    // namespace
 
 TEST(KyCErrorManager, getSingletonGivesTheSameManagerAndSetsThePointer)
@@ -206,54 +199,54 @@ TEST(KyCErrorManager, sendWarningLeavesTheMasterListAlone)
 
 TEST(KyCErrorManager, ownCatalogueIsKnownWithoutRegistration)
 {
-  EXPECT_EQ(textOf(0x1000000), "Out of memory.");
-  EXPECT_EQ(textOf(0x1000001), "Cannot delete an error list that the error manager did not create.");
-  EXPECT_EQ(textOf(0x1000002), "Message 0x1000002");
-  EXPECT_EQ(textOf(0x1000800), "Message 0x1000800");
-  EXPECT_EQ(textOf(0xFFFFFF), "Message 0xFFFFFF");
+  EXPECT_EQ(registeredText(0x1000000), "Out of memory.");
+  EXPECT_EQ(registeredText(0x1000001), "Cannot delete an error list that the error manager did not create.");
+  EXPECT_EQ(registeredText(0x1000002), "Message 0x1000002");
+  EXPECT_EQ(registeredText(0x1000800), "Message 0x1000800");
+  EXPECT_EQ(registeredText(0xFFFFFF), "Message 0xFFFFFF");
 }
 
 TEST(KyCErrorManager, aCodeFollowsFromGroupAndPlace)
 {
   const KyTestTable table(0x3000000, {"a0", "a1", "b0", "c0", "c1", "c2"}, {0, 2, 3, 6});
-  EXPECT_EQ(textOf(0x3000000), "a0");
-  EXPECT_EQ(textOf(0x3000001), "a1");
-  EXPECT_EQ(textOf(0x3000800), "b0");
-  EXPECT_EQ(textOf(0x3001000), "c0");
-  EXPECT_EQ(textOf(0x3001002), "c2");
+  EXPECT_EQ(registeredText(0x3000000), "a0");
+  EXPECT_EQ(registeredText(0x3000001), "a1");
+  EXPECT_EQ(registeredText(0x3000800), "b0");
+  EXPECT_EQ(registeredText(0x3001000), "c0");
+  EXPECT_EQ(registeredText(0x3001002), "c2");
 }
 
 TEST(KyCErrorManager, aCodeBesideAGroupHasNoText)
 {
   const KyTestTable table(0x3000000, {"a0", "a1", "b0", "c0", "c1", "c2"}, {0, 2, 3, 6});
-  EXPECT_EQ(textOf(0x2FFFFFF), "Message 0x2FFFFFF");
-  EXPECT_EQ(textOf(0x3000002), "Message 0x3000002");    // not the next group's first message
-  EXPECT_EQ(textOf(0x30007FF), "Message 0x30007FF");
-  EXPECT_EQ(textOf(0x3000801), "Message 0x3000801");
-  EXPECT_EQ(textOf(0x3001003), "Message 0x3001003");
-  EXPECT_EQ(textOf(0x3001800), "Message 0x3001800");
-  EXPECT_EQ(textOf(0xFFFFFFFF), "Message 0xFFFFFFFF");
+  EXPECT_EQ(registeredText(0x2FFFFFF), "Message 0x2FFFFFF");
+  EXPECT_EQ(registeredText(0x3000002), "Message 0x3000002");    // not the next group's first message
+  EXPECT_EQ(registeredText(0x30007FF), "Message 0x30007FF");
+  EXPECT_EQ(registeredText(0x3000801), "Message 0x3000801");
+  EXPECT_EQ(registeredText(0x3001003), "Message 0x3001003");
+  EXPECT_EQ(registeredText(0x3001800), "Message 0x3001800");
+  EXPECT_EQ(registeredText(0xFFFFFFFF), "Message 0xFFFFFFFF");
 }
 
 TEST(KyCErrorManager, anEmptyGroupKeepsItsCodes)
 {
   const KyTestTable table(0x3000000, {"a0", "c0"}, {0, 1, 1, 2});
-  EXPECT_EQ(textOf(0x3000000), "a0");
-  EXPECT_EQ(textOf(0x3000800), "Message 0x3000800");
-  EXPECT_EQ(textOf(0x3001000), "c0");
+  EXPECT_EQ(registeredText(0x3000000), "a0");
+  EXPECT_EQ(registeredText(0x3000800), "Message 0x3000800");
+  EXPECT_EQ(registeredText(0x3001000), "c0");
 }
 
 TEST(KyCErrorManager, aTableAtTheEndOfTheCodesWorks)
 {
   const KyTestTable table(0xFFFFFFFF, "last");
-  EXPECT_EQ(textOf(0xFFFFFFFF), "last");
-  EXPECT_EQ(textOf(0), "Message 0x0");
+  EXPECT_EQ(registeredText(0xFFFFFFFF), "last");
+  EXPECT_EQ(registeredText(0), "Message 0x0");
 }
 
 TEST(KyCErrorManager, aTableWithoutGroupsHasNoText)
 {
   const KyTestTable table(0x3000000, {}, {0});
-  EXPECT_EQ(textOf(0x3000000), "Message 0x3000000");
+  EXPECT_EQ(registeredText(0x3000000), "Message 0x3000000");
 }
 
 TEST(KyCErrorManager, aWithdrawnTableHasNoTextsAnyMoreButRecordedReportsKeepTheirs)
@@ -282,9 +275,9 @@ TEST(KyCErrorManager, aTableRegisteredTwiceNeedsTwoWithdrawals)
   const KyTestTable table(0x3000000, "twice");
   manager()._registerMessages(&table.record());
   manager()._unregisterMessages(&table.record());
-  EXPECT_EQ(textOf(0x3000000), "twice");
+  EXPECT_EQ(registeredText(0x3000000), "twice");
   manager()._unregisterMessages(&table.record());
-  EXPECT_EQ(textOf(0x3000000), "Message 0x3000000");
+  EXPECT_EQ(registeredText(0x3000000), "Message 0x3000000");
 }
 
 TEST(KyCErrorManager, theTableRegisteredLastCountsForACodeOfTwoTables)
@@ -292,9 +285,9 @@ TEST(KyCErrorManager, theTableRegisteredLastCountsForACodeOfTwoTables)
   const KyTestTable first(0x3000000, "first");
   {
     const KyTestTable second(0x3000000, "second");
-    EXPECT_EQ(textOf(0x3000000), "second");
+    EXPECT_EQ(registeredText(0x3000000), "second");
   }
-  EXPECT_EQ(textOf(0x3000000), "first");
+  EXPECT_EQ(registeredText(0x3000000), "first");
 }
 
 TEST(KyCErrorManager, withdrawingAnUnknownOrNullTableDoesNothing)
@@ -306,7 +299,7 @@ TEST(KyCErrorManager, withdrawingAnUnknownOrNullTableDoesNothing)
   manager()._unregisterMessages(&unknown);
   manager()._unregisterMessages(nullptr);
   manager()._registerMessages(nullptr);
-  EXPECT_EQ(textOf(0x3000000), "known");
+  EXPECT_EQ(registeredText(0x3000000), "known");
 }
 
 TEST(KyCErrorManager, manyTablesAreKnownAtOnceAndWithdrawnInAnyOrder)
@@ -318,8 +311,8 @@ TEST(KyCErrorManager, manyTablesAreKnownAtOnceAndWithdrawnInAnyOrder)
   }
   for (unsigned int n = 0; n < 100; n += 3)
     tables[n].reset();
-  EXPECT_EQ(textOf(0x3000000), "Message 0x3000000");
-  EXPECT_EQ(textOf(0x3000000 + 0x10000), "odd");
-  EXPECT_EQ(textOf(0x3000000 + 98 * 0x10000), "even");
-  EXPECT_EQ(textOf(0x3000000 + 99 * 0x10000), "Message 0x3630000");
+  EXPECT_EQ(registeredText(0x3000000), "Message 0x3000000");
+  EXPECT_EQ(registeredText(0x3000000 + 0x10000), "odd");
+  EXPECT_EQ(registeredText(0x3000000 + 98 * 0x10000), "even");
+  EXPECT_EQ(registeredText(0x3000000 + 99 * 0x10000), "Message 0x3630000");
 }

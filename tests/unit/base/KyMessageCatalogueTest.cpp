@@ -13,19 +13,12 @@
 
 #include "KyCatalogueTexts.h"
 #include "errorhandling/KyErrorHandling.h"
+#include "support/KyRegisteredText.h"
 #include "support/KyTestPool.h"
 
 namespace
 {
 constexpr unsigned int messageCount = 66;
-
-// The text registered for a code. A report without arguments keeps the placeholders as they are.
-std::string registeredText(unsigned int code)
-{
-  KyCErrorListPool pool;
-  pool.setError(code, 1, "registeredText", nullptr);
-  return pool.getEntry(0).text;
-}
 
 // The ELF records of this program's word size; the library has the same.
 using KyElfHeader = std::conditional_t<sizeof(void*) == 4, Elf32_Ehdr, Elf64_Ehdr>;

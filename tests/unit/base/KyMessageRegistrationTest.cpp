@@ -2,12 +2,12 @@
 // catalogue's source is part of this program, so that registration happens here and nowhere else.
 #include <gtest/gtest.h>
 
-#include <string>
 #include <type_traits>
 
 #include "base/KyErrorManagerAccess.h"
 #include "base/KyMessageCatalogue.h"
 #include "errorhandling/KyErrorHandling.h"
+#include "support/KyRegisteredText.h"
 
 using KyInventoryTree::KyCErrMsgResourceHandler;
 
@@ -15,16 +15,6 @@ static_assert(std::is_empty<KyCErrMsgResourceHandler>::value, "no data members")
 static_assert(std::is_nothrow_destructible<KyCErrMsgResourceHandler>::value, "nothing escapes while unloading");
 static_assert(!std::is_copy_constructible<KyCErrMsgResourceHandler>::value, "one withdrawal per registration");
 static_assert(sizeof(void*) != 4 || sizeof(KyInventoryTree::messageCatalogue) == 16, "registration record on x86");
-
-namespace
-{
-std::string registeredText(unsigned int code)
-{
-  KyCErrorListPool pool;
-  pool.setError(code, 1, "registeredText", nullptr);
-  return pool.getEntry(0).text;
-}
-}    // namespace
 
 TEST(KyMessageRegistration, theRecordHasSixGroupsOfSixtySixMessages)
 {
