@@ -16,9 +16,10 @@
 // A plain value: copied freely, owned by whoever holds it. An address that never had more than one element lives
 // without the heap; a longer one owns one block of the C allocator, of exactly the size it needs.
 // Two threads may use the const operations of one address at the same time; a change needs the caller's exclusion.
-// Errors:     none of the operations reports an error or throws. Asking too much gives 0 or an empty address.
+// Errors:     none of the operations reports an error. Asking too much gives 0 or an empty address.
 //             With no memory left, growing ends the program (std::abort): an address that silently lost elements would
-//             name another node. Only readFromString gives the empty address instead.
+//             name another node. Only readFromString gives the empty address instead; toString and print throw
+//             std::bad_alloc. Nothing else throws.
 class KY_INVENTORY_API KyCInventoryAddress
 {
 public:

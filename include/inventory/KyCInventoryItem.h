@@ -196,7 +196,7 @@ public:
   //   depth       indentation level of the item's own lines; below 1: none
   //
   // Result:     writeIndentToStream, writeToStream: false as soon as a write fails. toString: the text; empty on failure.
-  // Errors:     0x1300810  toString: a write failed
+  // Errors:     0x1300810  toString: a write failed, or there is no memory for the text
   //             what reading the values reports
   // Kept on purpose: printTree hands every piece of text to printf as its format.
   bool writeIndentToStream(int depth, MyStream& stream) const;

@@ -18,7 +18,9 @@
 // threads need two factories, two pools and two buffers; they may store the same tree while nobody changes it.
 //
 // In the methods below, "the count grew" means that the step recorded at least one error in the pool; its own reports
-// stay in front of the one added here.
+// stay in front of the one added here. The four entry points install a serializer or deserializer of their own for the
+// call and leave none installed. Only where an exception of an own createComposite passes through, the factory still
+// names the one that is gone: call one of the four next, or install another, before using the base class directly.
 class KY_INVENTORY_API KyCInventoryItemFactory : public KyCCompositeFactory
 {
 public:

@@ -114,7 +114,8 @@ public:
   // Kept on purpose: the result is cut after 1022 characters. Texts of unknown length go through write.
   bool writef(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-  // What was collected so far; empty in print mode and after a failed write. Cannot fail but for memory.
+  // Result:    what was collected so far; empty in print mode and after a failed write
+  // Errors:    none reported; with no memory left, std::bad_alloc is thrown.
   KyCString getString() const;
 
 private:

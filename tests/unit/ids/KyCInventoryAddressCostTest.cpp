@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstddef>
+#include <new>
 #include <utility>
 
 #include "inventory/KyNInventoryIDs.h"
@@ -205,6 +206,28 @@ TEST_F(KyCInventoryAddressCost, withoutMemoryAReadTextGivesTheEmptyAddress)
   EXPECT_TRUE(address.isEmpty());
   address.readFromString(text);
   EXPECT_EQ(address, DEVICE / BOARD[2] / NAME);
+}
+
+TEST_F(KyCInventoryAddressCost, withoutMemoryTheTextFormThrows)
+{
+  const KyCInventoryAddress address = DEVICE / BOARD[2] / NAME;
+  const auto throwsBadAlloc = [](const auto& operation)
+  {
+    s_outOfMemory = true;
+    bool thrown = false;
+    try
+    {
+      operation();
+    }
+    catch (const std::bad_alloc&)
+    {
+      thrown = true;
+    }
+    s_outOfMemory = false;
+    return thrown;
+  };
+  EXPECT_TRUE(throwsBadAlloc([&] { address.toString(); }));
+  EXPECT_TRUE(throwsBadAlloc([&] { address.print(); }));
 }
 
 TEST_F(KyCInventoryAddressCost, withoutMemoryGrowingEndsTheProgram)
