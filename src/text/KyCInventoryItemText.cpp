@@ -1,6 +1,6 @@
 // The dump of a tree: the walk, and the ways in.
-#include "KyCTreeWriter.h"
 #include "base/KyMessageCodes.h"
+#include "text/KyCTreeWriter.h"
 
 bool KyCInventoryItem::writeIndentToStream(int depth, MyStream& stream) const { return writeIndent(depth, stream); }
 

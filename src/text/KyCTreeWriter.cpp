@@ -1,10 +1,10 @@
 // The lines of a dump, in the order in which they are written.
-#include "KyCTreeWriter.h"
+#include "text/KyCTreeWriter.h"
 
 #include <algorithm>
 #include <limits>
 
-#include "KyCValueText.h"
+#include "text/KyCValueText.h"
 #include "tree/KyInventoryAccess.h"
 
 bool writeIndent(int depth, KyCInventoryItem::MyStream& stream)

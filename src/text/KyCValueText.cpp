@@ -1,5 +1,5 @@
 // Escaping of string values: each byte of the text is looked at once to measure, once to write.
-#include "KyCValueText.h"
+#include "text/KyCValueText.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -33,7 +33,7 @@ std::string contentOf(const fs::path& path)
 
 class Tool : public ::testing::Test
 {
- protected:
+protected:
   void SetUp() override
   {
     std::string pattern = (fs::temp_directory_path() / "kyinventory-test-XXXXXX").string();
@@ -178,8 +178,8 @@ TEST_F(Tool, aFileWithoutASectionGetsAMessageOfTheToolsOwnAndExitCode3)
   const Outcome outcome = run("show " + path("plain.txt"));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err,
-            "kyinventory: " + path("plain.txt") + ": holds no inventory section, neither at its end nor at its start\n");
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("plain.txt") +
+                             ": holds no inventory section, neither at its end nor at its start\n");
 }
 
 TEST_F(Tool, aMissingFileIsNamedWithExitCode3)
@@ -245,7 +245,8 @@ TEST_F(Tool, scanKeepsThePermissionsOfTheFileItReplacesAndLeavesNothingBeside)
   ASSERT_EQ(::stat(path("machine.kyinv").c_str(), &file), 0);
   EXPECT_EQ(file.st_mode & 07777, 0640u);
   unsigned int files = 0;
-  for (const auto& entry : fs::directory_iterator(m_folder)) files += entry.path().filename().string().find("machine") == 0;
+  for (const auto& entry : fs::directory_iterator(m_folder))
+    files += entry.path().filename().string().find("machine") == 0;
   EXPECT_EQ(files, 1u);
 }
 

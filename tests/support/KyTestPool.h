@@ -37,10 +37,11 @@ inline std::vector<KyReport> readReports(const KyCErrorList& list, unsigned int 
 
 class KyTestPool : public KyCErrorListPool
 {
- public:
+public:
   ~KyTestPool()
   {
-    for (const KyReport& report : takeReports()) ADD_FAILURE() << "unread report " << report;
+    for (const KyReport& report : takeReports())
+      ADD_FAILURE() << "unread report " << report;
   }
 
   // The reports recorded since the last call.
@@ -51,11 +52,12 @@ class KyTestPool : public KyCErrorListPool
     return reports;
   }
 
- private:
+private:
   unsigned int m_read = 0;
 };
 
-inline ::testing::AssertionResult sameReports(const std::vector<KyReport>& actual, const std::vector<KyReport>& expected)
+inline ::testing::AssertionResult sameReports(const std::vector<KyReport>& actual,
+                                              const std::vector<KyReport>& expected)
 {
   bool same = actual.size() == expected.size();
   for (std::size_t n = 0; same && n < actual.size(); ++n)
@@ -67,9 +69,11 @@ inline ::testing::AssertionResult sameReports(const std::vector<KyReport>& actua
   if (same) return ::testing::AssertionSuccess();
   ::testing::AssertionResult result = ::testing::AssertionFailure();
   result << "expected " << expected.size() << " report(s):";
-  for (const KyReport& report : expected) result << "\n  " << report;
+  for (const KyReport& report : expected)
+    result << "\n  " << report;
   result << "\nbut found " << actual.size() << ":";
-  for (const KyReport& report : actual) result << "\n  " << report;
+  for (const KyReport& report : actual)
+    result << "\n  " << report;
   return result;
 }
 

@@ -1,7 +1,6 @@
 // KyCCompositeModelTest.cpp: children and parameters under random operations, against plain vectors; long lists in all
 // orders; deep trees. A list operation that took linear time would make this program run for minutes.
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -11,6 +10,7 @@
 
 #include "KyTestNode.h"
 #include "composite/KyCComposite.h"
+#include "support/KySmallStack.h"
 #include "support/KyTestPool.h"
 
 namespace
@@ -541,24 +541,6 @@ namespace
 
 constexpr unsigned int DEEP = 1000000;
 
-// Runs a function on a stack of 256 KiB.
-void runOnASmallStack(void* (*function)(void*), void* argument)
-{
-  pthread_attr_t attributes;
-  ASSERT_EQ(0, pthread_attr_init(&attributes));
-  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 256 * 1024));
-  pthread_t thread;
-  ASSERT_EQ(0, pthread_create(&thread, &attributes, function, argument));
-  ASSERT_EQ(0, pthread_join(thread, nullptr));
-  pthread_attr_destroy(&attributes);
-}
-
-void* deleteNode(void* node)
-{
-  delete static_cast<KyCComposite*>(node);
-  return nullptr;
-}
-
 }    // namespace
 
 TEST(KyCCompositeDeepTree, isDestroyedOnASmallStack)
@@ -574,7 +556,7 @@ TEST(KyCCompositeDeepTree, isDestroyedOnASmallStack)
     deepest = child;
   }
   EXPECT_EQ(DEEP, KyTestNode::s_alive);
-  runOnASmallStack(&deleteNode, static_cast<KyCComposite*>(root));
+  onASmallStack([root] { delete static_cast<KyCComposite*>(root); });
   EXPECT_EQ(0u, KyTestNode::s_alive);
   EXPECT_EQ(0u, KyTestParam::s_alive);
   EXPECT_NO_REPORTS(pool);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "inventory/KyNInventoryIDs.h"
+#include "support/KyCapturedOutput.h"
 #include "support/KyPrintAddress.h"
 
 using KyNInventoryIDs::BOARD;
@@ -24,9 +25,9 @@ KyCInventoryAddress read(const char* text)
 
 std::string printed(const KyCInventoryAddress& address)
 {
-  ::testing::internal::CaptureStdout();
+  KyCapturedOutput output;
   address.print();
-  return ::testing::internal::GetCapturedStdout();
+  return output.take();
 }
 }    // namespace
 

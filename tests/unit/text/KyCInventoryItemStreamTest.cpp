@@ -6,7 +6,7 @@
 #include <string>
 #include <type_traits>
 
-#include "KyCapturedOutput.h"
+#include "support/KyCapturedOutput.h"
 
 using MyStream = KyCInventoryItem::MyStream;
 

@@ -1,29 +1,6 @@
 // Trees deeper than any stack is long.
-#include <pthread.h>
-
-#include <functional>
-
 #include "KyDumpTest.h"
-
-namespace
-{
-// Runs an action on a thread of its own, whose stack is 256 KiB small.
-void onASmallStack(std::function<void()> action)
-{
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
-  const auto run = [](void* argument) -> void*
-  {
-    (*static_cast<std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, run, &action), 0);
-  EXPECT_EQ(pthread_join(thread, nullptr), 0);
-  pthread_attr_destroy(&attributes);
-}
-}    // namespace
+#include "support/KySmallStack.h"
 
 class DeepDump : public KyDumpTest
 {

@@ -1,6 +1,6 @@
 // The shape of a dump: heads, closing lines, order, indentation, and which part of the tree it covers.
-#include "KyCapturedOutput.h"
 #include "KyDumpTest.h"
+#include "support/KyCapturedOutput.h"
 #include "tree/KyInventoryAccess.h"
 
 using KyCInventoryItemText = KyDumpTest;
