@@ -395,6 +395,37 @@ TEST(KyCInventoryItemFactory, serializerIsUninstalledAfterSuccessAndAfterFailure
   }
 }
 
+TEST(KyCInventoryItemFactory, exceptionOfAnOverridePassesThroughAndTheNextCallWorks)
+{
+  struct Throwing : KyCInventoryItemFactory
+  {
+    using KyCInventoryItemFactory::KyCInventoryItemFactory;
+    KyCComposite* createComposite(KyCErrorListPool& p, unsigned int classId, unsigned int unitId, const char* text,
+                                  KyCComposite* parent) override
+    {
+      if (throws) throw 5;
+      return KyCInventoryItemFactory::createComposite(p, classId, unitId, text, parent);
+    }
+    bool throws = true;
+  };
+  KyTestPool pool;
+  const KyItemPtr tree = sampleTree(pool);
+  const KyBytes bytes = storedTree(tree.get());
+  Throwing factory(pool);
+  KyCInventoryItem* root = nullptr;
+  KyCBuffer buffer(pool);
+  put(pool, buffer, bytes);
+  EXPECT_THROW(factory.deserialize(pool, root, &buffer), int);
+  EXPECT_EQ(root, nullptr);
+
+  factory.throws = false;
+  buffer.reset();
+  put(pool, buffer, bytes);
+  factory.deserialize(pool, root, &buffer);
+  const KyItemPtr owner(root);
+  EXPECT_EQ(treeText(root), treeText(tree.get()));
+}
+
 // --- Parameters ---------------------------------------------------------------------------------------------------------
 
 TEST(KyCInventoryItemFactory, parameterReadsBackFree)
