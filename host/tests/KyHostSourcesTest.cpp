@@ -7,7 +7,7 @@
 
 TEST(KyHostSources, readFileGivesTheContentAndNothingForAMissingFileOrAFolder)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   EXPECT_EQ(KyHostSources::readFile(folder.write("a", "content\n")), "content\n");
   EXPECT_EQ(KyHostSources::readFile(folder.write("empty", "")), "");
   EXPECT_EQ(KyHostSources::readFile(folder.path("missing")), "");
@@ -16,20 +16,20 @@ TEST(KyHostSources, readFileGivesTheContentAndNothingForAMissingFileOrAFolder)
 
 TEST(KyHostSources, readFileStopsAt64KiB)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   EXPECT_EQ(KyHostSources::readFile(folder.write("big", std::string(200000, 'x'))).size(), 65536u);
 }
 
 TEST(KyHostSources, readFileDoesNotWaitForAPipe)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
   EXPECT_EQ(KyHostSources::readFile(folder.path("pipe")), "");
 }
 
 TEST(KyHostSources, sysFoldersWithGivesSortedNamesThatHaveTheEntry)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   folder.write("class/net/wlan0/device/vendor", "");
   folder.write("class/net/lo/mtu", "65536\n");
   folder.write("class/net/eth0/device/vendor", "");

@@ -3,56 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "inventory/KyInventoryTree.h"
+#include "support/KyFiles.h"
 #include "support/KyTestPool.h"
 
 using KyTree = std::unique_ptr<KyCInventoryItem>;
-
-// A folder that is gone again at the end of the test.
-class KyScratchFolder
-{
-public:
-  KyScratchFolder()
-  {
-    std::string pattern = (std::filesystem::temp_directory_path() / "ky-host-test-XXXXXX").string();
-    EXPECT_NE(::mkdtemp(pattern.data()), nullptr);
-    m_path = pattern;
-  }
-  ~KyScratchFolder()
-  {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-  }
-  KyScratchFolder(const KyScratchFolder&) = delete;
-  KyScratchFolder& operator=(const KyScratchFolder&) = delete;
-
-  std::string path(const std::string& name) const { return (m_path / name).string(); }
-
-  // Writes a file, with the folders on the way to it; gives its path.
-  std::string write(const std::string& name, const std::string& content) const
-  {
-    const std::filesystem::path file = m_path / name;
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << content;
-    return file.string();
-  }
-
-private:
-  std::filesystem::path m_path;
-};
-
-inline std::string contentOf(const std::string& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-}
 
 inline std::string valueText(KyCErrorListPool& pool, const KyCInventoryParameter& parameter)
 {

@@ -26,7 +26,7 @@ public:
   }
 
 private:
-  KyScratchFolder m_folder;
+  KyTemporaryFolder m_folder;
 };
 }    // namespace
 

@@ -24,7 +24,7 @@ KyTree scanFile(const std::string& path)
 }
 
 // The file that hwloc writes for one of its synthetic topologies.
-std::string writeSynthetic(const KyScratchFolder& folder, const char* description)
+std::string writeSynthetic(const KyTemporaryFolder& folder, const char* description)
 {
   const std::string path = folder.path("synthetic.xml");
   hwloc_topology_t topology = nullptr;
@@ -170,7 +170,7 @@ TEST(KyTopologyFile, smallMachineGivesExactlyTheMappedTree)
 
 TEST(KyTopologyFile, syntheticTopologyGivesItsProcessorsCoresCachesAndMemory)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const KyTree tree = scanFile(writeSynthetic(
       folder, "pack:2 [numa(memory=4294967296)] l3:1(size=8388608) l2:4(size=1048576) l1d:1(size=32768) core:1 pu:2"));
   ASSERT_NE(tree, nullptr);
@@ -194,7 +194,7 @@ TEST(KyTopologyFile, syntheticTopologyGivesItsProcessorsCoresCachesAndMemory)
 
 TEST(KyTopologyFile, machineWithoutPackagesCountsAsOneProcessor)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const KyTree tree = scanFile(writeSynthetic(folder, "l2:1(size=1048576) core:3 pu:1"));
   ASSERT_NE(tree, nullptr);
   const std::vector<std::string> expected = {
@@ -220,7 +220,7 @@ TEST(KyTopologyFile, machineWithoutPackagesCountsAsOneProcessor)
 
 TEST(KyTopologyFile, sharedCachesOfOneLevelAreNumberedWithinTheProcessor)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const KyTree tree = scanFile(writeSynthetic(folder, "pack:2 l2:2(size=1048576) core:2 pu:1"));
   ASSERT_NE(tree, nullptr);
   for (const std::string cache : {"CPU/L2_CACHE", "CPU/L2_CACHE[2]", "CPU[2]/L2_CACHE", "CPU[2]/L2_CACHE[2]"})
@@ -231,7 +231,7 @@ TEST(KyTopologyFile, sharedCachesOfOneLevelAreNumberedWithinTheProcessor)
 
 TEST(KyTopologyFile, nothingOfTheRunningMachineGetsIn)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const KyTree tree = scanFile(writeSynthetic(folder, "pack:1 core:1 pu:1"));
   ASSERT_NE(tree, nullptr);
   for (const std::string start : {"SYSTEMNAME", "MAINBOARD", "DEVICE", "NETWORK", "HARDDRIVE", "OS_INFO/NAME",
@@ -307,7 +307,7 @@ void expectNoTopology(const std::string& path)
 
 TEST(KyTopologyFile, missingFileIsReportedByName)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const std::string path = folder.path("missing.xml");
   expectRefusal(path.c_str(),
                 {0x1400000, "scanTopologyFile", "Cannot open topology file " + path + ": No such file or directory."});
@@ -325,7 +325,7 @@ TEST(KyTopologyFile, dashIsAFileNameAndNotTheStandardInput)
 
 TEST(KyTopologyFile, folderIsReportedAsUnreadable)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const std::string path = folder.path("");
   expectRefusal(path.c_str(),
                 {0x1400001, "scanTopologyFile", "Cannot read topology file " + path + ": Is a directory."});
@@ -333,13 +333,13 @@ TEST(KyTopologyFile, folderIsReportedAsUnreadable)
 
 TEST(KyTopologyFile, percentSignsInANameStayText)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   expectNoTopology(folder.write("100%s%n%1.xml", "no xml"));
 }
 
 TEST(KyTopologyFile, filesThatAreNoTopologyAreReported)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const std::string machine = contentOf(SMALL_MACHINE);
   ASSERT_FALSE(machine.empty());
   expectNoTopology(folder.write("empty.xml", ""));
@@ -352,7 +352,7 @@ TEST(KyTopologyFile, filesThatAreNoTopologyAreReported)
 
 TEST(KyTopologyFile, fileOfMoreThan64MiBIsReported)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const std::string path = folder.write("huge.xml", "<?xml version=\"1.0\"?>");
   std::filesystem::resize_file(path, 64ull * 1024 * 1024 + 1);
   expectRefusal(path.c_str(),
@@ -363,7 +363,7 @@ TEST(KyTopologyFile, fileOfMoreThan64MiBIsReported)
 
 TEST(KyTopologyFile, deeplyNestedFileIsReported)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   std::string xml = "<?xml version=\"1.0\"?><topology version=\"2.0\">";
   for (int n = 0; n < 100000; ++n)
     xml += "<object type=\"Misc\">";
@@ -372,7 +372,7 @@ TEST(KyTopologyFile, deeplyNestedFileIsReported)
 
 TEST(KyTopologyFile, inconsistentTopologyIsReportedInsteadOfEndingTheProgram)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const std::string machine = contentOf(SMALL_MACHINE);
   const auto replaced = [&machine](const std::string& old, const std::string& text)
   {
@@ -389,7 +389,7 @@ TEST(KyTopologyFile, inconsistentTopologyIsReportedInsteadOfEndingTheProgram)
 
 TEST(KyTopologyFile, numbersOfKindsThatDoNotExistAreLeftOut)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   std::string machine = contentOf(SMALL_MACHINE);
   const auto replace = [&machine](const std::string& old, const std::string& text)
   {
@@ -410,7 +410,7 @@ TEST(KyTopologyFile, numbersOfKindsThatDoNotExistAreLeftOut)
 // Some of these crash hwloc itself. None may crash, hang or print from here, and each gives a tree or one report.
 TEST(KyTopologyFile, damagedFilesGiveATreeOrOneReport)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const std::string machine = contentOf(SMALL_MACHINE);
   const std::string path = folder.path("damaged.xml");
   unsigned int state = 12345;
@@ -441,7 +441,7 @@ TEST(KyTopologyFile, damagedFilesGiveATreeOrOneReport)
 
 TEST(KyTopologyFile, aPipeIsAsGoodAsAFile)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const std::string pipe = folder.path("pipe");
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   std::thread writer([&pipe] { std::ofstream(pipe, std::ios::binary) << contentOf(SMALL_MACHINE); });
@@ -478,7 +478,7 @@ TEST(KyTopologyFile, memoryThatRunsOutIsReportedAndLeavesNoTree)
 
 TEST(KyTopologyFile, severalHundredCoresAreScannedInProportion)
 {
-  const KyScratchFolder folder;
+  const KyTemporaryFolder folder;
   const KyTree tree = scanFile(writeSynthetic(folder, "pack:16 core:64 pu:2"));
   ASSERT_NE(tree, nullptr);
   EXPECT_TRUE(hasLine(*tree, "CPU[16]/CPU[64]/COUNT UInt32 2"));

@@ -7,11 +7,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "inventory/KyInventoryTree.h"
+#include "support/KyFiles.h"
 #include "support/KyTestPool.h"
 
 namespace
@@ -25,40 +24,22 @@ struct Outcome
   std::string err;
 };
 
-std::string contentOf(const fs::path& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-}
-
 class Tool : public ::testing::Test
 {
 protected:
-  void SetUp() override
-  {
-    std::string pattern = (fs::temp_directory_path() / "kyinventory-test-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    m_folder = pattern;
-  }
-
-  void TearDown() override { fs::remove_all(m_folder); }
-
-  std::string path(const std::string& name) const { return (m_folder / name).string(); }
+  std::string path(const std::string& name) const { return m_folder.path(name); }
 
   // Runs the tool; `arguments` is shell text.
   Outcome run(const std::string& arguments) const
   {
-    const std::string out = path("stdout.txt");
-    const std::string err = path("stderr.txt");
+    const std::string out = m_folder.write("stdout.txt", "");    // there, too, where the arguments redirect elsewhere
+    const std::string err = m_folder.write("stderr.txt", "");
     const std::string command = std::string(KY_TOOL) + " " + arguments + " >" + out + " 2>" + err + " </dev/null";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
   }
 
-  void write(const std::string& name, const std::string& bytes) const
-  {
-    std::ofstream(path(name), std::ios::binary) << bytes;
-  }
+  void write(const std::string& name, const std::string& bytes) const { m_folder.write(name, bytes); }
 
   // Two boards; the first has a channel. Stored in `name`.
   std::string storeSample(const std::string& name) const
@@ -76,7 +57,7 @@ protected:
     return bytes;
   }
 
-  fs::path m_folder;
+  KyTemporaryFolder m_folder;
 };
 
 TEST_F(Tool, helpIsPrintedWithExitCode0)
@@ -192,9 +173,9 @@ TEST_F(Tool, aMissingFileIsNamedWithExitCode3)
 
 TEST_F(Tool, aFolderIsRefusedWithExitCode3)
 {
-  const Outcome outcome = run("show " + m_folder.string());
+  const Outcome outcome = run("show " + m_folder.path());
   EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_EQ(outcome.err, "kyinventory: " + m_folder.string() + ": is a folder\n");
+  EXPECT_EQ(outcome.err, "kyinventory: " + m_folder.path() + ": is a folder\n");
 }
 
 TEST_F(Tool, aDamagedSectionGivesItsReportsAndExitCode3)
@@ -245,7 +226,7 @@ TEST_F(Tool, scanKeepsThePermissionsOfTheFileItReplacesAndLeavesNothingBeside)
   ASSERT_EQ(::stat(path("machine.kyinv").c_str(), &file), 0);
   EXPECT_EQ(file.st_mode & 07777, 0640u);
   unsigned int files = 0;
-  for (const auto& entry : fs::directory_iterator(m_folder))
+  for (const auto& entry : fs::directory_iterator(m_folder.path()))
     files += entry.path().filename().string().find("machine") == 0;
   EXPECT_EQ(files, 1u);
 }

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "KyDumpCase.h"
+#include "support/KyFiles.h"
 
 namespace
 {
@@ -28,7 +29,7 @@ std::set<std::string> caseNames()
 
 std::string readCaseFile(const std::string& name, const char* extension)
 {
-  return readFile((folder / (name + extension)).string());
+  return contentOf((folder / (name + extension)).string());
 }
 }    // namespace
 

@@ -7,10 +7,11 @@
 #include <sstream>
 
 #include "KyDumpCase.h"
+#include "support/KyFiles.h"
 
 namespace
 {
-std::string document() { return readFile(KY_SOURCE_DIR "/docs/text-dump.md"); }
+std::string document() { return contentOf(KY_SOURCE_DIR "/docs/text-dump.md"); }
 
 struct TBlock
 {

@@ -1,18 +1,9 @@
 #include "KyDumpCase.h"
 
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
-
-std::string readFile(const std::string& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  if (!file) ADD_FAILURE() << "cannot read " << path;
-  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
 
 KyDumpOptions readOptions(const std::string& text)
 {

@@ -3,9 +3,6 @@
 
 #include <string>
 
-// The bytes of a file; a missing file fails the test and gives an empty text.
-std::string readFile(const std::string& path);
-
 // What options files, and the blocks of the document, say in short:
 //
 //   # why the case exists            comment, to the end of the line

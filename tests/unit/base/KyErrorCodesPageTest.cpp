@@ -3,13 +3,13 @@
 
 #include <cstddef>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
 
 #include "errorhandling/KyErrorHandling.h"
 #include "inventory/KyCInventoryData.h"
+#include "support/KyFiles.h"
 #include "support/KyRegisteredText.h"
 #include "support/KyTestPool.h"
 
@@ -34,12 +34,6 @@ std::map<unsigned int, std::string> readPage()
 }
 
 bool isRegistered(const std::string& text) { return text.compare(0, 10, "Message 0x") != 0; }
-
-std::string readFile(const std::string& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-}
 
 // The libraries that this program is linked to.
 struct KyLibraryMessages
@@ -116,20 +110,20 @@ TEST(KyErrorCodesPage, theExampleIsWhatAFileCutShortGives)
   KyCBuffer buffer(pool);
   KyCInventoryItem root(pool, KyCInventoryAddress(1), "ROOT");
   KyCInventoryData::generateInventorySection(pool, buffer, &root);
-  const std::string folder = KY_BINARY_DIR "/";
-  const std::string path = folder + "rack.inv";
+  const KyTemporaryFolder folder;
   const unsigned int length = buffer.getWritePosition() - 24 - 1;    // the trailer is gone, and one byte more
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(buffer.getStorage()), length);
+  const std::string path =
+      folder.write("rack.inv", std::string(reinterpret_cast<const char*>(buffer.getStorage()), length));
 
   KyCInventoryData::readInventoryDataFromFile(pool, path.c_str(), buffer);
   std::ostringstream example;
   example << "A file cut short gives\n\n```text\n";
   for (KyReport report : pool.takeReports())
   {
-    const std::size_t place = report.text.find(folder);
-    if (place != std::string::npos) report.text.erase(place, folder.size());
+    const std::size_t place = report.text.find(path);
+    if (place != std::string::npos) report.text.replace(place, path.size(), "rack.inv");
     example << report << "\n";
   }
   example << "```\n";
-  EXPECT_NE(readFile(KY_SOURCE_DIR "/docs/error-codes.md").find(example.str()), std::string::npos) << example.str();
+  EXPECT_NE(contentOf(KY_SOURCE_DIR "/docs/error-codes.md").find(example.str()), std::string::npos) << example.str();
 }

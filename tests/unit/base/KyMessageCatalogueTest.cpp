@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
 #include <type_traits>
@@ -13,6 +12,7 @@
 
 #include "KyCatalogueTexts.h"
 #include "errorhandling/KyErrorHandling.h"
+#include "support/KyFiles.h"
 #include "support/KyRegisteredText.h"
 #include "support/KyTestPool.h"
 
@@ -25,7 +25,7 @@ using KyElfHeader = std::conditional_t<sizeof(void*) == 4, Elf32_Ehdr, Elf64_Ehd
 using KyElfSection = std::conditional_t<sizeof(void*) == 4, Elf32_Shdr, Elf64_Shdr>;
 
 template <typename Record>
-Record readRecord(const std::vector<char>& file, std::size_t offset)
+Record readRecord(const std::string& file, std::size_t offset)
 {
   Record record{};
   if (offset + sizeof record <= file.size()) std::memcpy(&record, file.data() + offset, sizeof record);
@@ -35,8 +35,7 @@ Record readRecord(const std::vector<char>& file, std::size_t offset)
 // The section of that name in the built library; all zero when there is none.
 KyElfSection findSection(const std::string& name)
 {
-  std::ifstream stream(KY_INVENTORY_LIBRARY, std::ios::binary);
-  const std::vector<char> file((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+  const std::string file = contentOf(KY_INVENTORY_LIBRARY);
   const auto header = readRecord<KyElfHeader>(file, 0);
   const auto sectionAt = [&file, &header](std::size_t n)
   { return readRecord<KyElfSection>(file, header.e_shoff + n * sizeof(KyElfSection)); };
@@ -161,8 +160,7 @@ TEST(KyMessageCatalogue, codes1300802And130080DAreNeverReported)    // no source
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
     {
       if (!entry.is_regular_file()) continue;
-      std::ifstream stream(entry.path());
-      const std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+      const std::string text = contentOf(entry.path().string());
       for (const char* name :
            {"KY_MSG_CANNOT_ATTACH_TREE", "KY_MSG_CANNOT_ALLOCATE_PARAMETER", "0x1300802", "0x130080D"})
       {

@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "inventory/KyNInventoryIDs.h"
+#include "support/KyFiles.h"
 
 namespace
 {
@@ -41,14 +41,6 @@ const std::vector<std::string>& listedNames()
     return lines;
   }();
   return names;
-}
-
-std::string contentOf(const std::string& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream content;
-  content << file.rdbuf();
-  return content.str();
 }
 
 std::string outputOf(const std::string& command)

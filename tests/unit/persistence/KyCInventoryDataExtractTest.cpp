@@ -2,8 +2,8 @@
 #include "inventory/KyCInventoryData.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "unit/persistence/KyPersistenceReports.h"
+#include "unit/persistence/KySectionFolder.h"
 #include "unit/persistence/KyStoredBytes.h"
-#include "unit/persistence/KyTemporaryFolder.h"
 #include "unit/persistence/KyTreeText.h"
 
 namespace
@@ -52,7 +52,7 @@ std::string textOf(const KyItemPtr& root)
 TEST(KyCInventoryDataExtract, treeOfAWholeSectionIsRead)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes section = storedSection(sampleTree().get());
   EXPECT_EQ(textOf(extractFromMemory(pool, section)), textOf(sampleTree()));
   EXPECT_EQ(textOf(extractFromFile(pool, folder.file(section))), textOf(sampleTree()));
@@ -61,7 +61,7 @@ TEST(KyCInventoryDataExtract, treeOfAWholeSectionIsRead)
 TEST(KyCInventoryDataExtract, fileOf23BytesGivesNoTreeAndNoReport)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(extractFromFile(pool, folder.file(lastBytes(trailerBytes({}), 23))), nullptr);
   EXPECT_EQ(extractFromMemory(pool, lastBytes(trailerBytes({}), 23)), nullptr);
 }
@@ -69,7 +69,7 @@ TEST(KyCInventoryDataExtract, fileOf23BytesGivesNoTreeAndNoReport)
 TEST(KyCInventoryDataExtract, nothingStoredAnywhereGivesNoTreeAndNoReport)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   for (const KyBytes& bytes : {KyBytes(), KyBytes(24, 'x'), KyBytes(4711, 'x')})
   {
     EXPECT_EQ(extractFromFile(pool, folder.file(bytes)), nullptr);
@@ -84,7 +84,7 @@ TEST(KyCInventoryDataExtract, nothingStoredAnywhereGivesNoTreeAndNoReport)
 TEST(KyCInventoryDataExtract, sectionWithDataSize0GivesNoTreeAndNoReport)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(extractFromFile(pool, folder.file(storedSection(nullptr))), nullptr);
   EXPECT_EQ(extractFromMemory(pool, storedSection(nullptr)), nullptr);
 }
@@ -92,7 +92,7 @@ TEST(KyCInventoryDataExtract, sectionWithDataSize0GivesNoTreeAndNoReport)
 TEST(KyCInventoryDataExtract, sectionBehindOtherContentIsReadThroughItsTrailer)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes larger = KyBytes(12345, 'x') + storedSection(sampleTree().get());
   EXPECT_EQ(textOf(extractFromFile(pool, folder.file(larger))), textOf(sampleTree()));
   EXPECT_EQ(textOf(extractFromMemory(pool, larger)), textOf(sampleTree()));
@@ -101,7 +101,7 @@ TEST(KyCInventoryDataExtract, sectionBehindOtherContentIsReadThroughItsTrailer)
 TEST(KyCInventoryDataExtract, sectionInFrontOfOtherContentIsReadThroughItsHeader)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes larger = storedSection(sampleTree().get()) + KyBytes(12345, 'x');
   EXPECT_EQ(textOf(extractFromFile(pool, folder.file(larger))), textOf(sampleTree()));
   EXPECT_EQ(textOf(extractFromMemory(pool, larger)), textOf(sampleTree()));
@@ -110,7 +110,7 @@ TEST(KyCInventoryDataExtract, sectionInFrontOfOtherContentIsReadThroughItsHeader
 TEST(KyCInventoryDataExtract, ofTwoSectionsTheLastIsRead)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes both = storedSection(sampleTree(1).get()) + storedSection(sampleTree(2).get());
   EXPECT_EQ(textOf(extractFromFile(pool, folder.file(both))), textOf(sampleTree(2)));
   EXPECT_EQ(textOf(extractFromMemory(pool, both)), textOf(sampleTree(2)));
@@ -119,7 +119,7 @@ TEST(KyCInventoryDataExtract, ofTwoSectionsTheLastIsRead)
 TEST(KyCInventoryDataExtract, emptySectionAtTheEndStopsTheSearchInMemoryButNotInAFile)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes both = storedSection(sampleTree().get()) + storedSection(nullptr);
   EXPECT_EQ(textOf(extractFromFile(pool, folder.file(both))), textOf(sampleTree()));
   EXPECT_EQ(extractFromMemory(pool, both), nullptr);
@@ -128,7 +128,7 @@ TEST(KyCInventoryDataExtract, emptySectionAtTheEndStopsTheSearchInMemoryButNotIn
 TEST(KyCInventoryDataExtract, dataBehindTheTreeWithinTheSectionIsIgnored)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes section = sectionAround(storedTree(sampleTree().get()) + KyBytes(50, 'x'));
   EXPECT_EQ(textOf(extractFromFile(pool, folder.file(section))), textOf(sampleTree()));
   EXPECT_EQ(textOf(extractFromMemory(pool, section)), textOf(sampleTree()));
@@ -147,8 +147,8 @@ TEST(KyCInventoryDataExtract, earlierReportsInThePoolDoNotCount)
 TEST(KyCInventoryDataExtract, missingFileGivesNoTree)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
-  const std::string path = folder.pathOf("missing.kyinv");
+  const KySectionFolder folder;
+  const std::string path = folder.path("missing.kyinv");
   EXPECT_EQ(extractFromFile(pool, path), nullptr);
   EXPECT_REPORTS(pool, cannotOpenFile(path));
 }
@@ -166,7 +166,7 @@ TEST(KyCInventoryDataExtract, nullPathIsTakenAsEmpty)
 TEST(KyCInventoryDataExtract, trailerOfVersion2IsReportedAndAValidStartGivesNoTreeEither)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   KySizes wrong;
   wrong.version = 2;
   const KyBytes both = storedSection(sampleTree().get()) + trailerBytes(wrong);
@@ -189,7 +189,7 @@ TEST(KyCInventoryDataExtract, corruptEndGivesNoTreeAlthoughTheStartIsValid)
 TEST(KyCInventoryDataExtract, damagedTreeIsReportedByEveryLayerAndDeleted)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes tree = storedTree(sampleTree().get());
   const KyBytes section = sectionAround(firstBytes(tree, tree.size() - 1));
   const KyReport base = {0x1101807, "", ""};
@@ -203,7 +203,7 @@ TEST(KyCInventoryDataExtract, damagedTreeIsReportedByEveryLayerAndDeleted)
 TEST(KyCInventoryDataExtract, tooLongAUnitIsReportedByEveryLayer)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const std::string path = folder.file(sectionOfTooLongAUnit());
   EXPECT_EQ(extractFromFile(pool, path), nullptr);
   EXPECT_REPORTS(pool, unitTooLong(), cannotDeserializeTree(), cannotDeserializeFile(path));
@@ -214,7 +214,7 @@ TEST(KyCInventoryDataExtract, tooLongAUnitIsReportedByEveryLayer)
 TEST(KyCInventoryDataExtract, noMemoryForTheBufferIsReported)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const std::string path = folder.file(storedSection(sampleTree().get()));
   KyCInventoryItem* root = nullptr;
   KyNPoolAllocator::failAfter(0);
@@ -232,7 +232,7 @@ TEST(KyCInventoryDataExtract, noMemoryForTheBufferIsReported)
 
 TEST(KyCInventoryDataExtract, everyFailingAllocationIsReportedByItsLayersAndGivesNoTree)
 {
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes section = storedSection(sampleTree().get());
   const std::string path = folder.file(section);
   for (bool fromFile : {true, false})
@@ -315,7 +315,7 @@ TEST(KyCInventoryDataExtract, everyChangedByteOfTheTreeAloneGivesATreeOrReports)
 
 TEST(KyCInventoryDataExtract, everyTruncationOfAFileGivesReportsOrNeither)
 {
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const KyBytes section = storedSection(sampleTree().get());
   for (std::size_t size = 0; size < section.size(); ++size)
   {

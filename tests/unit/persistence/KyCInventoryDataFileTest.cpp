@@ -5,22 +5,13 @@
 #include "inventory/KyCInventoryData.h"
 #include "unit/persistence/KyPersistenceReports.h"
 #include "unit/persistence/KyScriptedStream.h"
+#include "unit/persistence/KySectionFolder.h"
 #include "unit/persistence/KyStoredBytes.h"
-#include "unit/persistence/KyTemporaryFolder.h"
 
 namespace
 {
 constexpr const char* AT_END = "readInventoryDataTrailerFromFile";
 constexpr const char* AT_START = "readInventoryDataHeaderFromFile";
-
-KySizes sizes(unsigned int dataSize, unsigned int headerSize = 24, unsigned int trailerSize = 24)
-{
-  KySizes result;
-  result.dataSize = dataSize;
-  result.headerSize = headerSize;
-  result.trailerSize = trailerSize;
-  return result;
-}
 
 // One attempt on bytes or a scripted stream, into a buffer that holds "old" before.
 struct Attempt
@@ -74,23 +65,23 @@ TEST(KyCInventoryDataFile, headerGivesTheDataBehindItAndReplacesTheBuffersConten
 TEST(KyCInventoryDataFile, headerNeedsNoTrailerAndTrailerNoHeader)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizes(5)) + DATA), 5u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5)) + DATA), 5u);
   EXPECT_EQ(attempt.held(), DATA);
-  EXPECT_EQ(attempt.atEnd(DATA + trailerBytes(sizes(5))), 5u);
+  EXPECT_EQ(attempt.atEnd(DATA + trailerBytes(sizesOf(5))), 5u);
   EXPECT_EQ(attempt.held(), DATA);
 }
 
 TEST(KyCInventoryDataFile, longerHeaderIsSkipped)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizes(5, 32)) + KyBytes(8, 0xEE) + DATA + KyBytes(3, 0xEE)), 5u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 32)) + KyBytes(8, 0xEE) + DATA + KyBytes(3, 0xEE)), 5u);
   EXPECT_EQ(attempt.held(), DATA);
 }
 
 TEST(KyCInventoryDataFile, longerTrailerIsSkippedAndTheRecordedHeaderSizeIsNotUsed)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atEnd(DATA + KyBytes(8, 0xEE) + trailerBytes(sizes(5, 0xFFFFFFFF, 32))), 5u);
+  EXPECT_EQ(attempt.atEnd(DATA + KyBytes(8, 0xEE) + trailerBytes(sizesOf(5, 0xFFFFFFFF, 32))), 5u);
   EXPECT_EQ(attempt.held(), DATA);
 }
 
@@ -122,9 +113,9 @@ TEST(KyCInventoryDataFile, recordThatFailsItsCheckLeavesThatReportAlone)
   EXPECT_REPORTS(attempt.pool, versionIncompatible("checkTrailer", "2"));
   EXPECT_EQ(attempt.atStart(headerBytes(wrong)), 0u);
   EXPECT_REPORTS(attempt.pool, versionIncompatible("checkHeader", "2"));
-  EXPECT_EQ(attempt.atEnd(trailerBytes(sizes(0, 24, 23))), 0u);
+  EXPECT_EQ(attempt.atEnd(trailerBytes(sizesOf(0, 24, 23))), 0u);
   EXPECT_REPORTS(attempt.pool, trailerSizeIncompatible("23"));
-  EXPECT_EQ(attempt.atStart(headerBytes(sizes(0, 23))), 0u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(0, 23))), 0u);
   EXPECT_REPORTS(attempt.pool, headerSizeIncompatible("23"));
   EXPECT_EQ(attempt.held(), OLD);
 }
@@ -142,8 +133,8 @@ TEST(KyCInventoryDataFile, dataSize0GivesNothingAndEmptiesTheBuffer)
 TEST(KyCInventoryDataFile, dataReadIsTheFilesLastByte)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizes(5)) + DATA), 5u);    // one byte less is reported, see below
-  EXPECT_EQ(attempt.atEnd(DATA + trailerBytes(sizes(5))), 5u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5)) + DATA), 5u);    // one byte less is reported, see below
+  EXPECT_EQ(attempt.atEnd(DATA + trailerBytes(sizesOf(5))), 5u);
 }
 
 TEST(KyCInventoryDataFile, headerWhoseDataExceedsTheFileCannotBeReadAndEmptiesTheBuffer)
@@ -152,7 +143,7 @@ TEST(KyCInventoryDataFile, headerWhoseDataExceedsTheFileCannotBeReadAndEmptiesTh
   {
     Attempt attempt;
     KyNPoolAllocator::failAfter(0);    // nothing is to be allocated for what cannot be there
-    EXPECT_EQ(attempt.atStart(headerBytes(sizes(dataSize)) + DATA), 0u);
+    EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(dataSize)) + DATA), 0u);
     KyNPoolAllocator::reset();
     EXPECT_REPORTS(attempt.pool, cannotRead(AT_START));
     EXPECT_EQ(attempt.held(), KyBytes());
@@ -162,7 +153,7 @@ TEST(KyCInventoryDataFile, headerWhoseDataExceedsTheFileCannotBeReadAndEmptiesTh
 TEST(KyCInventoryDataFile, headerWhoseDataStartsBehindTheFileCannotBeRead)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizes(5, 100)) + DATA), 0u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 100)) + DATA), 0u);
   EXPECT_REPORTS(attempt.pool, cannotRead(AT_START));
   EXPECT_EQ(attempt.held(), KyBytes());
 }
@@ -170,7 +161,7 @@ TEST(KyCInventoryDataFile, headerWhoseDataStartsBehindTheFileCannotBeRead)
 TEST(KyCInventoryDataFile, headerSizeThatLongDoesNotHoldIsAPositionThatCannotBeSet)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizes(5, 0xFFFFFFFF)) + DATA), 0u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 0xFFFFFFFF)) + DATA), 0u);
   if (sizeof(long) == 4)
   {
     EXPECT_REPORTS(attempt.pool, cannotSetPosition(AT_START));
@@ -186,10 +177,10 @@ TEST(KyCInventoryDataFile, headerSizeThatLongDoesNotHoldIsAPositionThatCannotBeS
 TEST(KyCInventoryDataFile, trailerWhoseDataWouldBeginBeforeTheFileIsAPositionThatCannotBeSet)
 {
   for (const KyBytes& trailer :
-       {trailerBytes(sizes(6)), trailerBytes(sizes(0x7FFFFFFF)), trailerBytes(sizes(0xFFFFFFFF)),
-        trailerBytes(sizes(5, 24, 25)), trailerBytes(sizes(0, 24, 0xFFFFFFFF)),
-        trailerBytes(sizes(0xFFFFFFF0, 24, 45)),    // adds up to 29 in 32 bits
-        trailerBytes(sizes(0xFFFFFFFF, 24, 0xFFFFFFFF))})
+       {trailerBytes(sizesOf(6)), trailerBytes(sizesOf(0x7FFFFFFF)), trailerBytes(sizesOf(0xFFFFFFFF)),
+        trailerBytes(sizesOf(5, 24, 25)), trailerBytes(sizesOf(0, 24, 0xFFFFFFFF)),
+        trailerBytes(sizesOf(0xFFFFFFF0, 24, 45)),    // adds up to 29 in 32 bits
+        trailerBytes(sizesOf(0xFFFFFFFF, 24, 0xFFFFFFFF))})
   {
     Attempt attempt;
     EXPECT_EQ(attempt.atEnd(DATA + trailer), 0u);
@@ -201,7 +192,7 @@ TEST(KyCInventoryDataFile, trailerWhoseDataWouldBeginBeforeTheFileIsAPositionTha
 TEST(KyCInventoryDataFile, headerSizesThatWrapIn32BitsCannotBeRead)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizes(0xFFFFFFE8, 29)) + DATA), 0u);    // adds up to 5 in 32 bits
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(0xFFFFFFE8, 29)) + DATA), 0u);    // adds up to 5 in 32 bits
   EXPECT_REPORTS(attempt.pool, cannotRead(AT_START));
 }
 
@@ -315,8 +306,8 @@ KyBytes readFile(KyTestPool& pool, const std::string& path)
 TEST(KyCInventoryDataFile, fileThatIsNotThereIsReportedWithItsPathAndLeavesTheBuffer)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
-  const std::string path = folder.pathOf("missing %1 %s.kyinv");
+  const KySectionFolder folder;
+  const std::string path = folder.path("missing %1 %s.kyinv");
   EXPECT_EQ(readFile(pool, path), OLD);
   EXPECT_REPORTS(pool, cannotOpenFile(path));
 }
@@ -332,14 +323,14 @@ TEST(KyCInventoryDataFile, nullPathIsTakenAsEmpty)
 TEST(KyCInventoryDataFile, wholeSectionFileIsRead)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA))), DATA);
 }
 
 TEST(KyCInventoryDataFile, fileWithoutASectionEmptiesTheBufferWithoutAReport)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(readFile(pool, folder.file({})), KyBytes());
   EXPECT_EQ(readFile(pool, folder.file(KyBytes(23, 'x'))), KyBytes());
   EXPECT_EQ(readFile(pool, folder.file(KyBytes(5000, 'x'))), KyBytes());
@@ -348,14 +339,14 @@ TEST(KyCInventoryDataFile, fileWithoutASectionEmptiesTheBufferWithoutAReport)
 TEST(KyCInventoryDataFile, sectionAppendedToALargerFileIsReadThroughItsTrailer)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(readFile(pool, folder.file(KyBytes(100000, 0x7F) + sectionAround(DATA))), DATA);
 }
 
 TEST(KyCInventoryDataFile, sectionAtTheEndWinsAndTheStartIsNotExamined)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(readFile(pool, folder.file(sectionAround(bytesOf("first")) + sectionAround(bytesOf("last")))),
             bytesOf("last"));
   KySizes wrong;
@@ -366,7 +357,7 @@ TEST(KyCInventoryDataFile, sectionAtTheEndWinsAndTheStartIsNotExamined)
 TEST(KyCInventoryDataFile, fileThatDoesNotEndWithATrailerIsReadThroughItsHeader)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA) + KyBytes(1, 'x'))), DATA);
   EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA) + KyBytes(70000, 'x'))), DATA);
 }
@@ -374,21 +365,21 @@ TEST(KyCInventoryDataFile, fileThatDoesNotEndWithATrailerIsReadThroughItsHeader)
 TEST(KyCInventoryDataFile, sectionInTheMiddleIsNotSearchedFor)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(readFile(pool, folder.file(KyBytes(1, 'x') + sectionAround(DATA) + KyBytes(1, 'x'))), KyBytes());
 }
 
 TEST(KyCInventoryDataFile, sectionWithoutDataAtTheEndLetsTheStartBeRead)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA) + sectionAround({}))), DATA);
 }
 
 TEST(KyCInventoryDataFile, failureAtTheEndIsReportedAndTheStartIsReadAllTheSame)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   KySizes wrong;
   wrong.version = 2;
   const std::string path = folder.file(sectionAround(DATA) + trailerBytes(wrong));
@@ -399,8 +390,8 @@ TEST(KyCInventoryDataFile, failureAtTheEndIsReportedAndTheStartIsReadAllTheSame)
 TEST(KyCInventoryDataFile, failuresAtBothEndsAreReportedEachWithTheFile)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
-  const std::string path = folder.file(headerBytes(sizes(1000)) + trailerBytes(sizes(2000)));
+  const KySectionFolder folder;
+  const std::string path = folder.file(headerBytes(sizesOf(1000)) + trailerBytes(sizesOf(2000)));
   EXPECT_EQ(readFile(pool, path), KyBytes());
   EXPECT_REPORTS(pool, cannotSetPosition(AT_END), errorWhileReading(path), cannotRead(AT_START),
                  errorWhileReading(path));
@@ -409,8 +400,8 @@ TEST(KyCInventoryDataFile, failuresAtBothEndsAreReportedEachWithTheFile)
 TEST(KyCInventoryDataFile, failureAtTheStartAloneIsReportedOnce)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
-  const std::string path = folder.file(headerBytes(sizes(5, 23)) + DATA);
+  const KySectionFolder folder;
+  const std::string path = folder.file(headerBytes(sizesOf(5, 23)) + DATA);
   EXPECT_EQ(readFile(pool, path), KyBytes());
   EXPECT_REPORTS(pool, headerSizeIncompatible("23"), errorWhileReading(path));
 }
@@ -418,17 +409,17 @@ TEST(KyCInventoryDataFile, failureAtTheStartAloneIsReportedOnce)
 TEST(KyCInventoryDataFile, pathIsReportedAsItIsAndNeverTakenAsAFormat)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
-  std::filesystem::rename(folder.file(headerBytes(sizes(5, 23)) + DATA), folder.pathOf("%s%n%2 %1"));
-  const std::string path = folder.pathOf("%s%n%2 %1");
+  const KySectionFolder folder;
+  std::filesystem::rename(folder.file(headerBytes(sizesOf(5, 23)) + DATA), folder.path("%s%n%2 %1"));
+  const std::string path = folder.path("%s%n%2 %1");
   readFile(pool, path);
   EXPECT_REPORTS(pool, headerSizeIncompatible("23"), errorWhileReading(path));
 }
 
 TEST(KyCInventoryDataFile, fileIsClosedOnEveryPath)
 {
-  const KyTemporaryFolder folder;
-  const std::string path = folder.file(headerBytes(sizes(1000)) + trailerBytes(sizes(2000)));
+  const KySectionFolder folder;
+  const std::string path = folder.file(headerBytes(sizesOf(1000)) + trailerBytes(sizesOf(2000)));
   for (int n = 0; n < 2000; ++n)    // more than there are file descriptors
   {
     KyTestPool pool;
@@ -440,7 +431,7 @@ TEST(KyCInventoryDataFile, fileIsClosedOnEveryPath)
 TEST(KyCInventoryDataFile, fileBeyondTheRangeOfLongIsOpenedAndItsSizeReported)
 {
   KyTestPool pool;
-  const KyTemporaryFolder folder;
+  const KySectionFolder folder;
   const std::string path = folder.file(sectionAround(DATA));
   if (truncate64(path.c_str(), 3LL * 1024 * 1024 * 1024) != 0) GTEST_SKIP() << "no file of 3 GiB here";
   if (sizeof(long) == 4)

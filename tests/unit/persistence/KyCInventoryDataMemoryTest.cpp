@@ -10,15 +10,6 @@ constexpr const char* AT_END = "seekInventoryDataTrailerInMem";
 constexpr const char* AT_START = "seekInventoryDataHeaderInMem";
 constexpr const char* SIZES = "getInventorySectionSizeFromMem";
 
-KySizes sizes(unsigned int dataSize, unsigned int headerSize = 24, unsigned int trailerSize = 24)
-{
-  KySizes result;
-  result.dataSize = dataSize;
-  result.headerSize = headerSize;
-  result.trailerSize = trailerSize;
-  return result;
-}
-
 const KyBytes DATA = {'d', 'a', 't', 'a', '!'};
 constexpr long NOT_FOUND = -1;
 
@@ -86,9 +77,9 @@ TEST(KyCInventoryDataMemory, headerAndDataWithoutATrailerAreAcceptedAndTheOtherW
 {
   KyTestPool pool;
   unsigned int dataSize;
-  EXPECT_EQ(seekStart(pool, headerBytes(sizes(5)) + DATA, dataSize), 24);
+  EXPECT_EQ(seekStart(pool, headerBytes(sizesOf(5)) + DATA, dataSize), 24);
   EXPECT_EQ(dataSize, 5u);
-  EXPECT_EQ(seekEnd(pool, DATA + trailerBytes(sizes(5)), dataSize), 0);
+  EXPECT_EQ(seekEnd(pool, DATA + trailerBytes(sizesOf(5)), dataSize), 0);
   EXPECT_EQ(dataSize, 5u);
 }
 
@@ -96,9 +87,9 @@ TEST(KyCInventoryDataMemory, longerRecordsAreSkipped)
 {
   KyTestPool pool;
   unsigned int dataSize;
-  EXPECT_EQ(seekStart(pool, headerBytes(sizes(5, 32)) + KyBytes(8, 0xEE) + DATA, dataSize), 32);
+  EXPECT_EQ(seekStart(pool, headerBytes(sizesOf(5, 32)) + KyBytes(8, 0xEE) + DATA, dataSize), 32);
   EXPECT_EQ(dataSize, 5u);
-  EXPECT_EQ(seekEnd(pool, KyBytes(3, 0xEE) + DATA + KyBytes(8, 0xEE) + trailerBytes(sizes(5, 24, 32)), dataSize), 3);
+  EXPECT_EQ(seekEnd(pool, KyBytes(3, 0xEE) + DATA + KyBytes(8, 0xEE) + trailerBytes(sizesOf(5, 24, 32)), dataSize), 3);
   EXPECT_EQ(dataSize, 5u);
 }
 
@@ -143,8 +134,8 @@ TEST(KyCInventoryDataMemory, sizesThatExceedTheBlockAreCorruptAndGiveNothing)
   KyTestPool pool;
   unsigned int dataSize;
   for (const KySizes& wrong :
-       {sizes(6), sizes(0xFFFFFFFF), sizes(0xFFFFFFE8), sizes(0xFFFFFFF0, 45, 45), sizes(5, 25, 25),
-        sizes(0, 0xFFFFFFFF, 0xFFFFFFFF), sizes(0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF)})
+       {sizesOf(6), sizesOf(0xFFFFFFFF), sizesOf(0xFFFFFFE8), sizesOf(0xFFFFFFF0, 45, 45), sizesOf(5, 25, 25),
+        sizesOf(0, 0xFFFFFFFF, 0xFFFFFFFF), sizesOf(0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF)})
   {
     EXPECT_EQ(seekStart(pool, headerBytes(wrong) + DATA, dataSize), NOT_FOUND);
     EXPECT_REPORTS(pool, sectionCorrupt(AT_START));
@@ -230,12 +221,12 @@ TEST(KyCInventoryDataMemory, readingTwiceWithoutAResetLeavesTheDataTwiceKeptOnPu
 TEST(KyCInventoryDataMemory, blockOf100BytesWhoseTrailerClaims224IsReportedAndTheStartTriedNext)
 {
   KyTestPool pool;
-  const KyBytes wrong = KyBytes(76, 'x') + trailerBytes(sizes(200));
+  const KyBytes wrong = KyBytes(76, 'x') + trailerBytes(sizesOf(200));
   ASSERT_EQ(wrong.size(), 100u);
   EXPECT_EQ(readBlock(pool, wrong), KyBytes());
   EXPECT_REPORTS(pool, sectionCorrupt(AT_END), errorWhileSeeking());
 
-  const KyBytes withStart = headerBytes(sizes(5)) + DATA + KyBytes(47, 'x') + trailerBytes(sizes(200));
+  const KyBytes withStart = headerBytes(sizesOf(5)) + DATA + KyBytes(47, 'x') + trailerBytes(sizesOf(200));
   ASSERT_EQ(withStart.size(), 100u);
   EXPECT_EQ(readBlock(pool, withStart), DATA);
   EXPECT_REPORTS(pool, sectionCorrupt(AT_END), errorWhileSeeking());
@@ -244,7 +235,7 @@ TEST(KyCInventoryDataMemory, blockOf100BytesWhoseTrailerClaims224IsReportedAndTh
 TEST(KyCInventoryDataMemory, failuresAtBothEndsAreReportedEachWithASummary)
 {
   KyTestPool pool;
-  EXPECT_EQ(readBlock(pool, headerBytes(sizes(1000)) + trailerBytes(sizes(0, 24, 3))), KyBytes());
+  EXPECT_EQ(readBlock(pool, headerBytes(sizesOf(1000)) + trailerBytes(sizesOf(0, 24, 3))), KyBytes());
   EXPECT_REPORTS(pool, trailerSizeIncompatible("3"), errorWhileSeeking(), sectionCorrupt(AT_START),
                  errorWhileSeeking());
 }
@@ -252,7 +243,7 @@ TEST(KyCInventoryDataMemory, failuresAtBothEndsAreReportedEachWithASummary)
 TEST(KyCInventoryDataMemory, failureAtTheStartAloneIsReportedOnce)
 {
   KyTestPool pool;
-  EXPECT_EQ(readBlock(pool, headerBytes(sizes(1000)) + KyBytes(50, 'x')), KyBytes());
+  EXPECT_EQ(readBlock(pool, headerBytes(sizesOf(1000)) + KyBytes(50, 'x')), KyBytes());
   EXPECT_REPORTS(pool, sectionCorrupt(AT_START), errorWhileSeeking());
 }
 
@@ -305,7 +296,7 @@ TEST(KyCInventoryDataMemory, sizesAre0WithoutSections)
 TEST(KyCInventoryDataMemory, sizeByTheHeaderThatExceedsTheBlockIsReportedAndTheEndNotLookedAt)
 {
   KyTestPool pool;
-  const RecordedSizes found = recordedSizes(pool, headerBytes(sizes(1000)) + sectionAround(DATA));
+  const RecordedSizes found = recordedSizes(pool, headerBytes(sizesOf(1000)) + sectionAround(DATA));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(found.byHeader, 1048u);
   EXPECT_EQ(found.byTrailer, 0u);
@@ -314,7 +305,7 @@ TEST(KyCInventoryDataMemory, sizeByTheHeaderThatExceedsTheBlockIsReportedAndTheE
 TEST(KyCInventoryDataMemory, sizeByTheTrailerThatExceedsTheBlockIsReported)
 {
   KyTestPool pool;
-  const RecordedSizes found = recordedSizes(pool, sectionAround(DATA) + trailerBytes(sizes(1000)));
+  const RecordedSizes found = recordedSizes(pool, sectionAround(DATA) + trailerBytes(sizesOf(1000)));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(found.byHeader, 53u);
   EXPECT_EQ(found.byTrailer, 1048u);
@@ -323,10 +314,10 @@ TEST(KyCInventoryDataMemory, sizeByTheTrailerThatExceedsTheBlockIsReported)
 TEST(KyCInventoryDataMemory, sizesCountTheOppositeRecord)
 {
   KyTestPool pool;
-  const RecordedSizes byHeader = recordedSizes(pool, headerBytes(sizes(5)) + DATA);    // the trailer is missing
+  const RecordedSizes byHeader = recordedSizes(pool, headerBytes(sizesOf(5)) + DATA);    // the trailer is missing
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(byHeader.byHeader, 53u);
-  const RecordedSizes byTrailer = recordedSizes(pool, DATA + trailerBytes(sizes(5)));
+  const RecordedSizes byTrailer = recordedSizes(pool, DATA + trailerBytes(sizesOf(5)));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(byTrailer.byTrailer, 53u);
 }
@@ -346,10 +337,10 @@ TEST(KyCInventoryDataMemory, sizesBeyond32BitsCountAsTooLarge)
 {
   KyTestPool pool;
   // These add up to 48 in 32 bits.
-  const RecordedSizes byHeader = recordedSizes(pool, headerBytes(sizes(0, 0xFFFFFFF0, 64)) + KyBytes(100, 'x'));
+  const RecordedSizes byHeader = recordedSizes(pool, headerBytes(sizesOf(0, 0xFFFFFFF0, 64)) + KyBytes(100, 'x'));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(byHeader.byHeader, 0xFFFFFFFFu);
-  const RecordedSizes byTrailer = recordedSizes(pool, KyBytes(100, 'x') + trailerBytes(sizes(0xFFFFFFF0, 32, 32)));
+  const RecordedSizes byTrailer = recordedSizes(pool, KyBytes(100, 'x') + trailerBytes(sizesOf(0xFFFFFFF0, 32, 32)));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(byTrailer.byTrailer, 0xFFFFFFFFu);
 }

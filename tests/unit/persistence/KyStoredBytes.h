@@ -73,6 +73,15 @@ struct KySizes
   unsigned int version = 1;
 };
 
+inline KySizes sizesOf(unsigned int dataSize, unsigned int headerSize = 24, unsigned int trailerSize = 24)
+{
+  KySizes sizes;
+  sizes.dataSize = dataSize;
+  sizes.headerSize = headerSize;
+  sizes.trailerSize = trailerSize;
+  return sizes;
+}
+
 inline KyBytes headerBytes(const KySizes& sizes)
 {
   return MARKS + big32(sizes.version) + big32(sizes.headerSize) + big32(sizes.dataSize) + big32(sizes.trailerSize);
