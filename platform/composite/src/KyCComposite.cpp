@@ -161,14 +161,15 @@ void KyCComposite::virtualDummyFunction1() {}
 
 // Whether this node is the other one or stands somewhere below it. Walks up from this node and through the tree below the
 // other one in turns, and the shorter way ends both: a tree may so be put together from its pieces in any order without
-// walking the same long way again and again.
+// walking the same long way again and again. A node inside is met on the way up before the tree has been seen, which has
+// at least as many nodes as that way.
 bool KyCComposite::isInside(const KyCComposite* root) const noexcept
 {
   const KyCComposite* above = this;
   const KyCComposite* below = root;
   for (;;)
   {
-    if (above == root || below == this) return true;
+    if (above == root) return true;
     above = above->m_parent;
     if (above == nullptr) return false;
 

@@ -78,29 +78,19 @@ std::uint32_t KyCListIndex::entrySlot(const void* entry) const noexcept
   return slot;
 }
 
-// Frees the slot and moves those behind it up that could not be reached across it any more.
-template <typename THash>
-void KyCListIndex::eraseSlot(TTable& table, std::uint32_t slot, THash hashOfRecord) noexcept
-{
-  const std::uint32_t mask = table.mask;
-  for (std::uint32_t probe = (slot + 1) & mask; table.slots[probe] != NONE; probe = (probe + 1) & mask)
-  {
-    const std::uint32_t home = hashOfRecord(table.slots[probe]) & mask;
-    if (((probe - home) & mask) < ((probe - slot) & mask)) continue;    // its home is behind the free slot
-    table.slots[slot] = table.slots[probe];
-    slot = probe;
-  }
-  table.slots[slot] = NONE;
-}
-
+// Frees the slot of a key and moves those behind it up that could not be reached across it any more.
 void KyCListIndex::eraseKeySlot(std::uint32_t slot) noexcept
 {
-  eraseSlot(m_byKey, slot, [this](std::uint32_t record) { return hashKey(m_records[record].key); });
-}
-
-void KyCListIndex::eraseEntrySlot(std::uint32_t slot) noexcept
-{
-  eraseSlot(m_byEntry, slot, [this](std::uint32_t record) { return hashEntry(m_records[record].entry); });
+  std::uint32_t* const slots = m_byKey.slots;
+  const std::uint32_t mask = m_byKey.mask;
+  for (std::uint32_t probe = (slot + 1) & mask; slots[probe] != NONE; probe = (probe + 1) & mask)
+  {
+    const std::uint32_t home = hashKey(m_records[slots[probe]].key) & mask;
+    if (((probe - home) & mask) < ((probe - slot) & mask)) continue;    // its home is behind the free slot
+    slots[slot] = slots[probe];
+    slot = probe;
+  }
+  slots[slot] = NONE;
 }
 
 // ---- Heaps of records with one key: the smallest record number is the root ----
@@ -256,7 +246,6 @@ bool KyCListIndex::append(void* entry, std::uint64_t key) noexcept
 
 void KyCListIndex::makeGap(std::uint32_t record) noexcept
 {
-  if (m_byEntry.slots != nullptr) eraseEntrySlot(entrySlot(m_records[record].entry));
   m_records[record].entry = nullptr;
   m_records[record].back = record == 0 ? NONE : record - 1;
   ++m_gapCount;

@@ -72,10 +72,7 @@ private:
   std::uint32_t hashEntry(const void* entry) const noexcept;
   std::uint32_t keySlot(std::uint64_t key) const noexcept;
   std::uint32_t entrySlot(const void* entry) const noexcept;
-  template <typename THash>
-  static void eraseSlot(TTable& table, std::uint32_t slot, THash hashOfRecord) noexcept;
   void eraseKeySlot(std::uint32_t slot) noexcept;
-  void eraseEntrySlot(std::uint32_t slot) noexcept;
 
   bool isGap(std::uint32_t record) const noexcept { return m_records[record].entry == nullptr; }
   std::uint32_t recordOf(const void* entry, std::uint64_t key) noexcept;
