@@ -133,6 +133,7 @@ struct KyAccess;
   template <>                                                                                                        \
   struct KyAccess<T>                                                                                                 \
   {                                                                                                                  \
+    static std::string name() { return #NAME; }                                                                      \
     static T get(const KyCParam& parameter, KyCErrorListPool& pool) { return parameter.getValue##NAME(pool); }       \
     static void set(KyCParam& parameter, KyCErrorListPool& pool, T value) { parameter.setValue##NAME(pool, value); } \
   };
@@ -149,7 +150,17 @@ KY_ACCESS(double, Float64)
 
 using KyNumberTypes = ::testing::Types<signed char, short, int, long long, unsigned char, unsigned short, unsigned int,
                                        unsigned long long, float, double>;
-TYPED_TEST_SUITE(KyCParamNumber, KyNumberTypes);
+
+struct KyNumberNames
+{
+  template <typename T>
+  static std::string GetName(int)
+  {
+    return KyAccess<T>::name();
+  }
+};
+
+TYPED_TEST_SUITE(KyCParamNumber, KyNumberTypes, KyNumberNames);
 
 TYPED_TEST(KyCParamNumber, keepsEveryValueInside)
 {
@@ -557,8 +568,8 @@ TEST(KyCParam, numberWithAStaticDescriptionIsOneBlock)
   const std::unique_ptr<KyCParam> typed(
       new (pool) KyCParam(pool, 1, "static", KyCParam::FLAG_STATIC_DESCRIPTION, 5.0, nullptr));
   KyNPoolAllocator::failAfter(1);
-  const std::unique_ptr<KyCParam> untyped(
-      new (pool) KyCParam(pool, 1, "static", KyCParam::FLAG_STATIC_DESCRIPTION | KyCParam::TYPE_ULONG64));
+  const std::unique_ptr<KyCParam> untyped(new (pool)
+                                              KyCParam(pool, 1, "static", KyCParam::FLAG_STATIC_DESCRIPTION | 0x128u));
   KyNPoolAllocator::reset();
   EXPECT_NE(nullptr, typed);
   EXPECT_NE(nullptr, untyped);
