@@ -30,7 +30,7 @@ public:
   std::vector<KyReport> takeWarnings() { return std::exchange(m_warnings, {}); }
 
 private:
-  KyIErrorListener* m_before;
   std::vector<KyReport> m_errors;
   std::vector<KyReport> m_warnings;
+  KyIErrorListener* m_before;    // last: from then on, other threads call this object
 };

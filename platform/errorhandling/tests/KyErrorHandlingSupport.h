@@ -55,8 +55,8 @@ private:
                       std::to_string(entry.line) + ": " + entry.text);
   }
 
-  KyIErrorListener* m_before;
   std::vector<std::string> m_lines;
+  KyIErrorListener* m_before;    // last: from then on, other threads call this object
 };
 
 using KyLines = std::vector<std::string>;
