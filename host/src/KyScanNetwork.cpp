@@ -15,8 +15,6 @@ void addLink(const KyHostScan& scan, KyCInventoryItem& item, const std::string& 
   if (speed == unknownSpeed) speed = std::nullopt;
   addNumber(scan, item, KyNInventoryIDs::SPEED, speed, "Mbit/s");
   addText(scan, item, KyNInventoryIDs::DUPLEX, KyNHostText::told(sources.sysFile(folder + "/duplex")));
-  addNumber(scan, item, KyNInventoryIDs::DATASET_LENGTH_MAX,
-            KyNHostText::scaled(KyNHostText::toNumber(sources.sysFile(folder + "/mtu")), 1), "B");
 }
 
 // device: hwloc's object; null for an interface that only /sys knows.

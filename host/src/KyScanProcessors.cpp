@@ -269,8 +269,6 @@ void KyCProcessorScan::addCache(KyCInventoryItem& item, hwloc_obj_t cache, unsig
   addText(m_scan, *cacheItem, KyNInventoryIDs::TYPE, cacheTypeText(facts.type));
   addNumber(m_scan, *cacheItem, KyNInventoryIDs::SIZE, nonZero(facts.size), "B");
   addNumber(m_scan, *cacheItem, KyNInventoryIDs::LENGTH, nonZero(facts.linesize), "B");
-  if (facts.associativity > 0)
-    addCount(m_scan, *cacheItem, KyNInventoryIDs::BANK_COUNT, static_cast<unsigned int>(facts.associativity));
 }
 }    // namespace
 

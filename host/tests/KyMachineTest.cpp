@@ -146,7 +146,6 @@ TEST(KyMachine, networkInterfacesWithADeviceAreTakenFromSys)
       "NETWORK/INTERFACE[2]/MAC_ADDRESS String \"02:fc:00:00:00:01\"",
       "NETWORK/INTERFACE[2]/SPEED ULong64 10000 Mbit/s",
       "NETWORK/INTERFACE[2]/DUPLEX String \"full\"",
-      "NETWORK/INTERFACE[2]/DATASET_LENGTH_MAX ULong64 9000 B",
       "NETWORK/INTERFACE[3]",
       "NETWORK/INTERFACE[3]/NAME String \"wlan0\"",
   };
