@@ -198,7 +198,36 @@ TEST_F(Tool, aFullOutputDeviceGivesExitCode4)
   EXPECT_EQ(contentOf(path("full.txt")), "kyinventory: standard output: No space left on device\n");
 }
 
+TEST_F(Tool, messagesAreOneLineWithoutControlCharacters)
+{
+  const Outcome outcome = run("show \"$(printf 'a\\nb\\033c\\302\\233d\\303\\251')\"");
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err.rfind("kyinventory: a\\x0Ab\\x1Bc\\xC2\\x9Bd\xC3\xA9: Cannot open file", 0), 0u) << outcome.err;
+}
+
+TEST_F(Tool, scanWithAnEmptyFileNameIsWrongUsage)
+{
+  for (const char* const arguments : {"scan --topology ''", "scan -o ''"})
+  {
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.exitCode, 2) << arguments;
+    EXPECT_EQ(outcome.out, "") << arguments;
+    EXPECT_NE(outcome.err.find("must not be empty"), std::string::npos) << outcome.err;
+  }
+}
+
 #ifdef KY_HAVE_HOST
+TEST_F(Tool, scanIntoADeviceOrAPipeDoesNotReadItBack)
+{
+  const Outcome device = run("scan -o /dev/null");
+  EXPECT_EQ(device.exitCode, 0) << device.err;
+  EXPECT_EQ(device.err, "");
+  ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+  const std::string reader = "cat " + path("pipe") + " >" + path("piped.kyinv") + " & ";
+  ASSERT_EQ(std::system((reader + "timeout 60 " + KY_TOOL + " scan -o " + path("pipe") + " && wait").c_str()), 0);
+  EXPECT_EQ(contentOf(path("piped.kyinv")).substr(0, 4), "INVE");
+}
+
 TEST_F(Tool, scanOfThisMachineStoresAFileThatShowPrintsAsScanDoes)
 {
   const Outcome stored = run("scan -o " + path("machine.kyinv"));

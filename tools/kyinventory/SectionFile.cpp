@@ -133,3 +133,9 @@ bool writeSectionFile(const std::string& path, KyCInventoryItem& root)
   }
   return writeBytes(path, buffer.getStorage(), buffer.getWritePosition());
 }
+
+bool isReadableAgain(const std::string& path)
+{
+  struct stat file = {};
+  return path != "-" && ::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode);
+}

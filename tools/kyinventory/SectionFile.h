@@ -16,3 +16,7 @@ TreePointer readSectionFile(const std::string& path);
 // and then takes the target's place: the target is the old or the new file, whole, whatever happens. "-" is standard
 // output. False, after a message on standard error, when it cannot be done; the target is then as it was.
 bool writeSectionFile(const std::string& path, KyCInventoryItem& root);
+
+// Whether what was stored at this path can be read from there: true for a file; false for "-", a pipe and a device, where
+// reading may wait for ever.
+bool isReadableAgain(const std::string& path);

@@ -5,25 +5,36 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 namespace
 {
-std::string withoutControls(const char* text, std::size_t length)
+// The length of the control character that the bytes start with; 0: none. Terminals obey U+0080 .. U+009F, too, which are
+// two bytes in UTF-8.
+std::size_t controlLength(const char* bytes, std::size_t length)
+{
+  const unsigned char first = static_cast<unsigned char>(bytes[0]);
+  if (first < 0x20 || first == 0x7F) return 1;
+  const bool isTwoBytes = first == 0xC2 && length > 1 && (static_cast<unsigned char>(bytes[1]) & 0xE0) == 0x80;
+  return isTwoBytes ? 2 : 0;
+}
+
+// The text with \xNN for each byte of a control character, but for the characters to keep.
+std::string withoutControls(const char* text, std::size_t length, std::string_view kept)
 {
   std::string safe;
   safe.reserve(length);
-  for (std::size_t n = 0; n < length; ++n)
+  std::size_t n = 0;
+  while (n < length)
   {
-    const unsigned char byte = static_cast<unsigned char>(text[n]);
-    if ((byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F)
+    const std::size_t controls = kept.find(text[n]) == kept.npos ? controlLength(text + n, length - n) : 0;
+    if (controls == 0) safe += text[n++];
+    for (const std::size_t end = n + controls; n < end; ++n)
     {
       char escaped[5];
-      std::snprintf(escaped, sizeof(escaped), "\\x%02X", byte);
+      std::snprintf(escaped, sizeof(escaped), "\\x%02X",
+                    static_cast<unsigned int>(static_cast<unsigned char>(text[n])));
       safe += escaped;
-    }
-    else
-    {
-      safe += text[n];
     }
   }
   return safe;
@@ -32,7 +43,7 @@ std::string withoutControls(const char* text, std::size_t length)
 
 void complain(const std::string& message)
 {
-  const std::string line = "kyinventory: " + withoutControls(message.data(), message.size()) + "\n";
+  const std::string line = "kyinventory: " + withoutControls(message.data(), message.size(), "") + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
@@ -53,7 +64,7 @@ bool printText(const KyCString& text)
   std::size_t length = text.length();
   if (::isatty(STDOUT_FILENO) != 0)
   {
-    const std::string safe = withoutControls(text.c_str(), length);
+    const std::string safe = withoutControls(text.c_str(), length, "\n\t");
     length = safe.size();
     written = std::fwrite(safe.data(), 1, length, stdout);
   }

@@ -6,7 +6,8 @@
 #include "composite/KyCString.h"
 #include "errorhandling/KyCErrorList.h"
 
-// One line "kyinventory: ..." on standard error.
+// One line "kyinventory: ..." on standard error, with control characters, line feeds too, as \xNN: the message may hold a
+// file's texts.
 void complain(const std::string& message);
 
 // Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)".
