@@ -49,7 +49,7 @@ constexpr unsigned int KY_MSG_CANNOT_GET_FILE_POSITION = 0x1300010;
 // ---- group 1: inventory items
 
 // "Internal error. Kyrel Support information: Initializing item or parameter of category %1: ID has not exactly one
-// element."    arguments "%s": the ID
+// element."    arguments "%s": the description
 constexpr unsigned int KY_MSG_ITEM_INIT_ID_NOT_ONE_ELEMENT = 0x1300800;
 // "Parameter %1 does not exist at item %2."    arguments "%s%s": parameter address, item address
 constexpr unsigned int KY_MSG_PARAMETER_DOES_NOT_EXIST = 0x1300801;
@@ -72,7 +72,7 @@ constexpr unsigned int KY_MSG_EMPTY_ADDRESS = 0x1300808;
 constexpr unsigned int KY_MSG_CANNOT_FIND_OR_CREATE_PATH = 0x1300809;
 // "Cannot assign non-predefined ID %1 to item or parameter."    arguments "%s": the ID
 constexpr unsigned int KY_MSG_ID_NOT_PREDEFINED = 0x130080A;
-// "Cannot create parameter %1."    arguments "%s": parameter address
+// "Cannot create parameter %1."    arguments "%s": name of the ID
 constexpr unsigned int KY_MSG_CANNOT_CREATE_PARAMETER = 0x130080B;
 // "Internal error. Kyrel Support information: Cannot allocate KyCInventoryItem object."
 constexpr unsigned int KY_MSG_CANNOT_ALLOCATE_ITEM = 0x130080C;
@@ -111,7 +111,7 @@ constexpr unsigned int KY_MSG_ID_NOT_ONE_ELEMENT = 0x1300819;
 // exists."    arguments "%s%s": the ID, item address
 constexpr unsigned int KY_MSG_ID_ALREADY_EXISTS = 0x130081A;
 // "Internal error. Kyrel Support information: Cannot change ID of %1 to %2. The ID already exists at the parent item."
-//     arguments "%s%s": item address, new ID
+//     arguments "%s%s": new ID, item address: not in the order that the wording suggests
 constexpr unsigned int KY_MSG_ID_ALREADY_EXISTS_AT_PARENT = 0x130081B;
 
 // ---- group 2: inventory parameters
