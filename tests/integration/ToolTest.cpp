@@ -269,6 +269,15 @@ TEST_F(Tool, scanReplacesWhatALinkLeadsToAndKeepsTheLink)
   EXPECT_EQ(contentOf(path("real.kyinv")).substr(0, 4), "INVE");
 }
 
+TEST_F(Tool, scanIntoALinkThatLeadsNowhereFailsWithExitCode4AndKeepsTheLink)
+{
+  fs::create_symlink("nowhere.kyinv", path("link.kyinv"));
+  const Outcome outcome = run("scan -o " + path("link.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("link.kyinv") + ": is a link that leads to no file\n");
+  EXPECT_TRUE(fs::is_symlink(path("link.kyinv")));
+}
+
 TEST_F(Tool, scanOfABrokenTopologyFileFailsWithExitCode3AndLeavesTheTargetAlone)
 {
   write("broken.xml", "<topology><object");

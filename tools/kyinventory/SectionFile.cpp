@@ -85,6 +85,12 @@ bool writeBytes(const std::string& givenPath, const unsigned char* bytes, std::s
   const std::string path = resolved(givenPath);
   struct stat existing = {};
   const bool exists = ::stat(path.c_str(), &existing) == 0;
+  struct stat link = {};
+  if (!exists && ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode))
+  {
+    complain(path + ": is a link that leads to no file");    // a new file in its place would take the link away
+    return false;
+  }
   if (!exists || S_ISREG(existing.st_mode))
   {
     const mode_t mask = ::umask(0);
