@@ -179,6 +179,107 @@ public:
   template <typename T, typename = std::enable_if_t<is_kyrel_type<T>::value>>
   KyCInventoryParameter* setValue(KyCErrorListPool& pool, const KyCInventoryAddress& address, const T& value);
 
+  // Combining trees.
+
+  // Folds a tree into another one, which takes over what it does not have yet.
+  //
+  //   target           source                  target after the merge, with flag 1
+  //   ROOT             ROOT                    ROOT
+  //    +- NAME "a"      +- NAME "b"             +- NAME "a"        what is on both sides stays the target's
+  //    +- BOARD[1]      +- SIZE 7               +- SIZE 7          moved, without flag 1 dropped with the source
+  //        +- CPU[1]    +- BOARD[1]             +- BOARD[1]        on both sides: merged, level by level
+  //                     |   +- CPU[2]           |   +- CPU[1]
+  //                     +- BOARD[2]             |   +- CPU[2]      moved whole
+  //                                             +- BOARD[2]        moved whole; the source is gone, its pointer null
+  //
+  //   target   the tree to merge into, or a node of it; null: it becomes the whole source, whatever the flags
+  //   source   the tree to merge in; null: nothing happens. The same object as the target: only the pointer is cleared
+  //   flags    bit 0 (1): the source's parameters are moved in, where the target has none of their ID; clear: they are
+  //            dropped. For every level; other bits are ignored. A sub-item that is moved keeps its parameters either way
+  //
+  // Result:     the source pointer is null in every case. Nothing of the target is overwritten or deleted; what is moved
+  //             goes to the end of the target's lists, with auxiliary info, designated values and friend.
+  // Errors:     0x1300803  a parameter could not be moved (behind addParameter's own report): it is deleted and the
+  //                        level goes on. Or: a level below has reported anything, or a sub-item could not be attached:
+  //                        the level is given up
+  //             0x130081A  a sub-item of the source has the ID of a parameter of the target (or of its friend): the
+  //                        sub-item is given up and the level goes on
+  //             base codes when memory runs out for the levels of a very deep tree, which gives up all of them
+  // On failure: the target keeps what was merged into it so far; the rest of a source that is given up is deleted.
+  // Ownership:  the source is the merge's from the call on; what is moved is the target's.
+  // Cost:       one look-up for each node of the source that has a counterpart on the target's side, and for each of the
+  //             nodes right below; a subtree that is moved whole costs one look-up, however large.
+  // Kept on purpose:
+  //   - A report does not end the level it belongs to, but it ends every level above: these see that the count has grown,
+  //     and one parameter that cannot be moved deep down costs the source all that was still to be merged on the way up.
+  //     The same happens with a sub-item that is given up.
+  //   - A sub-item that is given up is in neither tree and is not deleted. Only a pointer to it that the caller has kept
+  //     leads there, and it is the caller's to delete.
+  //   - Look-ups on the target's side ask its friend as well. A sub-item or parameter that the friend has counts as the
+  //     target's: sub-items are then merged into the shared data, and such a parameter is not moved.
+  //   - Friends of the source's items are not followed to new places: one that ends with the source leaves a dangling
+  //     link in what was moved. Merge first, link shared data afterwards.
+  //   - A target that lies inside the source is deleted with the source, as the sub-item that it lies in cannot be
+  //     attached below it (0x1300803); the target pointer must not be used after that. Such a target, and the items
+  //     above it, must have no friend.
+  static void mergeTree(KyCErrorListPool& pool, KyCInventoryItem*& target, KyCInventoryItem*& source,
+                        unsigned int flags);
+
+  // Makes a deep copy of this item and all below it.
+  //
+  //   tree                                         copy, a root of its own
+  //   ROOT                                         BOARD[2]
+  //    +- BOARD[2] --friend--> SHARED_DATA[1]       +- SIZE 7           no methods, no designated value
+  //        +- SIZE 7 (write method, pending 8)      +- CPU[1]
+  //        +- CPU[1]                                    +- NAME "x"
+  //            +- NAME "x"
+  //
+  //   copy     takes the new tree. What it was before is not looked at
+  //
+  // Result:     IDs, indices, descriptions, orders, types, values, units, modifiable flags and relevances are the same.
+  //             Auxiliary info (updaters, methods, designated values) and friends are left out. Null when the item itself
+  //             cannot be copied.
+  // Errors:     0x130080C  an item cannot be copied (behind the base library's own report)
+  //             0x130080E  a parameter cannot be copied or added, for instance because its item has two of its ID (behind
+  //                        the cause); it is missing from the copy
+  //             0x130080F  something below a sub-item has been reported (behind that); once for each level above it
+  //             0x1300816  a sub-item's copy cannot be added, because the item has another one of its ID and index or a
+  //                        parameter of its ID; its subtree is missing from the copy. Both texts are IDs, not addresses
+  // On failure: goes on with the next parameter or sub-item; the copy has gaps.
+  // Ownership:  the copy is the caller's. It is from the global allocator and ends with delete, as all trees do.
+  // Cost:       one look-up and the blocks of a new one for each item and each parameter.
+  void copyTree(KyCErrorListPool& pool, KyCInventoryItem*& copy) const;
+
+  // Links the items that refer to shared data with it: from then on a look-up that finds nothing in an item goes on in
+  // its friend. Once, on the root, after a tree has been built or read back.
+  //
+  //   ROOT
+  //    +- SHARED_DATA[2] <--------------+
+  //    |   +- SIZE 16                   |
+  //    |   +- IOCHANNEL[1] <---------+  |
+  //    +- BOARD[7] - - - friend - - -|- +    getParameter(SIZE) of BOARD[7] finds 16 from now on
+  //        +- SHARED_DATA_INDEX 2    |
+  //        +- IOCHANNEL[1] - friend -+
+  //        +- IOCHANNEL[3]                   has no counterpart: not linked, nor anything below it
+  //
+  //   pool        receives the reports below; the second form keeps them to itself
+  //   sharedItem  null: looks for users of shared data below this item. Otherwise this item is linked to it, and the
+  //               items below to their counterparts of the same ID and index
+  //
+  // Errors:     what getValue<unsigned int> reports for a SHARED_DATA_INDEX of another type, whose value is then 0
+  // Warnings, sent to the error manager; the walk goes on:
+  //             0x1300815  a user names shared data that is not among its siblings: not linked, nor anything below it
+  //             0x1300814  an item inside a user has a SHARED_DATA_INDEX too, which is ignored
+  //             0x1300813  a shared data item is a user, or lies inside one and has a counterpart: it is not linked, nor
+  //                        anything below it
+  // Ownership:  nothing is owned by a link. Shared data must live as long as it is linked, or be linked anew.
+  // Cost:       two look-ups for each item; what is inside shared data is not walked.
+  // Kept on purpose: a link is replaced but never taken away: an item that has lost its counterpart since the last time
+  //             keeps its old friend. SHARED_DATA_INDEX is looked up through an old friend, too. The second form links
+  //             also when there is no memory for an error list.
+  void linkSharedData(KyCErrorListPool& pool, KyCInventoryItem* sharedItem);
+  void linkSharedData(KyCInventoryItem* sharedItem);
+
   // Hangs an updater on an update element. Once per item; there is no way to take it off again.
   //
   //   updater     not null

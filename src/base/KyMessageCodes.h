@@ -98,7 +98,7 @@ constexpr unsigned int KY_MSG_SHARED_DATA_NESTED_REFERENCE = 0x1300814;
 // exist."    a warning; arguments "%s%s": item address, address of the shared data item
 constexpr unsigned int KY_MSG_SHARED_DATA_ITEM_MISSING = 0x1300815;
 // "Internal error. Kyrel Support information: Cannot add item %1 to inventory tree below item %2."
-//     arguments "%s%s": item ID, item address
+//     arguments "%s%s": item ID, ID of the other item
 constexpr unsigned int KY_MSG_CANNOT_ADD_ITEM = 0x1300816;
 // "Internal error. Kyrel Support information: Cannot set update create method for item %1."
 //     arguments "%s": item address
