@@ -7,10 +7,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "inventory/KyInventoryTree.h"
 #include "support/KyFiles.h"
+#include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
 
 namespace
@@ -55,6 +57,27 @@ protected:
     const std::string bytes(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition());
     write(name, bytes);
     return bytes;
+  }
+
+  // Stores the tree that a sample text describes; gives the file's path.
+  std::string store(const std::string& name, const std::string& text) const
+  {
+    KyTestPool pool;
+    KySampleTree sample(text);
+    KyCBuffer buffer(pool);
+    KyCInventoryData::generateInventorySection(pool, buffer, &sample.root());
+    return m_folder.write(name,
+                          std::string(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition()));
+  }
+
+  // How the tree of a file differs from what a sample text describes; empty when it does not.
+  std::string difference(const std::string& name, const std::string& text) const
+  {
+    KyTestPool pool;
+    KyCInventoryItem* root = nullptr;
+    KyCInventoryData::extractInventoryTreeFromFile(pool, path(name).c_str(), root);
+    const std::unique_ptr<KyCInventoryItem> tree(root);
+    return tree == nullptr ? "no tree" : KyTreeDifference(*tree, KySampleTree(text).root());
   }
 
   KyTemporaryFolder m_folder;
@@ -216,6 +239,88 @@ TEST_F(Tool, scanWithAnEmptyFileNameIsWrongUsage)
   }
 }
 
+TEST_F(Tool, mergeMakesOneTreeOfSeveral)
+{
+  const std::string a = store("a.kyinv", "ROOT NAME=\"a\"; BOARD[1] SIZE=1");
+  const std::string b = store("b.kyinv", "ROOT NAME=\"b\" OFFSET=2; BOARD[1] SIZE=3 OFFSET=4");
+  const std::string c = store("c.kyinv", "ROOT/BOARD[2]/CPU SIZE=5");
+  const Outcome outcome = run("merge " + a + " " + b + " " + c + " -o " + path("all.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(difference("all.kyinv", "ROOT NAME=\"a\" OFFSET=2; BOARD[1] SIZE=1 OFFSET=4; BOARD[2]/CPU SIZE=5"), "");
+}
+
+TEST_F(Tool, mergeWithoutParametersTakesThoseOfNewItemsAlone)
+{
+  const std::string a = store("a.kyinv", "ROOT/BOARD[1] SIZE=1");
+  const std::string b = store("b.kyinv", "ROOT OFFSET=2; BOARD[1] OFFSET=4; BOARD[2] SIZE=5");
+  EXPECT_EQ(run("merge --no-parameters " + a + " " + b + " -o " + path("all.kyinv")).exitCode, 0);
+  EXPECT_EQ(difference("all.kyinv", "ROOT/BOARD[1] SIZE=1; BOARD[2] SIZE=5"), "");
+}
+
+TEST_F(Tool, mergeNamesTheFileAndTheAddressOfEachReportWithExitCode1)
+{
+  const std::string a = store("a.kyinv", "ROOT CPU=1; BOARD/IOCHANNEL/SIZE");
+  const std::string b = store("b.kyinv", "ROOT/CPU/DEVICE; BOARD/IOCHANNEL SIZE=2; BOARD/DEVICE");
+  const Outcome outcome = run("merge " + a + " " + b + " -o " + path("all.kyinv"));
+  const std::string internal = "Internal error. Kyrel Support information: ";
+  const std::string exists = internal + "Cannot create or add item or parameter with ID ";
+  const std::string cannotMerge = internal + "Cannot merge inventory tree. (0x1300803, mergeTree)\n";
+  const std::string subject = "kyinventory: " + b + ": ";
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, subject + "CPU: " + exists +
+                             "CPU at root item. The ID already exists. (0x130081A, mergeTree)\n" + subject +
+                             "BOARD/IOCHANNEL/SIZE: " + exists +
+                             "SIZE at BOARD/IOCHANNEL. The ID already exists. (0x130081A, addParameter)\n" + subject +
+                             "BOARD/IOCHANNEL/SIZE: " + cannotMerge + subject + "BOARD/IOCHANNEL: " + cannotMerge +
+                             subject + "BOARD: " + cannotMerge);
+  EXPECT_EQ(difference("all.kyinv", "ROOT CPU=1; BOARD/IOCHANNEL/SIZE"), "");
+}
+
+TEST_F(Tool, mergeWritesOverAnInputOrAnExistingFileOnlyWhenForced)
+{
+  const std::string a = store("a.kyinv", "ROOT/BOARD[1]");
+  const std::string b = store("b.kyinv", "ROOT/BOARD[2]");
+  fs::create_symlink("b.kyinv", path("link.kyinv"));
+  Outcome outcome = run("merge " + a + " " + b + " -o " + path("link.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("link.kyinv") + ": is an input as well; --force writes over it\n");
+  EXPECT_EQ(difference("b.kyinv", "ROOT/BOARD[2]"), "");
+
+  write("old.kyinv", "old");
+  outcome = run("merge " + a + " " + b + " -o " + path("old.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("old.kyinv") + ": exists already; --force writes over it\n");
+  EXPECT_EQ(contentOf(path("old.kyinv")), "old");
+
+  EXPECT_EQ(run("merge --force " + a + " " + b + " -o " + path("old.kyinv")).exitCode, 0);
+  EXPECT_EQ(difference("old.kyinv", "ROOT/BOARD[1]; BOARD[2]"), "");
+  EXPECT_EQ(run("merge --force " + a + " " + b + " -o " + b).exitCode, 0);
+  EXPECT_EQ(difference("b.kyinv", "ROOT/BOARD[1]; BOARD[2]"), "");
+}
+
+TEST_F(Tool, mergeWithAnUnreadableInputWritesNothingWithExitCode3)
+{
+  const std::string a = store("a.kyinv", "ROOT/BOARD[1]");
+  EXPECT_EQ(run("merge " + a + " " + path("missing.kyinv") + " -o " + path("all.kyinv")).exitCode, 3);
+  EXPECT_FALSE(fs::exists(path("all.kyinv")));
+}
+
+TEST_F(Tool, mergeNeedsTwoInputsAndAnOutput)
+{
+  const std::string a = store("a.kyinv", "ROOT");
+  EXPECT_EQ(run("merge " + a + " -o " + path("all.kyinv")).exitCode, 2);
+  EXPECT_EQ(run("merge " + a + " " + a).exitCode, 2);
+}
+
+TEST_F(Tool, mergeOfAFileWithItselfGivesThatFile)
+{
+  const std::string a = store("a.kyinv", "ROOT NAME=\"a\"; BOARD[2]/CPU SIZE=1");
+  EXPECT_EQ(run("merge " + a + " " + a + " -o " + path("all.kyinv")).exitCode, 0);
+  EXPECT_EQ(contentOf(path("all.kyinv")), contentOf(a));
+}
+
 #ifdef KY_HAVE_HOST
 TEST_F(Tool, scanIntoADeviceOrAPipeDoesNotReadItBack)
 {
@@ -304,6 +409,25 @@ TEST_F(Tool, topologyFilesOfRealMachinesScanTwiceToTheSameBytes)
     EXPECT_EQ(contentOf(path("first.kyinv")), contentOf(path("second.kyinv"))) << entry.path();
   }
   EXPECT_GT(files, 0u);
+}
+
+TEST_F(Tool, mergeTakesTwoRealMachines)
+{
+  const fs::path folder = fs::path(KY_SOURCE_DIR) / ".." / "shared" / "data" / "topologies";
+  if (!fs::is_directory(folder)) GTEST_SKIP() << "no topology files of real machines beside the sources";
+  std::string inputs;
+  unsigned int files = 0;
+  for (const auto& entry : fs::directory_iterator(folder))
+  {
+    if (entry.path().extension() != ".xml" || files == 2) continue;
+    const std::string scanned = path("machine" + std::to_string(++files) + ".kyinv");
+    EXPECT_EQ(run("scan --topology " + entry.path().string() + " -o " + scanned).exitCode, 0);
+    inputs += " " + scanned;
+  }
+  ASSERT_EQ(files, 2u);
+  const Outcome outcome = run("merge" + inputs + " -o " + path("both.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(run("show " + path("both.kyinv")).exitCode, 0);
 }
 #else
 TEST_F(Tool, scanSaysThatThisBuildCannotTakeInventories)

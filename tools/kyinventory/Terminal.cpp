@@ -47,15 +47,17 @@ void complain(const std::string& message)
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
+void complainAbout(const std::string& subject, const KyErrorEntry& entry)
+{
+  char origin[32];
+  std::snprintf(origin, sizeof(origin), " (0x%X, ", entry.code);
+  complain(subject + ": " + entry.text + origin + entry.function + ")");
+}
+
 void complainAbout(const std::string& subject, const KyCErrorList& reports)
 {
   for (unsigned int n = 0; n < reports.getEntryCount(); ++n)
-  {
-    const KyErrorEntry& entry = reports.getEntry(n);
-    char origin[32];
-    std::snprintf(origin, sizeof(origin), " (0x%X, ", entry.code);
-    complain(subject + ": " + entry.text + origin + entry.function + ")");
-  }
+    complainAbout(subject, reports.getEntry(n));
 }
 
 bool printText(const KyCString& text)

@@ -10,6 +10,9 @@
 // file's texts.
 void complain(const std::string& message);
 
+// One report as "kyinventory: SUBJECT: text (0xCODE, function)".
+void complainAbout(const std::string& subject, const KyErrorEntry& entry);
+
 // Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)".
 void complainAbout(const std::string& subject, const KyCErrorList& reports);
 

@@ -3,7 +3,7 @@
 
 namespace
 {
-constexpr void (*commands[])(CLI::App&, int&) = {addScanCommand, addShowCommand};
+constexpr void (*commands[])(CLI::App&, int&) = {addScanCommand, addShowCommand, addMergeCommand};
 }
 
 int main(int argc, char** argv)
@@ -11,7 +11,8 @@ int main(int argc, char** argv)
   CLI::App program("Takes, stores and shows inventories of real-time test systems.", "kyinventory");
   program.set_version_flag("--version", "kyinventory " KY_VERSION);
   program.require_subcommand(1);
-  program.footer("Exit codes: 0 done, 1 not found, 2 wrong usage, 3 input unusable, 4 output failed.");
+  program.footer(
+      "Exit codes: 0 done, 1 not found, or merged with reports, 2 wrong usage, 3 input unusable, 4 output failed.");
 
   int exitCode = EXIT_OK;
   for (auto add : commands)
