@@ -239,6 +239,53 @@ TEST_F(Tool, scanWithAnEmptyFileNameIsWrongUsage)
   }
 }
 
+TEST_F(Tool, showSharedMarksWhatAnItemHasFromItsSharedItem)
+{
+  const std::string a =
+      store("a.kyinv",
+            "ROOT/SHARED_DATA[2] SIZE=16 NAME=\"shared\"; SHARED_DATA[2]/CPU OFFSET=5\n"
+            "SHARED_DATA[2]/DEVICE ID=6; BOARD[7] SHARED_DATA_INDEX:UInt32=2 NAME=\"own\"; BOARD[7]/CPU");
+  const Outcome outcome = run("show --shared " + a + " BOARD[7] --options 0xC0000");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.out,
+            "<ITEM ID=\"BOARD[7]\" Descr=\"BOARD\">\n"
+            "    <PARAM ID=\"SHARED_DATA_INDEX\" Descr=\"SHARED_DATA_INDEX\" Type=\"UInt32\">\n"
+            "        <VALUE>2</VALUE>\n"
+            "    </PARAM>\n"
+            "    <PARAM ID=\"NAME\" Descr=\"NAME\" Type=\"String\">\n"
+            "        <VALUE>own</VALUE>\n"
+            "    </PARAM>\n"
+            "    <PARAM ID=\"SIZE\" Descr=\"shared: SHARED_DATA[2]/SIZE\" Type=\"Int32\">\n"
+            "        <VALUE>16</VALUE>\n"
+            "    </PARAM>\n"
+            "    <ITEM ID=\"CPU\" Descr=\"CPU\">\n"
+            "        <PARAM ID=\"OFFSET\" Descr=\"shared: SHARED_DATA[2]/CPU/OFFSET\" Type=\"Int32\">\n"
+            "            <VALUE>5</VALUE>\n"
+            "        </PARAM>\n"
+            "    </ITEM>\n"
+            "    <ITEM ID=\"DEVICE\" Descr=\"shared: SHARED_DATA[2]/DEVICE\">\n"
+            "        <PARAM ID=\"ID\" Descr=\"ID\" Type=\"Int32\">\n"
+            "            <VALUE>6</VALUE>\n"
+            "        </PARAM>\n"
+            "    </ITEM>\n"
+            "</ITEM>\n");
+  EXPECT_EQ(run("show " + a + " BOARD[7]/SIZE").exitCode, 1) << "without --shared nothing is linked";
+  EXPECT_EQ(run("show --shared " + a + " BOARD[7]/CPU/OFFSET --plain --options 0xC0001").out,
+            "OFFSET shared: SHARED_DATA[2]/CPU/OFFSET Int32\n5\n");
+}
+
+TEST_F(Tool, showSharedWritesWarningsToStandardErrorWithExitCode0)
+{
+  const std::string a = store("a.kyinv", "ROOT/BOARD[7] SHARED_DATA_INDEX:UInt32=2");
+  const Outcome outcome = run("show --shared " + a + " BOARD[7] --options 0x8");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "<ITEM ID=\"BOARD[7]\" Descr=\"BOARD\">\n</ITEM>\n");
+  EXPECT_EQ(outcome.err, "kyinventory: " + a +
+                             ": Internal error. Kyrel Support information: Item BOARD[7] references shared data item "
+                             "SHARED_DATA[2], but the shared data item does not exist. (0x1300815, linkSharedData)\n");
+}
+
 TEST_F(Tool, mergeMakesOneTreeOfSeveral)
 {
   const std::string a = store("a.kyinv", "ROOT NAME=\"a\"; BOARD[1] SIZE=1");

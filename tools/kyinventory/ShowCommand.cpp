@@ -4,6 +4,7 @@
 
 #include "Command.h"
 #include "SectionFile.h"
+#include "SharedView.h"
 #include "Terminal.h"
 #include "inventory/KyCInventoryAddress.h"
 #include "inventory/KyCInventoryParameter.h"
@@ -13,12 +14,14 @@ namespace
 // Bits of the dump's option mask that the command sets itself.
 constexpr int optionNoItemHead = 0x10;
 constexpr int optionPlain = 0x80;
+constexpr int optionDescriptions = 0x4800;    // of items and parameters
 
 struct ShowArguments
 {
   std::string file;
   std::string address;
   bool plain = false;
+  bool shared = false;
   std::string options = "0";
   int depth = -1;    // levels of sub-items to show; negative: all
   int indent = 0;
@@ -83,7 +86,8 @@ int printParameter(const KyCInventoryParameter& parameter, int options, int inde
 
 int show(const ShowArguments& arguments)
 {
-  const int mask = static_cast<int>(std::stoul(arguments.options, nullptr, 0)) | (arguments.plain ? optionPlain : 0);
+  const int mask = static_cast<int>(std::stoul(arguments.options, nullptr, 0)) | (arguments.plain ? optionPlain : 0) |
+                   (arguments.shared ? optionDescriptions : 0);
   KyCInventoryAddress address;
   address.readFromString(KyCString(arguments.address.c_str()));
   if (address.isEmpty() && !arguments.address.empty())
@@ -92,7 +96,8 @@ int show(const ShowArguments& arguments)
     return EXIT_USAGE;
   }
 
-  const TreePointer tree = readSectionFile(arguments.file);
+  TreePointer tree = readSectionFile(arguments.file);
+  if (tree && arguments.shared) tree = withSharedData(*tree, arguments.file);
   if (!tree) return EXIT_INPUT;
   KyCInventoryItem* item = tree->getItem(address);
   if (item != nullptr)
@@ -130,6 +135,9 @@ void addShowCommand(CLI::App& program, int& exitCode)
   command->add_option("ADDRESS", arguments->address,
                       "Item or parameter to print, such as CPU[2]/L1_CACHE; default: all");
   command->add_flag("--plain", arguments->plain, "No mark-up: values and names alone, separated by blanks");
+  command->add_flag(
+      "--shared", arguments->shared,
+      "Link shared data first, and print with each item what it has from there, described as \"shared: ...\"");
   command->add_option("--options", arguments->options, "Option mask of the text dump, such as 0xC0000")
       ->check(checkMask, "MASK");
   command->add_option("--depth", arguments->depth, "Levels of sub-items to print; 0: the item alone; default: all")
