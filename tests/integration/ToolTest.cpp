@@ -100,6 +100,9 @@ TEST_F(Tool, wrongUsageGivesExitCode2)
   storeSample("a.kyinv");
   EXPECT_EQ(run("show " + path("a.kyinv") + " --options 0x400000").exitCode, 2);
   EXPECT_EQ(run("show " + path("a.kyinv") + " --options fast").exitCode, 2);
+  EXPECT_EQ(run("show " + path("a.kyinv") + " --options 0x").exitCode, 2);
+  EXPECT_EQ(run("show " + path("a.kyinv") + " --options=-1").exitCode, 2);
+  EXPECT_EQ(run("show " + path("a.kyinv") + " --options 010").exitCode, 0);    // decimal, not octal
   EXPECT_EQ(run("show " + path("a.kyinv") + " --depth -1").exitCode, 2);
   EXPECT_EQ(run("show " + path("a.kyinv") + " NO_SUCH_ID").exitCode, 2);
 }

@@ -54,7 +54,7 @@ TreeSize measure(const KyCInventoryItem& root)
   }
 }
 
-// What was stored must read back equal; a file that would not is worse than none.
+// The bytes were found to read back equal before they were written; this asks the same of the file.
 bool storeAndVerify(const std::string& path, KyCInventoryItem& tree)
 {
   if (!writeSectionFile(path, tree)) return false;

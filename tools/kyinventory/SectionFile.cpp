@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "SameTree.h"
 #include "Terminal.h"
 #include "composite/KyCBuffer.h"
 #include "inventory/KyCInventoryData.h"
@@ -105,6 +106,20 @@ bool writeBytes(const std::string& givenPath, const unsigned char* bytes, std::s
   if (!stored) errno = reason;
   return (stored && closed) || failed(path, "cannot be written");
 }
+
+// Whether the stored bytes give the tree again. A file that would not is worse than none.
+bool readsBackEqual(const std::string& path, const KyCBuffer& section, const KyCInventoryItem& root)
+{
+  KyCErrorListPool pool;
+  KyCInventoryItem* stored = nullptr;
+  KyCInventoryData::extractInventoryTreeFromMem(pool, section.getStorage(), section.getWritePosition(), stored);
+  const TreePointer tree(stored);
+  complainAbout(path, pool);
+  const std::string difference = tree ? firstDifference(root, *tree) : "root item: tree";
+  if (difference.empty()) return true;
+  complain(path + ": not written: would not read back equal at " + difference);
+  return false;
+}
 }    // namespace
 
 TreePointer readSectionFile(const std::string& path)
@@ -137,7 +152,7 @@ bool writeSectionFile(const std::string& path, KyCInventoryItem& root)
     complainAbout(path, pool);
     return false;
   }
-  return writeBytes(path, buffer.getStorage(), buffer.getWritePosition());
+  return readsBackEqual(path, buffer, root) && writeBytes(path, buffer.getStorage(), buffer.getWritePosition());
 }
 
 bool isReadableAgain(const std::string& path)

@@ -12,7 +12,7 @@ using TreePointer = std::unique_ptr<KyCInventoryItem>;
 // file cannot be read, holds no section or is damaged.
 TreePointer readSectionFile(const std::string& path);
 
-// Stores the tree as a section file. The bytes go to a temporary file beside the target, which is flushed to the disk
+// Stores the tree as a section file, once its bytes have been found to read back equal. The bytes go to a temporary file beside the target, which is flushed to the disk
 // and then takes the target's place: the target is the old or the new file, whole, whatever happens. "-" is standard
 // output. False, after a message on standard error, when it cannot be done; the target is then as it was.
 bool writeSectionFile(const std::string& path, KyCInventoryItem& root);

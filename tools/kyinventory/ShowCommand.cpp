@@ -1,4 +1,5 @@
 // kyinventory show: prints a stored tree, or one item or parameter of it.
+#include <charconv>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@ namespace
 // Bits of the dump's option mask that the command sets itself.
 constexpr int optionNoItemHead = 0x10;
 constexpr int optionPlain = 0x80;
+constexpr int largestMask = 0x3FFFFF;         // every bit that the dump knows
 constexpr int optionDescriptions = 0x4800;    // of items and parameters
 
 struct ShowArguments
@@ -84,10 +86,21 @@ int printParameter(const KyCInventoryParameter& parameter, int options, int inde
   return printItem(holder, options | optionNoItemHead, indent);
 }
 
+// Decimal, or hexadecimal with 0x in front; a leading 0 alone means nothing special. -1 when the text is no option mask.
+int parseMask(const std::string& text)
+{
+  const bool isHex = text.rfind("0x", 0) == 0 || text.rfind("0X", 0) == 0;
+  const char* const first = text.c_str() + (isHex ? 2 : 0);
+  const char* const last = text.c_str() + text.size();
+  int mask = 0;
+  const auto [end, error] = std::from_chars(first, last, mask, isHex ? 16 : 10);
+  return error == std::errc() && end == last && mask >= 0 && mask <= largestMask ? mask : -1;
+}
+
 int show(const ShowArguments& arguments)
 {
-  const int mask = static_cast<int>(std::stoul(arguments.options, nullptr, 0)) | (arguments.plain ? optionPlain : 0) |
-                   (arguments.shared ? optionDescriptions : 0);
+  const int mask =
+      parseMask(arguments.options) | (arguments.plain ? optionPlain : 0) | (arguments.shared ? optionDescriptions : 0);
   KyCInventoryAddress address;
   address.readFromString(KyCString(arguments.address.c_str()));
   if (address.isEmpty() && !arguments.address.empty())
@@ -111,19 +124,10 @@ int show(const ShowArguments& arguments)
   return EXIT_NOT_FOUND;
 }
 
-// Empty when the text is a number that fits the option mask.
+// Empty when the text is an option mask.
 std::string checkMask(const std::string& text)
 {
-  std::size_t end = 0;
-  try
-  {
-    const unsigned long long mask = std::stoull(text, &end, 0);
-    if (end == text.size() && text[0] != '-' && mask <= 0x3FFFFF) return {};
-  }
-  catch (const std::exception&)
-  {
-  }
-  return "must be a number from 0 to 0x3FFFFF, decimal or with 0x in front";
+  return parseMask(text) >= 0 ? "" : "must be a number from 0 to 0x3FFFFF, decimal or with 0x in front";
 }
 }    // namespace
 
