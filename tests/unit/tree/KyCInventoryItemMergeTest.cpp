@@ -436,6 +436,21 @@ TEST(KyCInventoryItemMerge, wideTreesAreMergedInNearLinearTime)
   EXPECT_NE(trees.target->getItem(DEVICE[50000]), nullptr);
 }
 
+TEST(KyCInventoryItemMerge, manyParametersAreMovedInNearLinearTime)
+{
+  KyTestPool pool;
+  KyCMerge trees("ROOT", "ROOT");
+  for (unsigned int id = 10000; id < 110000; ++id)
+  {
+    KyCInventoryItem& item = id % 2 == 0 ? *trees.target : *trees.source;
+    item.addParameter(pool, THIS_NODE,
+                      new (pool) KyCInventoryParameter(pool, KyCInventoryAddress(id), "", 1, "", false, 0));
+  }
+  trees.merge(pool, 1);
+  EXPECT_NE(trees.target->getParameterByOrdinalNumber(99999), nullptr);
+  EXPECT_EQ(trees.target->getParameterByOrdinalNumber(100000), nullptr);
+}
+
 TEST(KyCInventoryItemMerge, aMergedTreeStoresAndReadsBackEqual)
 {
   KyCMerge trees("ROOT NAME=\"a\"; BOARD[2] SIZE=4",
