@@ -5,6 +5,7 @@
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "support/KyDeepAddress.h"
+#include "support/KyPendingValue.h"
 #include "support/KySampleTree.h"
 #include "support/KySmallStack.h"
 #include "support/KyTestPool.h"
@@ -93,7 +94,7 @@ TEST(KyCInventoryItemCopy, ofAnItemWithNothingInItIsThatItem)
   EXPECT_EQ(KyTreeDifference(*copy, KySampleTree("BOARD[4]").root()), "");
 }
 
-TEST(KyCInventoryItemCopy, leavesOutUpdatersMethodsAndSharedData)
+TEST(KyCInventoryItemCopy, leavesOutUpdatersMethodsPendingValuesAndSharedData)
 {
   KyTestPool pool;
   unsigned int destroyed = 0;
@@ -101,11 +102,15 @@ TEST(KyCInventoryItemCopy, leavesOutUpdatersMethodsAndSharedData)
   sample.item("UPDATE_ELEMENT")->setUpdater(pool, new KyCCountedUpdater(destroyed));
   sample.parameter("SIZE")->setCheckAndWriteMethod(pool, neverCalled, neverCalled, BOARD / NAME, &destroyed);
   sample.parameter("OFFSET")->setUpdateMethod(pool, neverCalled);
+  auto* const pending = new KyCInventoryParameter(pool, KyCInventoryAddress(0u), nullptr, 7, nullptr, true, 0);
+  writeInfoOf(*sample.parameter("SIZE"))->setDesignatedValue(pending);
   KyInventoryAccess::setFriend(*sample.item("UPDATE_ELEMENT"), sample.item("SHARED_DATA"));
   KyItemPtr copy = copyOf(pool, sample.root());
 
   EXPECT_EQ(KyTreeDifference(*copy, sample.root()), "");
   EXPECT_EQ(copy->getItem(UPDATE_ELEMENT)->getUpdater(), nullptr);
+  EXPECT_EQ(writeInfoOf(*copy->getParameter(SIZE)), nullptr) << "so nothing is pending in the copy";
+  EXPECT_EQ(writeInfoOf(*sample.parameter("SIZE"))->getDesignatedValue(), pending);
   EXPECT_EQ(copy->getParameter(SIZE)->getCheckMethod(), nullptr);
   EXPECT_EQ(copy->getParameter(SIZE)->getWriteMethod(), nullptr);
   EXPECT_EQ(copy->getParameter(SIZE)->getCustomPointer(), nullptr);

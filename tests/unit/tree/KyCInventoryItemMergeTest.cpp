@@ -5,6 +5,7 @@
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "support/KyDeepAddress.h"
+#include "support/KyPendingValue.h"
 #include "support/KySampleTree.h"
 #include "support/KySmallStack.h"
 #include "support/KyTestPool.h"
@@ -164,7 +165,7 @@ TEST(KyCInventoryItemMerge, aSubItemOfAnotherIndexIsMovedBesideTheTargets)
   EXPECT_EQ(trees.difference("ROOT/BOARD[1] SIZE=1; BOARD[2] SIZE=2; BOARD[2]/CPU NAME=\"x\""), "");
 }
 
-TEST(KyCInventoryItemMerge, whatIsMovedKeepsItsAuxiliaryInfo)
+TEST(KyCInventoryItemMerge, whatIsMovedKeepsItsAuxiliaryInfoAndPendingValue)
 {
   KyTestPool pool;
   KyCMerge trees("ROOT", "ROOT SIZE=1; UPDATE_ELEMENT OFFSET=2");
@@ -173,7 +174,10 @@ TEST(KyCInventoryItemMerge, whatIsMovedKeepsItsAuxiliaryInfo)
   trees.source->getItem(UPDATE_ELEMENT)->setUpdater(pool, updater);
   trees.source->getParameter(SIZE)->setCheckAndWriteMethod(pool, nullptr, neverCalled, BOARD / NAME, &destroyed);
   trees.source->getParameter(UPDATE_ELEMENT / OFFSET)->setUpdateMethod(pool, neverCalled);
+  auto* const pending = new KyCInventoryParameter(pool, KyCInventoryAddress(0u), nullptr, 7, nullptr, true, 0);
+  writeInfoOf(*trees.source->getParameter(SIZE))->setDesignatedValue(pending);
   trees.merge(pool, 1);
+  EXPECT_EQ(writeInfoOf(*trees.target->getParameter(SIZE))->getDesignatedValue(), pending);
   EXPECT_EQ(trees.target->getItem(UPDATE_ELEMENT)->getUpdater(), updater);
   EXPECT_EQ(trees.target->getParameter(SIZE)->getWriteMethod(), &neverCalled);
   EXPECT_EQ(trees.target->getParameter(SIZE)->getCustomPointer(), &destroyed);
