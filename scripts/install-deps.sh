@@ -5,13 +5,13 @@ usage='usage: scripts/install-deps.sh [--ci]
 Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
 all are there. As another user than root it prints the command to run and exits with 1.
 
-  --ci    also what only the continuous integration uses: clang, clang-format, valgrind'
+  --ci    also what only the continuous integration uses: git, clang, clang-format, valgrind'
 set -eu
 
 packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev'
 case "${1-}" in
   '') ;;
-  --ci) packages="$packages clang clang-format libclang-rt-14-dev valgrind" ;;
+  --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;
   *) printf '%s\n' "$usage" >&2; exit 2 ;;
 esac
