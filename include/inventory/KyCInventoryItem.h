@@ -291,6 +291,39 @@ public:
   void setUpdater(KyCErrorListPool& pool, KyIUpdater* updater);
   KyIUpdater* getUpdater() const;    // null when there is none; never reports
 
+  // Pending values to the outside world, and fresh values from it: three walks over this item and all below it.
+  //
+  //   root.getParameter(address)->setDesignatedValue(pool, 3300);
+  //   root.check(pool, &root);    // who has a check method may say no
+  //   root.apply(pool, &root);    // writes what is still pending and makes it the parameters' own
+  //
+  //   context     handed to every method unchanged and not looked at; may be null
+  //
+  // check calls the check method of each parameter that has one and a pending value. One that returns false ends the
+  //             pending value; what it reports does not count.
+  // apply       calls the write method of each parameter with a pending value and then adopts the value. The write has
+  //             failed exactly when the pool's error count has grown during the call, and then ends the pending value;
+  //             what the method returns does not count. A value that cannot be adopted stays pending.
+  // updateParameters calls the update method of each parameter that has one. It has failed exactly when the error count
+  //             has grown; nothing changes then but the report. Pending values play no part.
+  //
+  // Order:      sub-items before the item itself, in list order; the parameters of an item by ordinal number. Friends are
+  //             not walked. A failure stops nothing: every parameter has its turn.
+  // Errors, each behind what the method has reported, and with the parameter's address:
+  //             0x1300811  check: the check method said no
+  //             0x1300804  apply: the write method has failed
+  //             0x1300805  apply: the value cannot be adopted (behind adoptDesignatedValue's reports)
+  //             0x1300806  apply: there is no write method; the pending value is ended
+  //             0x1300807  updateParameters: the update method has failed
+  // Cost:       one step for each item and parameter; allocates nothing but what methods and reports do.
+  // Kept on purpose: the modifiable flag is not looked at. Whether a value may change is for the methods to decide.
+  void check(KyCErrorListPool& pool, KyCInventoryItem* context);
+  void apply(KyCErrorListPool& pool, KyCInventoryItem* context);
+  void updateParameters(KyCErrorListPool& pool, KyCInventoryItem* context);
+
+  // Ends every pending value of this item and all below it, in the order above. Nothing is reported.
+  void deleteDesignatedValues();
+
   // Text dump; see KyCInventoryItemStream.h for the options.
   //
   //   options     the option mask; 0 gives the full mark-up

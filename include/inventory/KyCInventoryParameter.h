@@ -50,8 +50,10 @@ public:
   //   parameter  the parameter whose method it is
   //
   // Result:  only a check method's counts: false rejects the pending value.
-  // Called:  by KyCInventoryItem's walks over a tree, on the thread that runs the walk, once for each parameter
-  //          concerned. It may change values; it may not add, detach or delete items and parameters.
+  // Called:  by KyCInventoryItem's walks check, apply and updateParameters, on the thread that runs the walk, once for
+  //          each parameter concerned. It may change values, and add or remove items and parameters, but neither the
+  //          parameter that it is called for nor the items above it. Among the parameters of one item, the walk goes on
+  //          with the next ordinal number, whatever stands there then.
   typedef bool (*TMethod)(KyCErrorListPool& pool, KyCInventoryItem* context, KyCInventoryParameter* parameter);
 
   // Construction, one constructor for each value type.
@@ -190,11 +192,55 @@ public:
   KyCInventoryAddress getRelativeAddress() const;
   void* getCustomPointer() const;
 
+  // ---- The designated value: what the parameter is to become, pending until it is adopted or deleted.
+  //
+  // Only a parameter with a write method can have one. The value itself stays as it is meanwhile. KyCInventoryItem's
+  // walks do the usual round: check may veto the pending value, apply writes it out and adopts it.
+
+  // Makes value the pending one, in place of what was pending before.
+  //
+  //   T   the parameter's own value type; nothing is converted
+  //
+  // Errors:     0x130100A  the parameter has no write method
+  //             0x1301002  the value cannot be stored (behind the cause): no memory
+  //             0x1301003  T is not the parameter's type and nothing was pending
+  //             0x1301007  T is not the parameter's type and something was pending, or that could not be changed
+  //                        (function "setValue", behind the base library's own report); it stays pending
+  // On failure: nothing is pending that was not before.
+  // Cost:       for the first value one block, as for a parameter of its own; none for a number in place of another.
+  template <typename T, typename = std::enable_if_t<is_kyrel_type<T>::value>>
+  void setDesignatedValue(KyCErrorListPool& pool, T value);
+
+  // Reads the pending value.
+  //
+  //   T   the parameter's own value type
+  //
+  // Result:     the pending value; 0, "" or a default version on failure.
+  // Errors:     0x1301001  nothing is pending (function "getDesignatedValue"; "getDesignatedValue<KyCString>" and
+  //                        "getDesignatedValue<KyCVersion>" for these two types)
+  //             0x1301008  T is not the parameter's type (function "getValue", behind the base library's own report)
+  template <typename T, typename = std::enable_if_t<is_kyrel_type<T>::value>>
+  T getDesignatedValue(KyCErrorListPool& pool) const;
+
+  bool isDesignatedValueValid() const;    // whether a value is pending
+  void deleteDesignatedValue();           // ends that; does nothing when none is
+
+  // Makes the pending value the parameter's own. The modifiable flag is not looked at, and no method is called.
+  //
+  // Errors:     0x1301004  nothing is pending
+  //             0x1301005  the parameter's type is none of the twelve
+  //             0x1301006  the pending value cannot be read (behind the cause)
+  //             0x1301007  the parameter's value cannot be set (behind setValue's reports): no memory
+  // On failure: the value stays pending and the parameter keeps its own.
+  void adoptDesignatedValue(KyCErrorListPool& pool);
+
 private:
   friend struct KyInventoryAccess;    // the library's own way to the base class and the fields
 
   void init(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description, const char* unit,
             bool modifiable, unsigned int relevance);
+  template <typename T>
+  void adoptDesignatedValueAs(KyCErrorListPool& pool);
 
   KyCString m_unit;
   bool m_modifiable = false;

@@ -13,3 +13,4 @@
 #include "inventory/KyCInventoryTagMap.h"
 #include "inventory/KyIUpdater.h"
 #include "inventory/KyNInventoryIDs.h"
+#include "inventory/KyNInventoryTree.h"

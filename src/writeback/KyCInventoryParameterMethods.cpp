@@ -6,14 +6,14 @@
 #include "inventory/KyCInventoryAuxInfo.h"
 #include "inventory/KyCInventoryParameter.h"
 #include "writeback/KyAuxInfoKinds.h"
+#include "writeback/KyParameterReport.h"
 
 void KyCInventoryParameter::setCheckAndWriteMethod(KyCErrorListPool& pool, TMethod checkMethod, TMethod writeMethod,
                                                    KyCInventoryAddress relativeAddress, void* customPointer)
 {
   if (m_auxInfo != nullptr || writeMethod == nullptr)
   {
-    pool.setError(KY_MSG_CANNOT_SET_WRITE_OR_UPDATE_METHOD, __LINE__, "setCheckAndWriteMethod", "%s",
-                  getAddress().toString().c_str());
+    kyReportParameter(pool, KY_MSG_CANNOT_SET_WRITE_OR_UPDATE_METHOD, __LINE__, "setCheckAndWriteMethod", *this);
     return;
   }
   m_auxInfo =
@@ -24,8 +24,7 @@ void KyCInventoryParameter::setUpdateMethod(KyCErrorListPool& pool, TMethod upda
 {
   if (m_auxInfo != nullptr || updateMethod == nullptr)
   {
-    pool.setError(KY_MSG_CANNOT_SET_WRITE_OR_UPDATE_METHOD, __LINE__, "setUpdateMethod", "%s",
-                  getAddress().toString().c_str());
+    kyReportParameter(pool, KY_MSG_CANNOT_SET_WRITE_OR_UPDATE_METHOD, __LINE__, "setUpdateMethod", *this);
     return;
   }
   m_auxInfo = new KyNInventoryParameter::KyCAuxInfoParamUpdate(updateMethod);
