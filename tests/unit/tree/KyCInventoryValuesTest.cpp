@@ -69,29 +69,6 @@ void expectMismatchAtItem()
                  {0x1301007, "setValue", "Cannot set value of parameter BOARD[2]/SIZE."});
   EXPECT_TRUE(root.getValue<TOwn>(pool, s_place) == KyValueCase<TOwn>::first()) << own << " as " << other;
 }
-
-// Calls the function with a null TOwn* and a null TOther* for each pair of different types; gives their number.
-template <typename TFunction>
-unsigned int forEachMismatch(TFunction function)
-{
-  unsigned int count = 0;
-  KyValueTypes::forEach(
-      [&](auto* own)
-      {
-        using TOwn = std::remove_pointer_t<decltype(own)>;
-        KyValueTypes::forEach(
-            [&](auto* other)
-            {
-              using TOther = std::remove_pointer_t<decltype(other)>;
-              if constexpr (!std::is_same_v<TOwn, TOther>)
-              {
-                function(static_cast<TOwn*>(nullptr), static_cast<TOther*>(nullptr));
-                ++count;
-              }
-            });
-      });
-  return count;
-}
 }    // namespace
 
 TEST(KyCInventoryParameterValues, everyTypeIsSetAndReadBack)
@@ -144,7 +121,7 @@ TEST(KyCInventoryParameterValues, theModifiableFlagIsNotEnforced)
 
 TEST(KyCInventoryParameterValues, everyOtherTypeIsReportedBehindTheBaseAndChangesNothing)
 {
-  EXPECT_EQ(forEachMismatch(
+  EXPECT_EQ(KyValueTypes::forEachPair(
                 [](auto* own, auto* other)
                 { expectMismatch<std::remove_pointer_t<decltype(own)>, std::remove_pointer_t<decltype(other)>>(); }),
             132u);
@@ -229,7 +206,7 @@ TEST(KyCInventoryItemValues, aValueIsFoundThroughTheItemsOwnAddressToo)
 
 TEST(KyCInventoryItemValues, everyOtherTypeIsReportedBehindTheBaseAndChangesNothing)
 {
-  EXPECT_EQ(forEachMismatch(
+  EXPECT_EQ(KyValueTypes::forEachPair(
                 [](auto* own, auto* other) {
                   expectMismatchAtItem<std::remove_pointer_t<decltype(own)>, std::remove_pointer_t<decltype(other)>>();
                 }),

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <limits>
+#include <type_traits>
 
 #include "composite/KyCString.h"
 #include "composite/KyCVersion.h"
@@ -113,6 +114,29 @@ struct KyTypeList
   static void forEach(TFunction function)
   {
     (function(static_cast<T*>(nullptr)), ...);
+  }
+
+  // Calls the function with a null TOwn* and a null TOther* for each pair of different types; gives their number.
+  template <typename TFunction>
+  static unsigned int forEachPair(TFunction function)
+  {
+    unsigned int count = 0;
+    forEach(
+        [&](auto* own)
+        {
+          using TOwn = std::remove_pointer_t<decltype(own)>;
+          forEach(
+              [&](auto* other)
+              {
+                using TOther = std::remove_pointer_t<decltype(other)>;
+                if constexpr (!std::is_same_v<TOwn, TOther>)
+                {
+                  function(static_cast<TOwn*>(nullptr), static_cast<TOther*>(nullptr));
+                  ++count;
+                }
+              });
+        });
+    return count;
   }
 };
 
