@@ -315,7 +315,8 @@ public:
   //             0x1300805  apply: the value cannot be adopted (behind adoptDesignatedValue's reports)
   //             0x1300806  apply: there is no write method; the pending value is ended
   //             0x1300807  updateParameters: the update method has failed
-  // Cost:       one step for each item and parameter; allocates nothing but what methods and reports do.
+  // Cost:       one step for each item and parameter; allocates nothing but what methods and reports do, and an index of
+  //             the parameters of an item that has many.
   // Kept on purpose: the modifiable flag is not looked at. Whether a value may change is for the methods to decide.
   void check(KyCErrorListPool& pool, KyCInventoryItem* context);
   void apply(KyCErrorListPool& pool, KyCInventoryItem* context);

@@ -8,6 +8,7 @@
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "support/KyPendingValue.h"
+#include "support/KyRecordingListener.h"
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
 #include "unit/writeback/KyScriptedMethods.h"
@@ -72,6 +73,7 @@ protected:
 
   KyTestPool m_pool;
   KyScriptedMethods m_methods;
+  TCalls m_ended;    // pending values, in the order in which they were destroyed
   KySampleTree m_sample{"ROOT SIZE=1 OFFSET=1; BOARD[1] SIZE=1; BOARD[1]/CPU SIZE=1; BOARD[2] SIZE=1"};
   KyCInventoryItem& m_root = m_sample.root();
 };
@@ -124,14 +126,13 @@ private:
 
 TEST_F(KyCInventoryItemCycle, deleteDesignatedValuesGoesDeepestFirstAndByOrdinalNumber)
 {
-  TCalls ended;
   for (const char* const address : {"OFFSET", "SIZE", "BOARD[2]/SIZE", "BOARD/CPU/SIZE", "BOARD/SIZE"})
   {
     m_methods.hangWrite(*m_sample.parameter(address));
-    writeInfoOf(*m_sample.parameter(address))->setDesignatedValue(new KyCTellingParameter(m_pool, ended, address));
+    writeInfoOf(*m_sample.parameter(address))->setDesignatedValue(new KyCTellingParameter(m_pool, m_ended, address));
   }
   m_root.deleteDesignatedValues();
-  EXPECT_EQ(ended, (TCalls{"BOARD/CPU/SIZE", "BOARD/SIZE", "BOARD[2]/SIZE", "SIZE", "OFFSET"}));
+  EXPECT_EQ(m_ended, (TCalls{"BOARD/CPU/SIZE", "BOARD/SIZE", "BOARD[2]/SIZE", "SIZE", "OFFSET"}));
 }
 
 TEST_F(KyCInventoryItemCycle, eachStaysInTheSubtreeItIsCalledOn)
@@ -514,6 +515,35 @@ TEST_F(KyCInventoryItemCycle, applyTakesAnyReportIntoThePoolForAFailedWrite)
   EXPECT_REPORTS(m_pool, {0x1300801, "getValue", "Parameter NAME does not exist at item ."},
                  cannotWriteNewValue("SIZE"));
   EXPECT_EQ(state("SIZE"), "1");
+}
+
+TEST_F(KyCInventoryItemCycle, applyTakesAReportThatWasSentOnAtOnceForAFailedWriteToo)
+{
+  KyRecordingListener listener;
+  designate("SIZE");
+  write("SIZE").action = [](KyCErrorListPool& pool)
+  {
+    pool.setError(0x5000002, 1, "sentOn", nullptr);
+    KyCErrorManager::getSingleton()->sendErrorList(pool, 0);
+  };
+  m_root.apply(m_pool, nullptr);
+  EXPECT_REPORTS(listener, {0x5000002, "sentOn", ""});
+  EXPECT_REPORTS(m_pool, cannotWriteNewValue("SIZE"));    // the count has grown, although the entry is gone
+  EXPECT_EQ(state("SIZE"), "1");
+}
+
+TEST_F(KyCInventoryItemCycle, reportsIntoAnotherPoolDoNotCount)
+{
+  KyTestPool other;
+  designate("SIZE");
+  hangUpdate("OFFSET");
+  for (KyMethodScript* const script : {&write("SIZE"), &update("OFFSET")})
+    script->action = [&](KyCErrorListPool&) { other.setError(0x5000002, 1, "elsewhere", nullptr); };
+  m_root.apply(m_pool, nullptr);
+  m_root.updateParameters(m_pool, nullptr);
+  EXPECT_NO_REPORTS(m_pool);
+  EXPECT_REPORTS(other, {0x5000002, "elsewhere", ""}, {0x5000002, "elsewhere", ""});
+  EXPECT_EQ(state("SIZE"), "5");
 }
 
 // ---- updateParameters ----

@@ -349,6 +349,27 @@ TEST(KyCInventoryParameterDesignatedMemory, aStringThatCannotBeAdoptedStaysPendi
   EXPECT_FALSE(place.parameter->isDesignatedValueValid());
 }
 
+// The own value is set anew here, in a block that could not be had before. A free parameter is named by its ID where a
+// value is set, and by its address, which is empty, where one is adopted.
+TEST(KyCInventoryParameterDesignatedMemory, aVersionThatCannotBeAdoptedStaysPending)
+{
+  KyTestPool pool;
+  KyNPoolAllocator::failAfter(0);
+  KyCInventoryParameter version(pool, VERSION, "VERSION", KyCVersion(1, 0, 0, 0), "", false, 0);
+  KyNPoolAllocator::reset();
+  EXPECT_REPORTS(pool, outOfMemory());
+  version.setCheckAndWriteMethod(pool, nullptr, neverCalled, THIS_NODE, nullptr);
+  version.setDesignatedValue(pool, KyCVersion(2, 0, 0, 0));
+  KyNPoolAllocator::failAfter(0);
+  version.adoptDesignatedValue(pool);
+  KyNPoolAllocator::reset();
+  EXPECT_REPORTS(pool, outOfMemory(), cannotSetValue("setValue", "VERSION"),
+                 cannotSetValue("adoptDesignatedValue", ""));
+  EXPECT_EQ(version.getDesignatedValue<KyCVersion>(pool), KyCVersion(2, 0, 0, 0));
+  version.adoptDesignatedValue(pool);
+  EXPECT_EQ(version.getValue<KyCVersion>(pool), KyCVersion(2, 0, 0, 0));
+}
+
 // ---- Adopting ----
 
 TEST_F(KyCInventoryParameterDesignated, adoptingWithNothingPendingIsReported)
