@@ -14,6 +14,7 @@ const char* const s_messages[] = {
     "Cannot find out the hardware topology: %1 failed: %2.",
     "Cannot take the inventory of this machine: hwloc's environment variables put another one in its place.",
     "Cannot build the inventory of %1.",
+    "Cannot read the current value from %1: %2.",
 };
 const unsigned int s_groupBoundaries[] = {0, sizeof s_messages / sizeof s_messages[0]};
 const KyResText s_table = {s_messages, s_groupBoundaries, 1, 0x1400000};

@@ -7,14 +7,23 @@
 
 #include "KyHostMessages.h"
 #include "KyHostText.h"
+#include "KyLiveValues.h"
 #include "errorhandling/KyNPoolAllocator.h"
+
+namespace
+{
+KyCInventoryItem* newRoot(KyCErrorListPool& pool, const KyHostSources* sources)
+{
+  if (sources != nullptr) return new (pool) KyCMachineRoot(pool, *sources);
+  return new (pool) KyCInventoryItem(pool, KyNInventoryIDs::ROOT, KyNInventoryIDs::ROOT.getCategoryNameCStr());
+}
+}    // namespace
 
 KyCInventoryItem* buildInventory(KyCErrorListPool& pool, hwloc_topology_t topology, const KyHostSources* sources,
                                  const char* function, const char* subject)
 {
   const unsigned int errorCount = pool.getErrorCount();
-  std::unique_ptr<KyCInventoryItem> root(
-      new (pool) KyCInventoryItem(pool, KyNInventoryIDs::ROOT, KyNInventoryIDs::ROOT.getCategoryNameCStr()));
+  std::unique_ptr<KyCInventoryItem> root(newRoot(pool, sources));
   if (root != nullptr)
   {
     const KyHostScan scan = {pool, *root, topology, sources};
@@ -24,6 +33,7 @@ KyCInventoryItem* buildInventory(KyCErrorListPool& pool, hwloc_topology_t topolo
     scanPci(scan);
     scanNetwork(scan);
     scanDisks(scan);
+    scanTemperatures(scan);
     scanOs(scan);
   }
   if (pool.getErrorCount() == errorCount) return root.release();

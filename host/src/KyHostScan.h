@@ -1,7 +1,7 @@
 // KyHostScan.h: one scan of one machine, and the small steps all subjects share.
 //
 // Each subject (processors, memory, ...) adds its own items below the root. A step that cannot add something leaves
-// its report in the pool; KyCHostScan::run looks at the pool once, at the end.
+// its report in the pool; buildInventory looks at the pool once, at the end.
 #pragma once
 
 #include <hwloc.h>
@@ -24,13 +24,14 @@ struct KyHostScan
 };
 
 // The subjects, in the order in which their items stand below the root.
-void scanSystem(const KyHostScan& scan);        // KyScanSystem.cpp: the machine, its mainboard and BIOS
-void scanProcessors(const KyHostScan& scan);    // KyScanProcessors.cpp
-void scanMemory(const KyHostScan& scan);        // KyScanMemory.cpp
-void scanPci(const KyHostScan& scan);           // KyScanPci.cpp
-void scanNetwork(const KyHostScan& scan);       // KyScanNetwork.cpp
-void scanDisks(const KyHostScan& scan);         // KyScanDisks.cpp
-void scanOs(const KyHostScan& scan);            // KyScanOs.cpp
+void scanSystem(const KyHostScan& scan);          // KyScanSystem.cpp: the machine, its mainboard and BIOS
+void scanProcessors(const KyHostScan& scan);      // KyScanProcessors.cpp
+void scanMemory(const KyHostScan& scan);          // KyScanMemory.cpp
+void scanPci(const KyHostScan& scan);             // KyScanPci.cpp
+void scanNetwork(const KyHostScan& scan);         // KyScanNetwork.cpp
+void scanDisks(const KyHostScan& scan);           // KyScanDisks.cpp
+void scanTemperatures(const KyHostScan& scan);    // KyScanTemperatures.cpp
+void scanOs(const KyHostScan& scan);              // KyScanOs.cpp
 
 // The whole inventory; null, with reports in the pool, when it cannot be built. subject names the machine in the
 // report; function is the function that reports.

@@ -8,43 +8,82 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
+
+namespace
+{
+// The names in a folder, in no order, hidden ones left out.
+std::vector<std::string> entriesOf(const std::string& path)
+{
+  std::vector<std::string> names;
+  DIR* const directory = opendir(path.c_str());
+  if (directory == nullptr) return names;
+  unsigned int seen = 0;
+  for (const dirent* found = readdir(directory); found != nullptr && seen < KyHostSources::MAX_ENTRIES;
+       found = readdir(directory))
+  {
+    ++seen;
+    if (found->d_name[0] != '.') names.emplace_back(found->d_name);
+  }
+  closedir(directory);
+  return names;
+}
+}    // namespace
 
 std::string KyHostSources::readFile(const std::string& path)
 {
-  const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (file < 0) return std::string();
   std::string content;
+  readFile(path, MAX_FILE, content);
+  return content;
+}
+
+int KyHostSources::readFile(const std::string& path, std::size_t most, std::string& content)
+{
+  content.clear();
+  const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return errno;
   struct stat status = {};
-  if (fstat(file, &status) == 0 && S_ISREG(status.st_mode))
+  int failure = fstat(file, &status) != 0 ? errno : S_ISDIR(status.st_mode) ? EISDIR : 0;
+  if (failure == 0 && !S_ISREG(status.st_mode)) failure = EINVAL;
+  char block[4096];
+  while (failure == 0 && content.size() < most)
   {
-    char block[4096];
-    while (content.size() < MAX_FILE)
-    {
-      const ssize_t count = read(file, block, std::min(sizeof block, MAX_FILE - content.size()));
-      if (count < 0 && errno == EINTR) continue;
-      if (count <= 0) break;
-      content.append(block, static_cast<std::size_t>(count));
-    }
+    const ssize_t count = read(file, block, std::min(sizeof block, most - content.size()));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) failure = errno;
+    if (count <= 0) break;
+    content.append(block, static_cast<std::size_t>(count));
   }
   close(file);
-  return content;
+  return failure;
 }
 
 std::vector<std::string> KyHostSources::sysFoldersWith(const std::string& folder, const char* entry) const
 {
   const std::string path = sysRoot + "/" + folder;
   std::vector<std::string> names;
-  DIR* const directory = opendir(path.c_str());
-  if (directory == nullptr) return names;
-  unsigned int seen = 0;
-  for (const dirent* found = readdir(directory); found != nullptr && seen < MAX_ENTRIES; found = readdir(directory))
+  for (const std::string& name : entriesOf(path))
   {
-    ++seen;
-    const std::string name = found->d_name;
     struct stat status = {};
-    if (name.front() != '.' && stat((path + "/" + name + "/" + entry).c_str(), &status) == 0) names.push_back(name);
+    if (stat((path + "/" + name + "/" + entry).c_str(), &status) == 0) names.push_back(name);
   }
-  closedir(directory);
   std::sort(names.begin(), names.end());
   return names;
+}
+
+std::vector<unsigned int> KyHostSources::sysNumbersOf(const std::string& folder, const std::string& prefix,
+                                                      const std::string& suffix) const
+{
+  std::vector<unsigned int> numbers;
+  for (const std::string& name : entriesOf(sysRoot + "/" + folder))
+  {
+    if (name.size() <= prefix.size() + suffix.size() || name.compare(0, prefix.size(), prefix) != 0) continue;
+    const char* const first = name.data() + prefix.size();
+    const char* const last = name.data() + name.size() - suffix.size();
+    unsigned int number = 0;
+    const auto [end, error] = std::from_chars(first, last, number);
+    if (error == std::errc() && end == last && suffix == last) numbers.push_back(number);
+  }
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
 }

@@ -149,6 +149,24 @@ std::optional<unsigned long long> KyNHostText::toNumber(std::string_view raw)
   return number;
 }
 
+std::optional<unsigned long long> KyNHostText::toFixedPoint(std::string_view raw, unsigned int decimals)
+{
+  const std::string_view text = trim(raw.substr(0, raw.find('\0')));
+  const std::size_t point = std::min(text.find('.'), text.size());
+  std::string digits(text.substr(0, point));
+  if (digits.empty() || digits.front() == ' ') return std::nullopt;
+  if (point < text.size())
+  {
+    const std::string_view behind = text.substr(point + 1);
+    if (behind.empty() || behind.find_first_not_of("0123456789") != behind.npos) return std::nullopt;
+    digits += behind.substr(0, decimals);
+    decimals -= static_cast<unsigned int>(std::min<std::size_t>(behind.size(), decimals));
+  }
+  if (digits.find_first_not_of("0123456789") != digits.npos) return std::nullopt;
+  digits.append(decimals, '0');
+  return toNumber(digits);
+}
+
 std::optional<unsigned long long> KyNHostText::scaled(std::optional<unsigned long long> value,
                                                       unsigned long long factor)
 {

@@ -20,6 +20,10 @@ std::string told(std::string_view raw);
 // A decimal number and nothing else but outer spaces; none when it is anything else or exceeds 64 bits.
 std::optional<unsigned long long> toNumber(std::string_view raw);
 
+// A decimal number with an optional point, such as "2249.998", in units of 10^-decimals; further decimals are dropped.
+// None when it is anything else or exceeds 64 bits.
+std::optional<unsigned long long> toFixedPoint(std::string_view raw, unsigned int decimals);
+
 // value * factor; none when it is 0 (an unknown size) or exceeds 64 bits.
 std::optional<unsigned long long> scaled(std::optional<unsigned long long> value, unsigned long long factor);
 

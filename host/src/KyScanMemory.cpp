@@ -3,6 +3,7 @@
 
 #include "KyHostScan.h"
 #include "KyHostText.h"
+#include "KyLiveValues.h"
 
 namespace
 {
@@ -71,6 +72,7 @@ void scanMemory(const KyHostScan& scan)
   KyNumber total = totalOfProc(scan);
   if (!total) total = KyNHostText::scaled(hwloc_get_root_obj(scan.topology)->total_memory, 1);
   addNumber(scan, scan.root, KyNInventoryIDs::MEMORY_SIZE, total, "B");
+  addLiveAvailableMemory(scan);
   addNodes(scan, total);
   addModules(scan);
 }

@@ -3,20 +3,10 @@
 
 #include "KyHostScan.h"
 #include "KyHostText.h"
+#include "KyLiveValues.h"
 
 namespace
 {
-// What only the running machine tells: the state of the link as the driver sees it.
-void addLink(const KyHostScan& scan, KyCInventoryItem& item, const std::string& folder)
-{
-  const KyHostSources& sources = *scan.sources;
-  constexpr unsigned long long unknownSpeed = 0xFFFFFFFF;    // what some drivers give instead of -1
-  KyNumber speed = KyNHostText::scaled(KyNHostText::toNumber(sources.sysFile(folder + "/speed")), 1);
-  if (speed == unknownSpeed) speed = std::nullopt;
-  addNumber(scan, item, KyNInventoryIDs::SPEED, speed, "Mbit/s");
-  addText(scan, item, KyNInventoryIDs::DUPLEX, KyNHostText::told(sources.sysFile(folder + "/duplex")));
-}
-
 // device: hwloc's object; null for an interface that only /sys knows.
 void addInterface(const KyHostScan& scan, const std::string& name, hwloc_obj_t device, unsigned int index)
 {
@@ -35,7 +25,7 @@ void addInterface(const KyHostScan& scan, const std::string& name, hwloc_obj_t d
     addText(scan, *item, KyNInventoryIDs::PARENT, pciAddressOf(device));
     addCount(scan, *item, KyNInventoryIDs::PORT, KyNHostText::toNumber(infoOf(device, "Port")));
   }
-  if (hasFolder) addLink(scan, *item, folder);
+  if (hasFolder) addLiveLink(scan, *item);
 }
 }    // namespace
 

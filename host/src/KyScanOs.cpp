@@ -1,6 +1,7 @@
 // KyScanOs.cpp: the operating system.
 #include "KyHostScan.h"
 #include "KyHostText.h"
+#include "KyLiveValues.h"
 
 void scanOs(const KyHostScan& scan)
 {
@@ -17,4 +18,5 @@ void scanOs(const KyHostScan& scan)
   addText(scan, scan.root, os / KyNInventoryIDs::PRODUCT, value("NAME"));
   addText(scan, scan.root, os / KyNInventoryIDs::NAME, value("PRETTY_NAME"));
   addVersion(scan, scan.root, os / KyNInventoryIDs::PRODUCT_VERSION, value("VERSION_ID"));
+  addLiveUptime(scan);
 }

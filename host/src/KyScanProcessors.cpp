@@ -11,6 +11,7 @@
 
 #include "KyHostScan.h"
 #include "KyHostText.h"
+#include "KyLiveValues.h"
 
 namespace
 {
@@ -272,4 +273,10 @@ void KyCProcessorScan::addCache(KyCInventoryItem& item, hwloc_obj_t cache, unsig
 }
 }    // namespace
 
-void scanProcessors(const KyHostScan& scan) { KyCProcessorScan(scan).run(); }
+void scanProcessors(const KyHostScan& scan)
+{
+  KyCProcessorScan(scan).run();
+  // Which threads are a processor's can be told only when it is known whether there are other processors.
+  for (KyCInventoryItem* item = scan.root.getFirstSubItem(); item != nullptr; item = item->getNext())
+    if (item->getID()[1] == KyNInventoryIDs::CPU) addLiveFrequency(scan, *item);
+}

@@ -27,6 +27,29 @@ TEST(KyHostSources, readFileDoesNotWaitForAPipe)
   EXPECT_EQ(KyHostSources::readFile(folder.path("pipe")), "");
 }
 
+TEST(KyHostSources, readFileTellsWhyAFileCannotBeRead)
+{
+  const KyTemporaryFolder folder;
+  std::string content = "before";
+  EXPECT_EQ(KyHostSources::readFile(folder.path("missing"), 10, content), ENOENT);
+  EXPECT_EQ(content, "");
+  EXPECT_EQ(KyHostSources::readFile(folder.path(""), 10, content), EISDIR);
+  EXPECT_EQ(KyHostSources::readFile("/dev/zero", 10, content), EINVAL);
+  EXPECT_EQ(KyHostSources::readFile(folder.write("a", "0123456789abc"), 10, content), 0);
+  EXPECT_EQ(content, "0123456789");
+}
+
+TEST(KyHostSources, sysNumbersOfGivesTheNumbersInRisingOrder)
+{
+  const KyTemporaryFolder folder;
+  for (const char* const name : {"temp10_input", "temp2_input", "temp1_label", "temp_input", "temp3_input.old",
+                                 "temp-1_input", "atemp4_input", "temp4x_input", "temp99999999999_input"})
+    folder.write(std::string("class/hwmon/hwmon0/") + name, "");
+  const KyHostSources sources = {folder.path(""), "", ""};
+  EXPECT_EQ(sources.sysNumbersOf("class/hwmon/hwmon0", "temp", "_input"), (std::vector<unsigned int>{2, 10}));
+  EXPECT_TRUE(sources.sysNumbersOf("class/none", "temp", "_input").empty());
+}
+
 TEST(KyHostSources, sysFoldersWithGivesSortedNamesThatHaveTheEntry)
 {
   const KyTemporaryFolder folder;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,12 @@ inline std::string valueText(KyCErrorListPool& pool, const KyCInventoryParameter
       return std::to_string(parameter.getValue<unsigned int>(pool));
     case KyCParam::TYPE_ULONG64:
       return std::to_string(parameter.getValue<unsigned long long>(pool));
+    case KyCParam::TYPE_FLOAT64:
+    {
+      std::ostringstream text;
+      text << parameter.getValue<double>(pool);
+      return text.str();
+    }
     default:
       return "?";
   }
@@ -112,7 +119,8 @@ inline void expectSoundTree(const KyCInventoryItem& item)
     EXPECT_NE(value, "\"\"") << place;
     for (const char c : value)
       EXPECT_GE(static_cast<unsigned char>(c), 0x20) << place;
-    const bool mayBeZero = parameter->getID() == KyNInventoryIDs::ID || parameter->getID() == KyNInventoryIDs::PORT;
+    const bool mayBeZero = parameter->getID() == KyNInventoryIDs::ID || parameter->getID() == KyNInventoryIDs::PORT ||
+                           parameter->getID() == KyNInventoryIDs::TEMPERATURE;
     if (!mayBeZero)
     {
       EXPECT_NE(value, "0") << place;

@@ -83,6 +83,20 @@ TEST(KyHostText, toNumberReadsDecimalNumbersAlone)
     EXPECT_FALSE(toNumber(text)) << text;
 }
 
+TEST(KyHostText, toFixedPointTakesDecimalNumbersWithAPoint)
+{
+  EXPECT_EQ(toFixedPoint("2249.998", 6), 2249998000ull);
+  EXPECT_EQ(toFixedPoint(" 2249 \n", 6), 2249000000ull);
+  EXPECT_EQ(toFixedPoint("13493.83", 3), 13493830ull);
+  EXPECT_EQ(toFixedPoint("0.00", 3), 0ull);
+  EXPECT_EQ(toFixedPoint("1.23456", 3), 1234ull);
+  EXPECT_EQ(toFixedPoint("18446744073709551.615", 3), 18446744073709551615ull);
+  EXPECT_FALSE(toFixedPoint("18446744073709551.616", 3));
+  for (const char* const text :
+       {"", ".", "1.", ".5", "-1.5", "+1", "1.5.2", "1e3", "1,5", "1 2", "nan", "0x1.8", "1.5x"})
+    EXPECT_FALSE(toFixedPoint(text, 3)) << text;
+}
+
 TEST(KyHostText, scaledGivesNothingForZeroAndBeyond64Bits)
 {
   EXPECT_EQ(scaled(4ull, 1024), 4096ull);

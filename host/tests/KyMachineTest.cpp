@@ -1,34 +1,9 @@
 // KyMachineTest.cpp: inventories of a running machine: of the one that runs the test, and of folders that stand in for
 // /sys, /proc and /etc.
-#include "KyHostScan.h"
+#include "KyFakeMachine.h"
 #include "KyHostTestSupport.h"
 #include "KyHostTopology.h"
 #include "inventoryhost/KyNInventoryHost.h"
-
-namespace
-{
-// A machine whose processors hwloc makes up and whose files lie in a scratch folder.
-class KyFakeMachine
-{
-public:
-  void write(const std::string& name, const std::string& content) { m_folder.write(name, content); }
-
-  KyTree scan(const char* description = "pack:1 [numa(memory=4294967296)] core:2 pu:1") const
-  {
-    KyTestPool pool;
-    KyCHostTopology topology;
-    if (!topology.loadSynthetic(pool, description)) return nullptr;
-    const KyHostSources sources = {m_folder.path("sys"), m_folder.path("proc"), m_folder.path("etc")};
-    KyTree tree(buildInventory(pool, topology.handle(), &sources, "scanMachine", "this machine"));
-    EXPECT_NO_REPORTS(pool);
-    if (tree != nullptr) expectSoundTree(*tree);
-    return tree;
-  }
-
-private:
-  KyTemporaryFolder m_folder;
-};
-}    // namespace
 
 TEST(KyMachine, emptySysAndProcAreNoError)
 {

@@ -17,11 +17,18 @@
 // unknown number. Everything read is taken as untrusted: texts are bounded, trimmed, freed of control characters and
 // made valid UTF-8.
 //
-// Two threads may scan at once, each with a pool of its own.
+// Two threads may scan at once, each with a pool of its own, and then use their trees at once, each its own.
 namespace KyNInventoryHost
 {
 // The machine this program runs on, as hwloc, /sys, /proc and os-release tell it. Parts that the machine hides, as
 // containers and virtual machines do, are simply missing.
+//
+// What changes while the machine runs has an update method, so that KyCInventoryItem::updateParameters on the root, or on
+// any item below it, reads it again: available memory, the processors' clock frequencies, state, speed and duplex mode
+// of network links, temperatures, the time since the start. The walk's context is not used. Types and units stay as they
+// are, and no parameter comes or goes. A value that cannot be read stays as it is and is reported as 0x1400007 (the file
+// cannot be read or holds something else; functions "update..."), in front of the walk's own 0x1300807. A link that
+// goes down is no failure. Stored and copied trees hold the values without the methods.
 //
 // Result:     the root of the new tree; null on failure.
 // Errors:     0x1400004  hwloc cannot find out the topology
