@@ -8,7 +8,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <regex>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "inventory/KyInventoryTree.h"
 #include "support/KyFiles.h"
@@ -371,7 +374,100 @@ TEST_F(Tool, mergeOfAFileWithItselfGivesThatFile)
   EXPECT_EQ(contentOf(path("all.kyinv")), contentOf(a));
 }
 
+TEST_F(Tool, watchRefusesWrongArgumentsAndNamesTheBounds)
+{
+  for (const char* const interval :
+       {"0", "0.009", "86400.1", "-1", "fast", "''", "nan", "inf", "1e1", "1,5", "1s", "0x1"})
+  {
+    const Outcome outcome = run(std::string("watch --count 1 --interval=") + interval);
+    EXPECT_EQ(outcome.exitCode, 2) << interval;
+    EXPECT_EQ(outcome.out, "") << interval;
+    EXPECT_NE(outcome.err.find("--interval: must be a number of seconds from 0.01 to 86400"), std::string::npos)
+        << outcome.err;
+  }
+  for (const char* const count : {"0", "-1", "1000000001", "4294967297", "many", "1.5", "''"})
+  {
+    const Outcome outcome = run(std::string("watch --count=") + count);
+    EXPECT_EQ(outcome.exitCode, 2) << count;
+    EXPECT_NE(outcome.err.find("--count: must be a whole number from 1 to 1000000000"), std::string::npos)
+        << outcome.err;
+  }
+  EXPECT_EQ(run("watch everything").exitCode, 2);
+}
+
 #ifdef KY_HAVE_HOST
+// "2026-03-01T12:00:00.123Z", address, old value, new value, unit.
+const char* const watchLine =
+    "[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{3}Z"
+    "\t[A-Z0-9_/]+(\\[[0-9]+\\][A-Z0-9_/]*)*\t[^\t]*\t[^\t]+\t[^\t]*";
+
+std::vector<std::string> linesOf(const std::string& text)
+{
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);)
+    lines.push_back(line);
+  return lines;
+}
+
+TEST_F(Tool, watchPrintsOneTabSeparatedLineForEachChange)
+{
+  const Outcome outcome = run("watch --count 2 --interval 0.1");
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+  unsigned int uptimes = 0;
+  for (const std::string& line : linesOf(outcome.out))
+  {
+    EXPECT_TRUE(std::regex_match(line, std::regex(watchLine))) << line;
+    uptimes += line.find("\tOS_INFO/TIMER\t") != std::string::npos;
+  }
+  EXPECT_EQ(uptimes, 2u) << outcome.out;
+}
+
+TEST_F(Tool, watchPrintsAllValuesFirstWhenAskedTo)
+{
+  const Outcome outcome = run("watch --initial --count 1 --interval 0.05");
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  unsigned int initial = 0;
+  for (const std::string& line : linesOf(outcome.out))
+  {
+    EXPECT_TRUE(std::regex_match(line, std::regex(watchLine))) << line;
+    initial += line.find("\tOS_INFO/TIMER\t\t") != std::string::npos;
+  }
+  EXPECT_EQ(initial, 1u) << outcome.out;
+}
+
+TEST_F(Tool, watchEndsWithExitCode0WhenInterrupted)
+{
+  for (const char* const signal : {"INT", "TERM"})
+  {
+    const std::string out = path("watched.txt");
+    // The first line tells that it watches: only then the signal is sent.
+    const std::string script = std::string("rm -f ") + out + "; env --default-signal=INT " + KY_TOOL +
+                               " watch --initial --count 1 --interval 30 >" + out + " & n=0; until [ -s " + out +
+                               " ] || [ $n = 600 ]; do sleep 0.1; n=$((n+1)); done; kill -" + signal + " $!; wait $!";
+    const int status = std::system(("bash -m -c '" + script + "'").c_str());
+    EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 0) << signal;
+    EXPECT_NE(contentOf(out).find("OS_INFO/TIMER"), std::string::npos) << signal;
+  }
+}
+
+TEST_F(Tool, watchEndsQuietlyWhenItsReaderIsGone)
+{
+  const std::string err = path("closed.txt");
+  const std::string script = std::string("timeout 60 ") + KY_TOOL + " watch --interval 0.05 2>" + err +
+                             " | head -n 1 >/dev/null; [ ${PIPESTATUS[0]} = 141 ]";
+  EXPECT_EQ(std::system(("bash -c '" + script + "'").c_str()), 0);
+  EXPECT_EQ(contentOf(err), "");
+}
+
+TEST_F(Tool, watchIntoAFullDeviceGivesExitCode4)
+{
+  const Outcome outcome = run("watch --count 1 --interval 0.05 >/dev/full 2>" + path("full.txt") + " ; exit $? #");
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(contentOf(path("full.txt")), "kyinventory: standard output: No space left on device\n");
+}
+
 TEST_F(Tool, scanIntoADeviceOrAPipeDoesNotReadItBack)
 {
   const Outcome device = run("scan -o /dev/null");
@@ -480,11 +576,14 @@ TEST_F(Tool, mergeTakesTwoRealMachines)
   EXPECT_EQ(run("show " + path("both.kyinv")).exitCode, 0);
 }
 #else
-TEST_F(Tool, scanSaysThatThisBuildCannotTakeInventories)
+TEST_F(Tool, scanAndWatchSayThatThisBuildCannotTakeInventories)
 {
-  const Outcome outcome = run("scan");
-  EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_NE(outcome.err.find("cannot take inventories"), std::string::npos);
+  for (const char* const command : {"scan", "watch"})
+  {
+    const Outcome outcome = run(command);
+    EXPECT_EQ(outcome.exitCode, 3) << command;
+    EXPECT_NE(outcome.err.find("cannot take inventories"), std::string::npos) << command;
+  }
 }
 #endif
 }    // namespace

@@ -18,3 +18,4 @@ enum ExitCode
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addScanCommand(CLI::App& program, int& exitCode);
 void addShowCommand(CLI::App& program, int& exitCode);
+void addWatchCommand(CLI::App& program, int& exitCode);

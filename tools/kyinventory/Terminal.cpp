@@ -41,9 +41,11 @@ std::string withoutControls(const char* text, std::size_t length, std::string_vi
 }
 }    // namespace
 
+std::string withoutControls(const std::string& text) { return withoutControls(text.data(), text.size(), ""); }
+
 void complain(const std::string& message)
 {
-  const std::string line = "kyinventory: " + withoutControls(message.data(), message.size(), "") + "\n";
+  const std::string line = "kyinventory: " + withoutControls(message) + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

@@ -6,6 +6,9 @@
 #include "composite/KyCString.h"
 #include "errorhandling/KyCErrorList.h"
 
+// The text with \xNN for each byte of a control character.
+std::string withoutControls(const std::string& text);
+
 // One line "kyinventory: ..." on standard error, with control characters, line feeds too, as \xNN: the message may hold a
 // file's texts.
 void complain(const std::string& message);

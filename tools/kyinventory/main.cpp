@@ -3,7 +3,7 @@
 
 namespace
 {
-constexpr void (*commands[])(CLI::App&, int&) = {addScanCommand, addShowCommand, addMergeCommand};
+constexpr void (*commands[])(CLI::App&, int&) = {addScanCommand, addShowCommand, addMergeCommand, addWatchCommand};
 }
 
 int main(int argc, char** argv)

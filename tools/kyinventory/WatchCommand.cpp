@@ -1,0 +1,239 @@
+// kyinventory watch: shows how the live values of this machine change.
+#include "Command.h"
+#include "Terminal.h"
+#ifdef KY_HAVE_HOST
+#include <poll.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+
+#include "LiveValues.h"
+#include "SectionFile.h"
+#include "inventoryhost/KyNInventoryHost.h"
+#endif
+#include <charconv>
+#include <string>
+
+namespace
+{
+constexpr double shortestInterval = 0.01;    // seconds
+constexpr double longestInterval = 86400;
+
+struct WatchArguments
+{
+  std::string interval = "1";
+  unsigned int count = 0;    // rounds; 0: for ever
+  bool initial = false;
+};
+
+// The number of seconds; negative when the text is none, or none in range.
+double parseInterval(const std::string& text)
+{
+  double seconds = 0;
+  const char* const last = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), last, seconds, std::chars_format::fixed);
+  const bool isNumber = error == std::errc() && end == last;
+  return isNumber && seconds >= shortestInterval && seconds <= longestInterval ? seconds : -1;
+}
+
+#ifdef KY_HAVE_HOST
+using SteadyTime = std::chrono::steady_clock::time_point;
+
+volatile sig_atomic_t s_isToEnd = 0;
+
+void askForEnd(int) { s_isToEnd = 1; }
+
+// Lets SIGINT and SIGTERM end the program after the current round. A second one ends it at once, in case the output is
+// stuck. A signal that whoever started the program has it ignore stays ignored.
+void catchSignals()
+{
+  for (const int number : {SIGINT, SIGTERM})
+  {
+    struct sigaction old = {};
+    if (sigaction(number, nullptr, &old) != 0 || old.sa_handler == SIG_IGN) continue;
+    struct sigaction action = {};
+    action.sa_handler = askForEnd;
+    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+    sigemptyset(&action.sa_mask);
+    sigaction(number, &action, nullptr);
+  }
+}
+
+// False when the program was asked to end. The signals are let in only while it sleeps, so that none comes between the
+// question and the sleep.
+bool sleepUntil(SteadyTime time)
+{
+  sigset_t ours;
+  sigset_t before;
+  sigemptyset(&ours);
+  sigaddset(&ours, SIGINT);
+  sigaddset(&ours, SIGTERM);
+  sigprocmask(SIG_BLOCK, &ours, &before);
+  while (s_isToEnd == 0)
+  {
+    const auto rest =
+        std::chrono::duration_cast<std::chrono::nanoseconds>(time - std::chrono::steady_clock::now()).count();
+    if (rest <= 0) break;
+    const timespec timeout = {static_cast<std::time_t>(rest / 1000000000), static_cast<long>(rest % 1000000000)};
+    ppoll(nullptr, 0, &timeout, &before);
+  }
+  sigprocmask(SIG_SETMASK, &before, nullptr);
+  return s_isToEnd == 0;
+}
+
+// "2026-03-01T12:00:00.123Z", or for people at a terminal "12:00:00.123" of their own time zone.
+std::string timeText(bool isTerminal)
+{
+  const auto now = std::chrono::system_clock::now();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(now - std::chrono::system_clock::from_time_t(seconds));
+  std::tm parts = {};
+  if (isTerminal)
+    localtime_r(&seconds, &parts);
+  else
+    gmtime_r(&seconds, &parts);
+  char text[64];
+  const std::size_t length = std::strftime(text, sizeof text, isTerminal ? "%H:%M:%S" : "%Y-%m-%dT%H:%M:%S", &parts);
+  char fraction[16];
+  std::snprintf(fraction, sizeof fraction, ".%03d%s", static_cast<int>(milliseconds.count()), isTerminal ? "" : "Z");
+  return std::string(text, length) + fraction;
+}
+
+// One line for each value: aligned for people, tab-separated for programs.
+class Lines
+{
+public:
+  Lines(const std::vector<LiveValues::Value>& values, bool isTerminal) : m_isTerminal(isTerminal)
+  {
+    for (const LiveValues::Value& value : values)
+    {
+      m_addressWidth = std::max(m_addressWidth, value.address.size());
+      m_valueWidth = std::max(m_valueWidth, value.value.size());
+    }
+  }
+
+  void begin()
+  {
+    m_text.clear();
+    m_time = timeText(m_isTerminal);
+  }
+
+  // Without an old value: what it is at the start.
+  void add(const std::string& address, const std::string& oldValue, const std::string& newValue,
+           const std::string& unit)
+  {
+    const std::string from = withoutControls(oldValue);
+    const std::string to = withoutControls(newValue);
+    if (m_isTerminal)
+    {
+      m_text += m_time + "  " + address + blanks(m_addressWidth, address) + "  ";
+      m_text += blanks(m_valueWidth, from) + from + (from.empty() ? "    " : " -> ");
+      m_text += blanks(m_valueWidth, to) + to + (unit.empty() ? "" : " " + unit) + "\n";
+    }
+    else
+    {
+      m_text += m_time + "\t" + address + "\t" + from + "\t" + to + "\t" + withoutControls(unit) + "\n";
+    }
+  }
+
+  // False, with a message, when the output cannot be written.
+  bool print() const { return m_text.empty() || printText(KyCString(m_text.c_str())); }
+
+private:
+  static std::string blanks(std::size_t width, const std::string& text)
+  {
+    return std::string(width - std::min(width, text.size()), ' ');
+  }
+
+  const bool m_isTerminal;
+  std::size_t m_addressWidth = 0;
+  std::size_t m_valueWidth = 0;
+  std::string m_time;
+  std::string m_text;
+};
+
+bool printInitial(const LiveValues& live, Lines& lines)
+{
+  lines.begin();
+  for (const LiveValues::Value& value : live.values())
+    lines.add(value.address, "", value.value, value.unit);
+  return lines.print();
+}
+
+bool printRound(LiveValues& live, Lines& lines)
+{
+  const LiveValues::Round round = live.update();
+  for (const LiveValues::Failure& failure : round.failures)
+    for (const KyErrorEntry& report : failure.reports)
+      complainAbout(failure.address, report);
+  lines.begin();
+  for (const LiveValues::Change& change : round.changes)
+    lines.add(change.address, change.oldValue, change.newValue, change.unit);
+  return lines.print();
+}
+
+int watch(const WatchArguments& arguments)
+{
+  catchSignals();
+  KyCErrorListPool pool;
+  const TreePointer tree(KyNInventoryHost::scanMachine(pool));
+  complainAbout("this machine", pool);
+  if (!tree) return EXIT_INPUT;
+  LiveValues live(*tree);
+  if (live.values().empty())
+  {
+    complain("this machine shows no values that change");
+    return EXIT_NOT_FOUND;
+  }
+  Lines lines(live.values(), ::isatty(STDOUT_FILENO) != 0);
+  if (arguments.initial && !printInitial(live, lines)) return EXIT_OUTPUT;
+
+  const auto interval = std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+      std::chrono::duration<double>(parseInterval(arguments.interval)));
+  SteadyTime next = std::chrono::steady_clock::now();
+  for (unsigned int round = 0; arguments.count == 0 || round < arguments.count; round += arguments.count != 0 ? 1 : 0)
+  {
+    // Rounds that were missed (a stopped program, a stuck output) are not made up for.
+    next = std::max(next + interval, std::chrono::steady_clock::now());
+    if (!sleepUntil(next)) break;
+    if (!printRound(live, lines)) return EXIT_OUTPUT;
+  }
+  return EXIT_OK;
+}
+#else
+int watch(const WatchArguments&)
+{
+  complain("this build cannot take inventories: the hwloc library was not there when it was built");
+  return EXIT_INPUT;
+}
+#endif
+}    // namespace
+
+void addWatchCommand(CLI::App& program, int& exitCode)
+{
+  const CLI::Validator interval(
+      [](const std::string& text)
+      { return std::string(parseInterval(text) < 0 ? "must be a number of seconds from 0.01 to 86400" : ""); },
+      "SECONDS");
+  const CLI::Validator count(
+      [](const std::string& text)
+      {
+        unsigned int number = 0;
+        const char* const last = text.data() + text.size();
+        const auto [end, error] = std::from_chars(text.data(), last, number);
+        const bool isCount = error == std::errc() && end == last && number >= 1 && number <= 1000000000;
+        return std::string(isCount ? "" : "must be a whole number from 1 to 1000000000");
+      },
+      "");
+  auto arguments = std::make_shared<WatchArguments>();
+  CLI::App* command = program.add_subcommand("watch", "Show how values of this machine change while it runs");
+  command->add_option("--interval", arguments->interval, "Seconds from round to round, 0.01 to 86400; default: 1")
+      ->check(interval);
+  command->add_option("--count", arguments->count, "Rounds; default: until interrupted")->check(count);
+  command->add_flag("--initial", arguments->initial, "Print all values that can change first");
+  command->callback([arguments, &exitCode]() { exitCode = watch(*arguments); });
+}
