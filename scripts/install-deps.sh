@@ -8,7 +8,7 @@ all are there. As another user than root it prints the command to run and exits 
   --ci    also what only the continuous integration uses: git, clang, clang-format, valgrind'
 set -eu
 
-packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev'
+packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev nlohmann-json3-dev libpugixml-dev'
 case "${1-}" in
   '') ;;
   --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind" ;;

@@ -1,7 +1,7 @@
 // KyHostMessages.cpp: the message catalogue of libKyInventoryHost, registered while the library is loaded.
 #include "KyHostMessages.h"
 
-#include "errorhandling/KyCErrorManager.h"
+#include "errorhandling/KyCMessageTable.h"
 
 namespace
 {
@@ -19,12 +19,5 @@ const char* const s_messages[] = {
 const unsigned int s_groupBoundaries[] = {0, sizeof s_messages / sizeof s_messages[0]};
 const KyResText s_table = {s_messages, s_groupBoundaries, 1, 0x1400000};
 
-struct KyHostCatalogue
-{
-  KyHostCatalogue() { KyCErrorManager::getSingleton()->_registerMessages(&s_table); }
-  ~KyHostCatalogue() { KyCErrorManager::getSingleton()->_unregisterMessages(&s_table); }
-  KyHostCatalogue(const KyHostCatalogue&) = delete;
-  KyHostCatalogue& operator=(const KyHostCatalogue&) = delete;
-};
-const KyHostCatalogue s_catalogue;
+const KyCMessageTable s_registration(s_table);
 }    // namespace

@@ -1,7 +1,7 @@
 // KyCompositeMessages.cpp: the texts of this library's reports, known to the error manager while the library is loaded.
 #include "KyCompositeMessages.h"
 
-#include "errorhandling/KyCErrorManager.h"
+#include "errorhandling/KyCMessageTable.h"
 #include "errorhandling/KyResText.h"
 
 namespace
@@ -50,25 +50,6 @@ const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_gro
 static_assert(sizeof(s_messages) / sizeof(s_messages[0]) == s_groups[sizeof(s_groups) / sizeof(s_groups[0]) - 1],
               "the groups cover the messages");
 
-class KyCMessageRegistration
-{
-public:
-  KyCMessageRegistration()
-  {
-    KyCErrorManager* manager = KyCErrorManager::s_pErrorManager;
-    if (manager == nullptr) manager = KyCErrorManager::getSingleton();
-    if (manager != nullptr) manager->_registerMessages(&s_table);
-  }
-
-  ~KyCMessageRegistration()
-  {
-    if (KyCErrorManager::s_pErrorManager != nullptr) KyCErrorManager::s_pErrorManager->_unregisterMessages(&s_table);
-  }
-
-  KyCMessageRegistration(const KyCMessageRegistration&) = delete;
-  KyCMessageRegistration& operator=(const KyCMessageRegistration&) = delete;
-};
-
-const KyCMessageRegistration s_registration;
+const KyCMessageTable s_registration(s_table);
 
 }    // namespace

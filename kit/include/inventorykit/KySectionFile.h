@@ -1,0 +1,81 @@
+// KySectionFile.h: trees in files.
+//
+//   KyCErrorListPool pool;
+//   KyNInventoryKit::TreePointer tree = KyNInventoryKit::readTree(pool, "rack.kyinv");
+//   if (tree) KyNInventoryKit::replaceTree(pool, "rack.kyinv", *tree);
+//
+// A file may hold more than the section: a firmware image with a section at its end, say. The bytes around the section
+// stay as they are in everything that is done here.
+//
+// Writing never leaves half a file behind: the bytes go to a temporary file beside the target, are flushed to the disk
+// and take the target's place in one step, with its mode and owner. The target is the old or the new file, whole,
+// whatever happens. A link stays a link; the file that it leads to is replaced. Devices and pipes are written to as they
+// are. "-" is standard input or standard output.
+//
+// Errors of all of these, besides those of KyCInventoryData:
+//             0x1500000  the file cannot be read; 0x1500001 it is a folder; 0x1500002 it holds no section
+//             0x1500003  it cannot be written; 0x1500004 it is a link that leads to no file; 0x1500005 its owner cannot be kept
+//             0x1500006  it exists already and may not be written over
+//             0x1500007  what was to be written does not read back equal
+//             0x1500008  there is no memory
+// On failure: null or false, with reports in the pool; files are as they were.
+#pragma once
+
+#include <string>
+
+#include "errorhandling/KyCErrorListPool.h"
+#include "inventorykit/KyInventoryKitApi.h"
+#include "inventorykit/KyTree.h"
+
+namespace KyNInventoryKit
+{
+enum class Overwrite
+{
+  NO,    // an existing ordinary file is left alone
+  YES
+};
+
+// The bytes of a file, or of standard input.
+//
+// Result:     false on failure; bytes then holds nothing of use.
+KY_INVENTORYKIT_API bool readBytes(KyCErrorListPool& pool, const std::string& path, std::string& bytes);
+
+// Writes a file whole.
+KY_INVENTORYKIT_API bool writeBytes(KyCErrorListPool& pool, const std::string& path, const std::string& bytes,
+                                    Overwrite overwrite);
+
+// Whether `writeBytes` would leave an existing file alone; reports 0x1500006 then. For asking before long work.
+KY_INVENTORYKIT_API bool mayWrite(KyCErrorListPool& pool, const std::string& path, Overwrite overwrite);
+
+// Where a section lies in a file; [begin, end) with header and trailer.
+struct SectionPlace
+{
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  bool isAtEnd = false;    // found by its trailer; otherwise by its header, at the start of the file
+};
+
+// Finds the section that reading takes: the one at the end, when that gives data, else the one at the start.
+//
+// Result:     false when there is none; without a report when nothing looks like one.
+KY_INVENTORYKIT_API bool findSection(KyCErrorListPool& pool, const std::string& bytes, SectionPlace& place);
+
+// Reads the tree of the section at the end or the start of a file, or of bytes that came from one.
+//
+//   name        what the bytes are called in reports
+KY_INVENTORYKIT_API TreePointer readTree(KyCErrorListPool& pool, const std::string& path);
+KY_INVENTORYKIT_API TreePointer readTreeFromBytes(KyCErrorListPool& pool, const std::string& bytes,
+                                                  const std::string& name);
+
+// The section of a tree, once it has been found to read back equal.
+//
+// Result:     empty on failure.
+KY_INVENTORYKIT_API std::string sectionOf(KyCErrorListPool& pool, KyCInventoryItem& root);
+
+// Stores a tree as a file that holds its section alone.
+KY_INVENTORYKIT_API bool writeTree(KyCErrorListPool& pool, const std::string& path, KyCInventoryItem& root,
+                                   Overwrite overwrite);
+
+// Stores a tree in place of the section that a file holds. What stands around the section stays.
+KY_INVENTORYKIT_API bool replaceTree(KyCErrorListPool& pool, const std::string& path, KyCInventoryItem& root);
+}    // namespace KyNInventoryKit

@@ -1,0 +1,208 @@
+#include "inventorykit/KyAddressText.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "KyKitMessages.h"
+#include "inventory/KyNInventoryIDs.h"
+
+namespace KyNInventoryKit
+{
+namespace
+{
+using NamesToIDs = std::unordered_map<std::string_view, unsigned int>;
+
+NamesToIDs makeNamesToIDs()
+{
+  NamesToIDs ids;
+  const unsigned int count = KyNInventoryIDs::Map.getCount();
+  ids.reserve(count);
+  for (unsigned int id = 1; id < count; ++id)
+    ids.emplace(KyNInventoryIDs::Map.get(id), id);    // of two of one name the first counts, as in the library
+  return ids;
+}
+
+std::string upperCase(std::string text)
+{
+  for (char& c : text)
+    c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text;
+}
+
+// The fewest insertions, deletions, replacements and exchanges of neighbours that make one text of the other.
+std::size_t editDistance(const std::string& a, const std::string& b)
+{
+  std::vector<std::size_t> before(b.size() + 1);
+  std::vector<std::size_t> above(b.size() + 1);
+  std::vector<std::size_t> row(b.size() + 1);
+  for (std::size_t n = 0; n <= b.size(); ++n)
+    row[n] = n;
+  for (std::size_t m = 1; m <= a.size(); ++m)
+  {
+    before.swap(above);
+    above.swap(row);
+    row[0] = m;
+    for (std::size_t n = 1; n <= b.size(); ++n)
+    {
+      row[n] = std::min({above[n] + 1, row[n - 1] + 1, above[n - 1] + (a[m - 1] == b[n - 1] ? 0 : 1)});
+      if (m > 1 && n > 1 && a[m - 1] == b[n - 2] && a[m - 2] == b[n - 1]) row[n] = std::min(row[n], before[n - 2] + 1);
+    }
+  }
+  return row[b.size()];
+}
+
+// " Did you mean CPU, CPLD or CPID?"; empty when nothing is near.
+std::string suggestion(const std::string& name)
+{
+  const std::vector<std::string> names = nearestNames(name, 3);
+  std::string text;
+  for (std::size_t n = 0; n < names.size(); ++n)
+  {
+    text += n == 0 ? " Did you mean " : n + 1 == names.size() ? " or " : ", ";
+    text += names[n];
+  }
+  return names.empty() ? text : text + "?";
+}
+
+// Reads the text of one address from its start; the first thing that is wrong is reported and ends it.
+class Reader
+{
+public:
+  Reader(KyCErrorListPool& pool, const char* function, const std::string& text)
+      : m_pool(pool), m_function(function), m_text(text)
+  {
+  }
+
+  bool read(KyCInventoryAddress& address)
+  {
+    for (;;)
+    {
+      KyCInventoryAddress::TElement element = {0, 1};
+      if (!readID(element.id) || !readIndex(element.index)) return false;
+      address.append(KyCInventoryAddress(element.id, element.index));
+      if (m_at == m_text.size()) return true;
+      if (m_text[m_at] != '/') return expected("\"/\" or \"[\"");
+      ++m_at;
+    }
+  }
+
+private:
+  static bool isNamePart(char c)
+  {
+    return c == '_' || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+  }
+
+  bool readID(unsigned int& id)
+  {
+    const std::size_t start = m_at;
+    while (m_at < m_text.size() && isNamePart(m_text[m_at]))
+      ++m_at;
+    if (m_at == start) return expected("the name of an ID");
+    const std::string token = m_text.substr(start, m_at - start);
+    if (token[0] < '0' || token[0] > '9') return readName(token, id);
+    if (toNumber(token, id) && id != 0) return true;
+    m_at = start;
+    return expected("an ID from 1 to 4294967295");
+  }
+
+  bool readName(const std::string& name, unsigned int& id)
+  {
+    id = idOfName(name);
+    if (id != 0) return true;
+    m_pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, m_function, "%s%s", name.c_str(), suggestion(name).c_str());
+    return false;
+  }
+
+  bool readIndex(unsigned int& index)
+  {
+    if (m_at == m_text.size() || m_text[m_at] != '[') return true;
+    const std::size_t start = ++m_at;
+    const std::size_t end = m_text.find(']', start);
+    if (end == std::string::npos || !toNumber(m_text.substr(start, end - start), index))
+    {
+      return expected("an index from 0 to 4294967295 and \"]\"");
+    }
+    m_at = end + 1;
+    return true;
+  }
+
+  // As the C language writes numbers: 31, 0x1F, 037.
+  static bool toNumber(const std::string& text, unsigned int& number)
+  {
+    const bool isHex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    const bool isOctal = !isHex && text.size() > 1 && text[0] == '0';
+    const char* const first = text.data() + (isHex ? 2 : 0);
+    const char* const last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(first, last, number, isHex ? 16 : isOctal ? 8 : 10);
+    return error == std::errc() && end == last && first != last;
+  }
+
+  bool expected(const char* what)
+  {
+    const std::string reason = std::string(what) + " is expected at character " + std::to_string(m_at + 1);
+    m_pool.setError(KY_KIT_MSG_NO_ADDRESS, __LINE__, m_function, "%s%s", m_text.c_str(), reason.c_str());
+    return false;
+  }
+
+  KyCErrorListPool& m_pool;
+  const char* m_function;
+  const std::string& m_text;
+  std::size_t m_at = 0;
+};
+}    // namespace
+
+unsigned int idOfName(const std::string& name)
+{
+  static const NamesToIDs ids = makeNamesToIDs();
+  const auto found = ids.find(name);
+  return found != ids.end() ? found->second : 0;
+}
+
+std::vector<std::string> nearestNames(const std::string& name, unsigned int count)
+{
+  const std::string wanted = upperCase(name);
+  const std::size_t farthest = 1 + wanted.size() / 4;
+  std::vector<std::pair<std::size_t, std::string>> near;
+  for (unsigned int id = 1; id < KyNInventoryIDs::Map.getCount(); ++id)
+  {
+    const std::string candidate = KyNInventoryIDs::Map.get(id);
+    const std::size_t difference =
+        candidate.size() > wanted.size() ? candidate.size() - wanted.size() : wanted.size() - candidate.size();
+    const std::size_t distance = difference > farthest ? difference : editDistance(wanted, candidate);
+    if (distance <= farthest) near.emplace_back(distance, candidate);
+  }
+  std::sort(near.begin(), near.end());
+  std::vector<std::string> names;
+  for (std::size_t n = 0; n < near.size() && n < count; ++n)
+    names.push_back(near[n].second);
+  return names;
+}
+
+bool readAddress(KyCErrorListPool& pool, const std::string& text, KyCInventoryAddress& address)
+{
+  address.clear();
+  if (text.empty() || text == ".") return true;
+  if (Reader(pool, "readAddress", text).read(address)) return true;
+  address.clear();
+  return false;
+}
+
+bool readElement(KyCErrorListPool& pool, const std::string& text, KyCInventoryAddress& element)
+{
+  element.clear();
+  const bool isRead = text.empty() || text == "." || Reader(pool, "readElement", text).read(element);
+  if (isRead && element.isSingleElement()) return true;
+  if (isRead) pool.setError(KY_KIT_MSG_NOT_ONE_ELEMENT, __LINE__, "readElement", "%s", text.c_str());
+  element.clear();
+  return false;
+}
+
+std::string addressText(const KyCInventoryAddress& address)
+{
+  return address.isEmpty() ? "." : address.toString().c_str();
+}
+}    // namespace KyNInventoryKit

@@ -1,0 +1,160 @@
+#include "KyFileReplacement.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "KyKitMessages.h"
+
+namespace KyNInventoryKit
+{
+namespace
+{
+constexpr const char* s_function = "writeBytes";
+
+bool cannotWrite(KyCErrorListPool& pool, const std::string& path, int reason)
+{
+  pool.setError(KY_KIT_MSG_CANNOT_WRITE, __LINE__, s_function, "%s%s", path.c_str(), std::strerror(reason));
+  return false;
+}
+
+bool writeAll(int file, const std::string& bytes)
+{
+  const char* next = bytes.data();
+  std::size_t left = bytes.size();
+  while (left > 0)
+  {
+    const ssize_t written = ::write(file, next, left);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    next += written;
+    left -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+// The file that a path finally leads to, so that a link stays a link when its file is replaced.
+std::string resolved(const std::string& path)
+{
+  char* real = ::realpath(path.c_str(), nullptr);
+  if (real == nullptr) return path;
+  const std::string result = real;
+  std::free(real);
+  return result;
+}
+
+void flushFolderOf(const std::string& path)
+{
+  const std::size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (file < 0) return;
+  ::fsync(file);    // some file systems cannot; the file itself is on the disk already
+  ::close(file);
+}
+
+// The new file beside the old one; it is gone again at the end unless it has taken the old one's place.
+class TemporaryFile
+{
+public:
+  TemporaryFile(KyCErrorListPool& pool, const std::string& target) : m_pool(pool), m_target(target)
+  {
+    const std::string pattern = target + ".XXXXXX";
+    m_path.assign(pattern.begin(), pattern.end());
+    m_path.push_back('\0');
+    m_file = ::mkostemp(m_path.data(), O_CLOEXEC);
+    m_isThere = m_file >= 0;
+    if (!m_isThere) cannotWrite(pool, target, errno);
+  }
+  ~TemporaryFile()
+  {
+    if (m_file >= 0) ::close(m_file);
+    if (m_isThere) ::unlink(m_path.data());
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  bool isOpen() const { return m_file >= 0; }
+
+  // Changing the owner may clear mode bits, so the mode comes last.
+  bool takeAttributes(const struct stat& old)
+  {
+    struct stat own = {};
+    const bool isSameOwner = ::fstat(m_file, &own) == 0 && own.st_uid == old.st_uid && own.st_gid == old.st_gid;
+    if (!isSameOwner && ::fchown(m_file, old.st_uid, old.st_gid) != 0)
+    {
+      m_pool.setError(KY_KIT_MSG_CANNOT_KEEP_OWNER, __LINE__, s_function, "%s%s", m_target.c_str(),
+                      std::strerror(errno));
+      return false;
+    }
+    return setMode(old.st_mode & 07777);
+  }
+  bool setMode(mode_t mode) { return ::fchmod(m_file, mode) == 0 || cannotWrite(m_pool, m_target, errno); }
+
+  bool store(const std::string& bytes)
+  {
+    return (writeAll(m_file, bytes) && ::fsync(m_file) == 0) || cannotWrite(m_pool, m_target, errno);
+  }
+
+  bool takePlaceOfTarget()
+  {
+    const bool isClosed = ::close(m_file) == 0;
+    const int reason = errno;
+    m_file = -1;
+    if (!isClosed) return cannotWrite(m_pool, m_target, reason);
+    if (::rename(m_path.data(), m_target.c_str()) != 0) return cannotWrite(m_pool, m_target, errno);
+    m_isThere = false;
+    flushFolderOf(m_target);
+    return true;
+  }
+
+private:
+  KyCErrorListPool& m_pool;
+  const std::string& m_target;
+  std::vector<char> m_path;
+  int m_file = -1;
+  bool m_isThere = false;    // under its own name
+};
+
+bool writeThrough(KyCErrorListPool& pool, const std::string& path, const std::string& bytes)
+{
+  const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  if (file < 0) return cannotWrite(pool, path, errno);
+  const bool isStored = writeAll(file, bytes);
+  const int reason = errno;
+  const bool isClosed = ::close(file) == 0;
+  return (isStored && isClosed) || cannotWrite(pool, path, isStored ? errno : reason);
+}
+}    // namespace
+
+bool replaceFile(KyCErrorListPool& pool, const std::string& givenPath, const std::string& bytes)
+{
+  if (givenPath == "-") return writeAll(STDOUT_FILENO, bytes) || cannotWrite(pool, "standard output", errno);
+
+  const std::string path = resolved(givenPath);
+  struct stat existing = {};
+  const bool exists = ::stat(path.c_str(), &existing) == 0;
+  struct stat link = {};
+  if (!exists && ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode))
+  {
+    // A new file in its place would take the link away.
+    pool.setError(KY_KIT_MSG_DANGLING_LINK, __LINE__, s_function, "%s", path.c_str());
+    return false;
+  }
+  if (exists && S_ISDIR(existing.st_mode)) return cannotWrite(pool, path, EISDIR);
+  if (exists && !S_ISREG(existing.st_mode)) return writeThrough(pool, path, bytes);
+
+  TemporaryFile file(pool, path);
+  if (!file.isOpen()) return false;
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return (exists ? file.takeAttributes(existing) : file.setMode(0666 & ~mask)) && file.store(bytes) &&
+         file.takePlaceOfTarget();
+}
+}    // namespace KyNInventoryKit
