@@ -177,7 +177,8 @@ std::vector<std::string> nearestNames(const std::string& name, unsigned int coun
   }
   std::sort(near.begin(), near.end());
   std::vector<std::string> names;
-  for (std::size_t n = 0; n < near.size() && n < count; ++n)
+  const bool isOtherCase = !near.empty() && near.front().first == 0;
+  for (std::size_t n = 0; n < near.size() && n < (isOtherCase ? std::min(count, 1u) : count); ++n)
     names.push_back(near[n].second);
   return names;
 }

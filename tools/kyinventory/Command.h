@@ -2,11 +2,14 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
 
 // Exit codes that scripts rely on.
 enum ExitCode
 {
   EXIT_OK = 0,
+  EXIT_NO = 1,           // what was asked for is not there, files differ, a check has findings
   EXIT_NOT_FOUND = 1,    // what was asked for is not in the tree
   EXIT_REPORTED = 1,     // merge: done, but there was something to report
   EXIT_USAGE = 2,        // the command line is wrong
@@ -14,8 +17,24 @@ enum ExitCode
   EXIT_OUTPUT = 4        // the output cannot be written
 };
 
+// What the manual says about a sub-command beyond its options.
+struct Manual
+{
+  struct Example
+  {
+    std::string command;    // "kyinventory get rack.kyinv BOARD[2]/SIZE"
+    std::string meaning;    // "prints the size of the second board"
+  };
+  std::string details;    // paragraphs, separated by empty lines
+  std::vector<Example> examples;
+};
+
 // Each adds its sub-command to the program; when that sub-command is chosen, it runs and stores its exit code.
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addScanCommand(CLI::App& program, int& exitCode);
 void addShowCommand(CLI::App& program, int& exitCode);
 void addWatchCommand(CLI::App& program, int& exitCode);
+
+// Keeps the manual of a sub-command, for its help and its man page. Each add function calls it once.
+void setManual(const CLI::App& command, Manual manual);
+const Manual& manualOf(const CLI::App& command);    // empty when none was set

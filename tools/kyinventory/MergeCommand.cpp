@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Command.h"
-#include "SectionFile.h"
+#include "Files.h"
 #include "Terminal.h"
 #include "inventory/KyCInventoryAddress.h"
 
@@ -152,14 +152,17 @@ int merge(const MergeArguments& arguments)
   bool clean = true;
   for (const std::string& path : arguments.inputs)
   {
-    TreePointer next = readSectionFile(path);
+    TreePointer next = readTreeFile(path);
     if (!next) return EXIT_INPUT;
     if (tree)
       clean = mergeInto(tree, std::move(next), path, flags) && clean;
     else
       tree = std::move(next);
   }
-  if (!writeSectionFile(arguments.output, *tree)) return EXIT_OUTPUT;
+  TargetOptions target;
+  target.output = arguments.output;
+  target.isForced = arguments.force;
+  if (storeTree("", *tree, target) != EXIT_OK) return EXIT_OUTPUT;
   return clean ? EXIT_OK : EXIT_REPORTED;
 }
 }    // namespace

@@ -2,8 +2,7 @@
 #include <string>
 
 #include "Command.h"
-#include "SameTree.h"
-#include "SectionFile.h"
+#include "Files.h"
 #include "Terminal.h"
 #ifdef KY_HAVE_HOST
 #include "inventoryhost/KyNInventoryHost.h"
@@ -27,47 +26,23 @@ TreePointer takeInventory(const std::string& topology)
   return tree;
 }
 
-struct TreeSize
-{
-  unsigned int items = 0;
-  unsigned int parameters = 0;
-};
-
-TreeSize measure(const KyCInventoryItem& root)
-{
-  TreeSize size;
-  const KyCInventoryItem* item = &root;
-  for (;;)
-  {
-    ++size.items;
-    for (unsigned int n = 0; item->getParameterByOrdinalNumber(n) != nullptr; ++n)
-      ++size.parameters;
-    if (item->getFirstSubItem() != nullptr)
-    {
-      item = item->getFirstSubItem();
-      continue;
-    }
-    while (item != &root && item->getNext() == nullptr)
-      item = item->getParent();
-    if (item == &root) return size;
-    item = item->getNext();
-  }
-}
-
 // The bytes were found to read back equal before they were written; this asks the same of the file.
 bool storeAndVerify(const std::string& path, KyCInventoryItem& tree)
 {
-  if (!writeSectionFile(path, tree)) return false;
+  TargetOptions target;
+  target.output = path;
+  target.isForced = true;
+  if (storeTree("", tree, target) != EXIT_OK) return false;
   if (!isReadableAgain(path)) return true;
-  const TreePointer stored = readSectionFile(path);
+  const TreePointer stored = readTreeFile(path);
   if (!stored) return false;
-  const std::string difference = firstDifference(tree, *stored);
+  const std::string difference = KyNInventoryKit::firstDifference(tree, *stored);
   if (!difference.empty())
   {
     complain(path + ": does not read back equal at " + difference);
     return false;
   }
-  const TreeSize size = measure(tree);
+  const KyNInventoryKit::TreeSize size = KyNInventoryKit::measure(tree);
   complain("stored " + std::to_string(size.items) + " items with " + std::to_string(size.parameters) +
            " parameters in " + path + "; read back equal");
   return true;

@@ -3,7 +3,9 @@
 
 #include <string>
 
-#include "SectionFile.h"
+#include "inventorykit/KyTree.h"
+
+using KyNInventoryKit::TreePointer;
 
 // Links the shared data of the tree, with the warnings of that on standard error under the path's name, and gives a copy
 // in which every item also holds what it has from its shared data item, behind its own. Each parameter and sub-item added

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Command.h"
-#include "SectionFile.h"
+#include "Files.h"
 #include "SharedView.h"
 #include "Terminal.h"
 #include "inventory/KyCInventoryAddress.h"
@@ -109,7 +109,7 @@ int show(const ShowArguments& arguments)
     return EXIT_USAGE;
   }
 
-  TreePointer tree = readSectionFile(arguments.file);
+  TreePointer tree = readTreeFile(arguments.file);
   if (tree && arguments.shared) tree = withSharedData(*tree, arguments.file);
   if (!tree) return EXIT_INPUT;
   KyCInventoryItem* item = tree->getItem(address);

@@ -19,15 +19,16 @@ std::size_t controlLength(const char* bytes, std::size_t length)
   return isTwoBytes ? 2 : 0;
 }
 
-// The text with \xNN for each byte of a control character, but for the characters to keep.
-std::string withoutControls(const char* text, std::size_t length, std::string_view kept)
+}    // namespace
+
+std::string withoutControls(std::string_view text, std::string_view kept)
 {
   std::string safe;
-  safe.reserve(length);
+  safe.reserve(text.size());
   std::size_t n = 0;
-  while (n < length)
+  while (n < text.size())
   {
-    const std::size_t controls = kept.find(text[n]) == kept.npos ? controlLength(text + n, length - n) : 0;
+    const std::size_t controls = kept.find(text[n]) == kept.npos ? controlLength(&text[n], text.size() - n) : 0;
     if (controls == 0) safe += text[n++];
     for (const std::size_t end = n + controls; n < end; ++n)
     {
@@ -39,9 +40,6 @@ std::string withoutControls(const char* text, std::size_t length, std::string_vi
   }
   return safe;
 }
-}    // namespace
-
-std::string withoutControls(const std::string& text) { return withoutControls(text.data(), text.size(), ""); }
 
 void complain(const std::string& message)
 {
@@ -53,7 +51,9 @@ void complainAbout(const std::string& subject, const KyErrorEntry& entry)
 {
   char origin[32];
   std::snprintf(origin, sizeof(origin), " (0x%X, ", entry.code);
-  complain(subject + ": " + entry.text + origin + entry.function + ")");
+  const std::string text = entry.text;
+  const bool isNamed = text.find(subject) != std::string::npos;
+  complain((isNamed ? "" : subject + ": ") + text + origin + entry.function + ")");
 }
 
 void complainAbout(const std::string& subject, const KyCErrorList& reports)
@@ -68,7 +68,7 @@ bool printText(const KyCString& text)
   std::size_t length = text.length();
   if (::isatty(STDOUT_FILENO) != 0)
   {
-    const std::string safe = withoutControls(text.c_str(), length, "\n\t");
+    const std::string safe = withoutControls(std::string_view(text.c_str(), length), "\n\t");
     length = safe.size();
     written = std::fwrite(safe.data(), 1, length, stdout);
   }

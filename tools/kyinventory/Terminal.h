@@ -2,18 +2,20 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "composite/KyCString.h"
 #include "errorhandling/KyCErrorList.h"
 
-// The text with \xNN for each byte of a control character.
-std::string withoutControls(const std::string& text);
+// The text with each byte of a control character as \xNN, but for the characters to keep. Terminals obey U+0080 .. U+009F,
+// too, which are two bytes in UTF-8.
+std::string withoutControls(std::string_view text, std::string_view kept = "");
 
 // One line "kyinventory: ..." on standard error, with control characters, line feeds too, as \xNN: the message may hold a
 // file's texts.
 void complain(const std::string& message);
 
-// One report as "kyinventory: SUBJECT: text (0xCODE, function)".
+// One report as "kyinventory: SUBJECT: text (0xCODE, function)"; without the subject where the text names it.
 void complainAbout(const std::string& subject, const KyErrorEntry& entry);
 
 // Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)".

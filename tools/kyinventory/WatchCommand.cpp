@@ -10,8 +10,8 @@
 #include <chrono>
 #include <ctime>
 
+#include "Files.h"
 #include "LiveValues.h"
-#include "SectionFile.h"
 #include "inventoryhost/KyNInventoryHost.h"
 #endif
 #include <charconv>

@@ -32,7 +32,7 @@ KY_INVENTORYKIT_API bool readElement(KyCErrorListPool& pool, const std::string& 
 KY_INVENTORYKIT_API unsigned int idOfName(const std::string& name);
 
 // The names of predefined IDs that a misspelled one most likely stands for, the likeliest first; at most `count`, and
-// none when nothing is near. Upper and lower case count as the same letter.
+// none when nothing is near. Upper and lower case count as the same letter; a name that is right but for those stands alone.
 KY_INVENTORYKIT_API std::vector<std::string> nearestNames(const std::string& name, unsigned int count);
 
 // The text form of an address; "." for the empty one.

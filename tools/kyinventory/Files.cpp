@@ -1,0 +1,70 @@
+#include "Files.h"
+
+#include <sys/stat.h>
+
+#include "Terminal.h"
+
+using KyNInventoryKit::Overwrite;
+
+namespace
+{
+Overwrite overwriteOf(const TargetOptions& target) { return target.isForced ? Overwrite::YES : Overwrite::NO; }
+
+int told(const KyCErrorListPool& pool, const std::string& path, bool isDone)
+{
+  complainAbout(path, pool);
+  return isDone ? EXIT_OK : EXIT_OUTPUT;
+}
+}    // namespace
+
+TreePointer readTreeFile(const std::string& path)
+{
+  KyCErrorListPool pool;
+  TreePointer tree = KyNInventoryKit::readTree(pool, path);
+  complainAbout(path, pool);
+  return tree;
+}
+
+void addTargetOptions(CLI::App& command, TargetOptions& target)
+{
+  command.add_option("-o,--output", target.output,
+                     "File to store the result in, FILE staying as it is; - is standard output");
+  command.add_flag("--force", target.isForced, "Let -o write over an existing file");
+}
+
+bool mayStore(const std::string& input, const TargetOptions& target)
+{
+  if (input == "-" && target.output.empty())
+  {
+    complain("standard input cannot be changed in place; name a file with -o");
+    return false;
+  }
+  KyCErrorListPool pool;
+  if (target.output.empty() || KyNInventoryKit::mayWrite(pool, target.output, overwriteOf(target))) return true;
+  complain(target.output + ": exists already; --force writes over it");
+  return false;
+}
+
+int storeTree(const std::string& input, KyCInventoryItem& tree, const TargetOptions& target)
+{
+  KyCErrorListPool pool;
+  const std::string& path = target.output.empty() ? input : target.output;
+  const bool isDone = target.output.empty() ? KyNInventoryKit::replaceTree(pool, path, tree)
+                                            : KyNInventoryKit::writeTree(pool, path, tree, overwriteOf(target));
+  return told(pool, path, isDone);
+}
+
+int storeBytes(const std::string& input, const std::string& bytes, const TargetOptions& target)
+{
+  KyCErrorListPool pool;
+  const bool isInPlace = target.output.empty();
+  const std::string& path = isInPlace ? input : target.output;
+  const bool isDone = KyNInventoryKit::writeBytes(pool, path, bytes, isInPlace ? Overwrite::YES : overwriteOf(target));
+  return told(pool, path, isDone);
+}
+
+bool isReadableAgain(const std::string& path)
+{
+  struct stat file = {};
+  return path != "-" && ::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode);
+}

@@ -1,0 +1,37 @@
+// Files.h: files as the sub-commands read and write them: what goes wrong is told on standard error.
+#pragma once
+
+#include <string>
+
+#include "Command.h"
+#include "inventorykit/KySectionFile.h"
+#include "inventorykit/KyTree.h"
+
+using KyNInventoryKit::TreePointer;
+
+// The tree of the section in a file ("-": standard input); null, after a message, when there is none.
+TreePointer readTreeFile(const std::string& path);
+
+// The -o and --force options of a sub-command that changes a file: in place without -o, otherwise a copy.
+struct TargetOptions
+{
+  std::string output;
+  bool isForced = false;
+};
+void addTargetOptions(CLI::App& command, TargetOptions& target);
+
+// Whether the command may write where the options say; false after a message. For asking before long work. An input of
+// "-" has no place of its own and needs an -o.
+bool mayStore(const std::string& input, const TargetOptions& target);
+
+// Stores a changed tree: in place of the section of the input, whose other bytes stay, or as a new file.
+//
+// Result:  the exit code, after a message when it is not EXIT_OK.
+int storeTree(const std::string& input, KyCInventoryItem& tree, const TargetOptions& target);
+
+// As above, for a file's bytes and not its tree.
+int storeBytes(const std::string& input, const std::string& bytes, const TargetOptions& target);
+
+// Whether what was stored at this path can be read from there: true for a file; false for "-", a pipe and a device, where
+// reading may wait for ever.
+bool isReadableAgain(const std::string& path);
