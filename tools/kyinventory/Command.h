@@ -30,10 +30,15 @@ struct Manual
 };
 
 // Each adds its sub-command to the program; when that sub-command is chosen, it runs and stores its exit code.
+void addAppendCommand(CLI::App& program, int& exitCode);
+void addCheckCommand(CLI::App& program, int& exitCode);
+void addExtractCommand(CLI::App& program, int& exitCode);
+void addInspectCommand(CLI::App& program, int& exitCode);
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addScanCommand(CLI::App& program, int& exitCode);
 void addShowCommand(CLI::App& program, int& exitCode);
 void addWatchCommand(CLI::App& program, int& exitCode);
+void addStripCommand(CLI::App& program, int& exitCode);
 
 // Keeps the manual of a sub-command, for its help and its man page. Each add function calls it once.
 void setManual(const CLI::App& command, Manual manual);

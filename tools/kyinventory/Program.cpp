@@ -11,6 +11,11 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addShowCommand,
     addMergeCommand,
     addWatchCommand,
+    addCheckCommand,
+    addInspectCommand,
+    addAppendCommand,
+    addExtractCommand,
+    addStripCommand,
 };
 
 std::map<std::string, Manual>& manuals()

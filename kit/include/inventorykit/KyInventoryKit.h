@@ -2,6 +2,10 @@
 #pragma once
 
 #include "inventorykit/KyAddressText.h"
+#include "inventorykit/KyCheck.h"
+#include "inventorykit/KyImage.h"
+#include "inventorykit/KyInspect.h"
 #include "inventorykit/KySectionFile.h"
+#include "inventorykit/KyStreamReader.h"
 #include "inventorykit/KyTree.h"
 #include "inventorykit/KyValueText.h"

@@ -1,0 +1,555 @@
+#include "inventorykit/KyCheck.h"
+
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "KyCheckMessages.h"
+#include "KyJsonText.h"
+#include "KyKitMessages.h"
+#include "KyPathText.h"
+#include "KySectionLayout.h"
+#include "errorhandling/KyCErrorManager.h"
+#include "inventory/KyCInventoryData.h"
+#include "inventory/KyCInventoryItem.h"
+#include "inventory/KyNInventoryIDs.h"
+#include "inventorykit/KyStreamReader.h"
+#include "inventorykit/KyTree.h"
+
+namespace KyNInventoryKit
+{
+namespace
+{
+constexpr std::size_t s_manyLevels = 4000;
+constexpr unsigned int s_firstSharedWarning = 0x1300813;
+constexpr unsigned int s_lastSharedWarning = 0x1300815;
+const char* const s_header = "header";
+const char* const s_trailer = "trailer";
+
+// The findings of one file.
+class Findings
+{
+public:
+  Findings(CheckResult& result, const CheckOptions& options) : m_result(result), m_most(options.mostPerCode) {}
+
+  // Counts a finding; false when it is not to be listed. Asked first, so that nothing is made that nobody sees.
+  bool count(Severity severity, unsigned int code)
+  {
+    unsigned int& total = severity == Severity::ERROR     ? m_result.errors
+                          : severity == Severity::WARNING ? m_result.warnings
+                                                          : m_result.notes;
+    ++total;
+    Listed& listed = m_listed[code];
+    if (m_most == 0 || listed.count < m_most) return true;
+    ++m_result.findings[listed.last].more;
+    return false;
+  }
+
+  // Lists the finding that was counted last.
+  void list(Severity severity, unsigned int code, std::uint64_t offset, std::string address, std::string text)
+  {
+    Listed& listed = m_listed[code];
+    ++listed.count;
+    listed.last = m_result.findings.size();
+    m_result.findings.push_back({severity, code, offset, std::move(address), std::move(text), kyRemedyOf(code), 0});
+  }
+
+  template <typename... Arguments>
+  void add(Severity severity, unsigned int code, std::uint64_t offset, const std::string& address, const char* format,
+           Arguments... arguments)
+  {
+    if (count(severity, code)) list(severity, code, offset, address, textOf(code, format, arguments...));
+  }
+
+  template <typename... Arguments>
+  static std::string textOf(unsigned int code, const char* format, Arguments... arguments)
+  {
+    KyCErrorListPool pool;
+    pool.setError(code, __LINE__, "checkBytes", format, arguments...);
+    return pool.getEntryCount() != 0 ? pool.getEntry(0).text : "";
+  }
+
+private:
+  struct Listed
+  {
+    unsigned int count = 0;
+    std::size_t last = 0;
+  };
+
+  CheckResult& m_result;
+  unsigned int m_most;
+  std::map<unsigned int, Listed> m_listed;
+};
+
+// --- Header and trailer -------------------------------------------------------------------------------------------------
+
+class RecordCheck
+{
+public:
+  RecordCheck(Findings& findings, const std::string& bytes) : m_findings(findings), m_bytes(bytes) {}
+
+  // What keeps the section from being read; false when nothing does.
+  bool findErrors(const KySectionLayout& layout)
+  {
+    const KySectionRecord& record = layout.leading();
+    const char* const name = layout.isAtEnd ? s_trailer : s_header;
+    const unsigned int ownSize = layout.isAtEnd ? record.trailerSize : record.headerSize;
+    const std::uint64_t needed = std::uint64_t{ownSize} + record.dataSize;
+    if (ownSize < s_recordSize)
+      add(Severity::ERROR, KY_CHECK_MSG_RECORD_SIZE, record, "%s%u", name, ownSize);
+    else if (!record.isUsable)
+      add(Severity::ERROR, KY_CHECK_MSG_RECORD_VERSION, record, "%s%u", name, record.version);
+    else if (needed > m_bytes.size())
+      add(Severity::ERROR, KY_CHECK_MSG_BEYOND_FILE, record, "%s%s%s", name, std::to_string(needed).c_str(),
+          std::to_string(m_bytes.size()).c_str());
+    return !layout.isReadable;
+  }
+
+  void compare(const KySectionLayout& layout)
+  {
+    const KySectionRecord& other = layout.isAtEnd ? layout.header : layout.trailer;
+    const char* const otherName = layout.isAtEnd ? s_header : s_trailer;
+    if (!other.isThere)
+    {
+      m_findings.add(Severity::WARNING, KY_CHECK_MSG_RECORD_MISSING, layout.isAtEnd ? layout.dataBegin : layout.dataEnd,
+                     "", "%s", otherName);
+      return;
+    }
+    compare(layout, "version", &KySectionRecord::version);
+    compare(layout, "header size", &KySectionRecord::headerSize);
+    compare(layout, "data size", &KySectionRecord::dataSize);
+    compare(layout, "trailer size", &KySectionRecord::trailerSize);
+    noteLength(layout.header, s_header, layout.header.headerSize);
+    noteLength(layout.trailer, s_trailer, layout.trailer.trailerSize);
+  }
+
+private:
+  template <typename... Arguments>
+  void add(Severity severity, unsigned int code, const KySectionRecord& record, const char* format,
+           Arguments... arguments)
+  {
+    m_findings.add(severity, code, record.begin, "", format, arguments...);
+  }
+
+  void compare(const KySectionLayout& layout, const char* what, unsigned int KySectionRecord::*field)
+  {
+    if (layout.header.*field == layout.trailer.*field) return;
+    add(Severity::WARNING, KY_CHECK_MSG_RECORDS_DISAGREE, layout.isAtEnd ? layout.header : layout.trailer, "%s%u%u",
+        what, layout.header.*field, layout.trailer.*field);
+  }
+
+  void noteLength(const KySectionRecord& record, const char* name, unsigned int size)
+  {
+    if (size > s_recordSize) add(Severity::NOTE, KY_CHECK_MSG_LONG_RECORD, record, "%s%u", name, size);
+  }
+
+  Findings& m_findings;
+  const std::string& m_bytes;
+};
+
+// --- The stored tree ----------------------------------------------------------------------------------------------------
+
+bool isPredefined(unsigned int id) { return id != 0 && KyNInventoryIDs::Map.get(id) != nullptr; }
+
+std::string hexByte(unsigned int byte)
+{
+  char text[8];
+  std::snprintf(text, sizeof(text), "%02X", byte & 0xFF);
+  return text;
+}
+
+class TreeCheck
+{
+public:
+  TreeCheck(Findings& findings, const std::string& bytes, const KySectionLayout& layout)
+      : m_findings(findings),
+        m_offset(layout.dataBegin),
+        m_data(reinterpret_cast<const unsigned char*>(bytes.data()) + layout.dataBegin),
+        m_size(layout.dataEnd - layout.dataBegin),
+        m_reader(m_data, m_size)
+  {
+  }
+
+  // True when the tree is whole.
+  bool run()
+  {
+    while (m_reader.next(m_record))
+      enter();
+    if (m_reader.isDamaged())
+    {
+      reportDamage();
+      return false;
+    }
+    if (m_reader.position() < m_size)
+      m_findings.add(Severity::WARNING, KY_CHECK_MSG_BYTES_BEHIND_TREE, m_offset + m_reader.position(), "", "%s",
+                     std::to_string(m_size - m_reader.position()).c_str());
+    if (m_deepest > s_manyLevels)
+      m_findings.add(Severity::NOTE, KY_CHECK_MSG_NEAR_NESTING_LIMIT, m_offset + m_deepestOffset, "", "%u",
+                     static_cast<unsigned int>(m_deepest));
+    return true;
+  }
+
+private:
+  // What an open item has below it so far.
+  struct Level
+  {
+    std::unordered_set<std::uint64_t> items;
+    std::unordered_set<unsigned int> parameters;
+  };
+
+  void enter()
+  {
+    switch (m_record.kind)
+    {
+      case StreamRecord::Kind::ITEM_START:
+        enterItem();
+        break;
+      case StreamRecord::Kind::PARAMETER:
+        m_lastParameter = m_record.id;
+        m_last = Last::PARAMETER;
+        m_levels.back().parameters.insert(m_record.id);
+        checkParameter();
+        break;
+      case StreamRecord::Kind::ITEM_END:
+        m_path.leave();
+        m_levels.pop_back();
+        m_last = Last::ITEM_END;
+        m_lastEnded = {m_record.id, m_record.index};
+        break;
+      case StreamRecord::Kind::STREAM_VERSION:
+        break;
+    }
+  }
+
+  void enterItem()
+  {
+    m_path.enter(m_record.id, m_record.index);
+    m_last = Last::ITEM_START;
+    if (m_path.level() > m_deepest)
+    {
+      m_deepest = m_path.level();
+      m_deepestOffset = m_record.offset;
+    }
+    if (!m_levels.empty())
+    {
+      Level& parent = m_levels.back();
+      if (!parent.items.insert(std::uint64_t{m_record.id} << 32 | m_record.index).second)
+        add(Severity::WARNING, KY_CHECK_MSG_DUPLICATE_ITEM, nullptr);
+      if (m_record.index == 1 && parent.parameters.count(m_record.id) != 0)
+        add(Severity::WARNING, KY_CHECK_MSG_SAME_NAME, nullptr);
+    }
+    m_levels.emplace_back();
+    checkIDAndDescription();
+  }
+
+  void checkIDAndDescription()
+  {
+    if (!isPredefined(m_record.id))
+      add(Severity::WARNING, KY_CHECK_MSG_UNKNOWN_ID, "%u", m_record.id);
+    else if (m_record.description != KyNInventoryIDs::Map.get(m_record.id))
+      add(Severity::NOTE, KY_CHECK_MSG_OTHER_DESCRIPTION, "%s", KyNInventoryIDs::Map.get(m_record.id));
+    checkText("description", m_record.description, StreamFieldKind::TEXT);
+  }
+
+  void checkParameter()
+  {
+    checkIDAndDescription();
+    if (m_record.type == KyCParam::TYPE_STRING) checkText("value", m_record.value, StreamFieldKind::VALUE);
+    checkText("unit", m_record.unit, StreamFieldKind::UNIT);
+    if (m_record.unit.size() == 100) add(Severity::NOTE, KY_CHECK_MSG_UNIT_AT_LIMIT, nullptr);
+    if (m_record.unit.find('\0') != m_record.unit.npos) add(Severity::WARNING, KY_CHECK_MSG_UNIT_ZERO_BYTE, nullptr);
+    if (m_record.modifiable != 0 && m_record.modifiable != 0xFF)
+      add(Severity::NOTE, KY_CHECK_MSG_MODIFIABLE_BYTE, "%s", hexByte(m_record.modifiable).c_str());
+    if (m_record.type != KyCParam::TYPE_UINT32 &&
+        KyCInventoryAddress(m_record.id) == KyNInventoryIDs::SHARED_DATA_INDEX)
+      add(Severity::WARNING, KY_CHECK_MSG_SHARED_INDEX_TYPE, "%s", storedTypeName(m_record.type));
+  }
+
+  // A description that was there before was checked there.
+  void checkText(const char* what, std::string_view text, StreamFieldKind kind)
+  {
+    const StreamField* const field = m_record.find(kind);
+    if (field == nullptr || kyIsUtf8(text) || !m_findings.count(Severity::NOTE, KY_CHECK_MSG_NOT_UTF8)) return;
+    m_findings.list(Severity::NOTE, KY_CHECK_MSG_NOT_UTF8, m_offset + field->offset, address(),
+                    Findings::textOf(KY_CHECK_MSG_NOT_UTF8, "%s", what));
+  }
+
+  template <typename... Arguments>
+  void add(Severity severity, unsigned int code, const char* format, Arguments... arguments)
+  {
+    if (!m_findings.count(severity, code)) return;
+    m_findings.list(severity, code, m_offset + m_record.offset, address(),
+                    Findings::textOf(code, format, arguments...));
+  }
+
+  std::string address() const
+  {
+    return m_record.kind == StreamRecord::Kind::PARAMETER ? m_path.parameter(m_record.id) : m_path.item();
+  }
+
+  // The item or parameter that was read whole last; empty when there is none.
+  std::string lastAddress()
+  {
+    if (m_last == Last::NOTHING) return {};
+    if (m_last == Last::PARAMETER) return m_path.parameter(m_lastParameter);
+    if (m_last == Last::ITEM_END) m_path.enter(m_lastEnded.id, m_lastEnded.index);
+    return m_path.item();
+  }
+
+  void reportDamage()
+  {
+    const StreamDamage& damage = m_reader.damage();
+    const std::uint64_t offset = m_offset + damage.offset;
+    const std::string last = lastAddress();
+    const std::string behind = last.empty() ? "nothing could be read" : "what was read last is " + last;
+    if (damage.isVersion)
+      m_findings.add(Severity::ERROR, KY_CHECK_MSG_STREAM_VERSION, offset, "", "%u", unsigned{m_data[0]});
+    else
+      m_findings.add(Severity::ERROR, KY_CHECK_MSG_STREAM_DAMAGED, offset, last, "%s%s", damage.reason, behind.c_str());
+  }
+
+  enum class Last
+  {
+    NOTHING,
+    ITEM_START,
+    PARAMETER,
+    ITEM_END
+  };
+
+  Findings& m_findings;
+  std::uint64_t m_offset;    // of the stream in the file
+  const unsigned char* m_data;
+  std::size_t m_size;
+  StreamReader m_reader;
+  StreamRecord m_record;
+  KyPathText m_path;
+  std::vector<Level> m_levels;
+  Last m_last = Last::NOTHING;
+  unsigned int m_lastParameter = 0;
+  StreamReader::Element m_lastEnded = {0, 0};
+  std::size_t m_deepest = 0;
+  std::size_t m_deepestOffset = 0;
+};
+
+// --- Shared data --------------------------------------------------------------------------------------------------------
+
+struct SharedWarning
+{
+  unsigned int code;
+  std::string text;
+  std::string address;    // of the item that it is about
+};
+
+// Collects the warnings of linking while it lives, and passes on all others.
+class SharedWarnings : public KyIErrorListener
+{
+public:
+  SharedWarnings() : m_before(KyCErrorManager::getSingleton()->setListener(this)) {}
+  ~SharedWarnings() override { KyCErrorManager::getSingleton()->setListener(m_before); }
+  SharedWarnings(const SharedWarnings&) = delete;
+  SharedWarnings& operator=(const SharedWarnings&) = delete;
+
+  void onError(const KyErrorEntry& entry) override
+  {
+    if (m_before != nullptr) m_before->onError(entry);
+  }
+  void onWarning(const KyErrorEntry& entry) override
+  {
+    if (entry.code >= s_firstSharedWarning && entry.code <= s_lastSharedWarning)
+      m_warnings.push_back({entry.code, entry.text, itemNamedIn(entry.text)});
+    else if (m_before != nullptr)
+      m_before->onWarning(entry);
+  }
+
+  const std::vector<SharedWarning>& warnings() const { return m_warnings; }
+
+private:
+  // "... Item BOARD[2] has a ...": an address has no blanks.
+  static std::string itemNamedIn(const std::string& text)
+  {
+    static const std::string mark = " Item ";
+    const std::size_t at = text.find(mark);
+    if (at == text.npos) return {};
+    const std::size_t begin = at + mark.size();
+    return text.substr(begin, text.find(' ', begin) - begin);
+  }
+
+  std::vector<SharedWarning> m_warnings;
+  KyIErrorListener* m_before;
+};
+
+// Where the items of these addresses start in the stream, the first of each.
+std::unordered_map<std::string, std::size_t> offsetsOf(const std::vector<SharedWarning>& warnings,
+                                                       const unsigned char* data, std::size_t size)
+{
+  std::unordered_map<std::string, std::size_t> offsets;
+  std::unordered_set<std::string> wanted;
+  for (const SharedWarning& warning : warnings)
+    wanted.insert(warning.address);
+  StreamReader reader(data, size);
+  StreamRecord record;
+  KyPathText path;
+  while (!wanted.empty() && reader.next(record))
+  {
+    if (record.kind == StreamRecord::Kind::ITEM_END) path.leave();
+    if (record.kind != StreamRecord::Kind::ITEM_START) continue;
+    path.enter(record.id, record.index);
+    const std::string address = path.item();
+    if (wanted.erase(address) != 0) offsets.emplace(address, record.offset);
+  }
+  return offsets;
+}
+
+void checkSharedData(Findings& findings, const std::string& bytes, const KySectionLayout& layout,
+                     KyCInventoryItem& tree)
+{
+  KyCErrorListPool pool;    // an index of a wrong type, which the walk over the bytes has found already
+  SharedWarnings listener;
+  tree.linkSharedData(pool, nullptr);
+  if (listener.warnings().empty()) return;
+  const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data()) + layout.dataBegin;
+  const auto offsets = offsetsOf(listener.warnings(), data, layout.dataEnd - layout.dataBegin);
+  for (const SharedWarning& warning : listener.warnings())
+  {
+    if (!findings.count(Severity::WARNING, warning.code)) continue;
+    const auto found = offsets.find(warning.address);
+    const std::uint64_t offset = found != offsets.end() ? layout.dataBegin + found->second : Finding::NOWHERE;
+    findings.list(Severity::WARNING, warning.code, offset, warning.address, warning.text);
+  }
+}
+
+// --- The whole ----------------------------------------------------------------------------------------------------------
+
+void noteHeadersElsewhere(Findings& findings, const std::string& bytes)
+{
+  static const std::string marks("INVE\x55\x4B\x59\xAA", 8);
+  for (std::size_t at = bytes.find(marks); at != bytes.npos; at = bytes.find(marks, at + marks.size()))
+    findings.add(Severity::NOTE, KY_CHECK_MSG_HEADER_ELSEWHERE, at, "", nullptr);
+}
+
+void takeReports(Findings& findings, const KyCErrorListPool& pool)
+{
+  for (unsigned int n = 0; n < pool.getEntryCount(); ++n)
+  {
+    const KyErrorEntry& entry = pool.getEntry(n);
+    if (findings.count(Severity::ERROR, entry.code))
+      findings.list(Severity::ERROR, entry.code, Finding::NOWHERE, "", entry.text);
+  }
+}
+
+TreePointer extract(KyCErrorListPool& pool, const std::string& bytes)
+{
+  KyCInventoryItem* root = nullptr;
+  KyCInventoryData::extractInventoryTreeFromMem(pool, reinterpret_cast<const unsigned char*>(bytes.data()),
+                                                static_cast<unsigned int>(bytes.size()), root);
+  return TreePointer(root);
+}
+
+// True when nothing keeps the tree from being read.
+bool checkSection(Findings& findings, const std::string& bytes, const std::string& name, const KySectionLayout& layout)
+{
+  if (!layout.isThere)
+  {
+    findings.add(Severity::ERROR, KY_KIT_MSG_NO_SECTION, Finding::NOWHERE, "", "%s", name.c_str());
+    noteHeadersElsewhere(findings, bytes);
+    return false;
+  }
+  RecordCheck records(findings, bytes);
+  const bool isBroken = records.findErrors(layout);
+  if (!isBroken) records.compare(layout);
+  if (layout.isAtEnd && layout.begin > 0 && kyLayoutAtStart(bytes).isThere)
+    findings.add(Severity::WARNING, KY_CHECK_MSG_TWO_SECTIONS, 0, "", nullptr);
+  if (layout.dataBegin == layout.dataEnd)
+  {
+    if (!isBroken) findings.add(Severity::ERROR, KY_CHECK_MSG_NO_TREE, layout.dataBegin, "", nullptr);
+    return false;
+  }
+  return TreeCheck(findings, bytes, layout).run() && !isBroken;
+}
+
+void check(Findings& findings, const std::string& bytes, const std::string& name)
+{
+  const KySectionLayout layout = kyLayoutOf(bytes);
+  const bool isReadable = checkSection(findings, bytes, name, layout);
+  KyCErrorListPool pool;
+  const TreePointer tree = extract(pool, bytes);
+  if (tree && isReadable) checkSharedData(findings, bytes, layout, *tree);
+  if (!tree && isReadable)
+    findings.add(Severity::ERROR, KY_CHECK_MSG_READERS_DISAGREE, layout.dataBegin, "", "%s",
+                 pool.getEntryCount() != 0 ? pool.getEntry(0).text : "no tree");
+}
+
+void conclude(CheckResult& result)
+{
+  result.verdict = result.errors != 0 ? Verdict::DAMAGED : result.warnings != 0 ? Verdict::FINDINGS : Verdict::FINE;
+}
+}    // namespace
+
+CheckResult checkBytes(const std::string& bytes, const std::string& name, const CheckOptions& options)
+{
+  CheckResult result;
+  result.name = name;
+  Findings findings(result, options);
+  if (bytes.size() > 0xFFFFFFFFu)
+    findings.add(Severity::ERROR, KY_CHECK_MSG_TOO_LARGE, Finding::NOWHERE, "", "%s", name.c_str());
+  else
+    check(findings, bytes, name);
+  conclude(result);
+  return result;
+}
+
+CheckResult checkFile(const std::string& path, const CheckOptions& options)
+{
+  const std::string name = path == "-" ? "standard input" : path;
+  KyCErrorListPool pool;
+  std::string bytes;
+  if (kyReadSmallFile(pool, path, bytes)) return checkBytes(bytes, name, options);
+  CheckResult result;
+  result.name = name;
+  Findings findings(result, options);
+  takeReports(findings, pool);
+  conclude(result);
+  return result;
+}
+
+const char* severityName(Severity severity)
+{
+  return severity == Severity::ERROR ? "error" : severity == Severity::WARNING ? "warning" : "note";
+}
+
+const char* verdictName(Verdict verdict)
+{
+  return verdict == Verdict::DAMAGED ? "damaged" : verdict == Verdict::FINDINGS ? "findings" : "fine";
+}
+
+std::string checkAsJson(const std::vector<CheckResult>& results)
+{
+  using Json = nlohmann::ordered_json;
+  Json files = Json::array();
+  for (const CheckResult& result : results)
+  {
+    Json findings = Json::array();
+    for (const Finding& finding : result.findings)
+    {
+      char codeText[16];
+      std::snprintf(codeText, sizeof(codeText), "0x%X", finding.code);
+      Json entry = {{"severity", severityName(finding.severity)}, {"code", finding.code}, {"codeText", codeText}};
+      if (finding.offset != Finding::NOWHERE) entry["offset"] = finding.offset;
+      if (!finding.address.empty()) entry["address"] = finding.address;
+      entry["text"] = kyJsonText(finding.text);
+      entry["remedy"] = finding.remedy;
+      if (finding.more != 0) entry["more"] = finding.more;
+      findings.push_back(std::move(entry));
+    }
+    files.push_back({{"file", kyJsonText(result.name)},
+                     {"verdict", verdictName(result.verdict)},
+                     {"errors", result.errors},
+                     {"warnings", result.warnings},
+                     {"notes", result.notes},
+                     {"findings", std::move(findings)}});
+  }
+  return files.dump(2) + "\n";
+}
+}    // namespace KyNInventoryKit

@@ -1,0 +1,153 @@
+#include "inventorykit/KyImage.h"
+
+#include "KyCheckMessages.h"
+#include "KyKitMessages.h"
+#include "KySectionLayout.h"
+#include "composite/KyCBuffer.h"
+#include "inventory/KyCInventoryData.h"
+
+namespace KyNInventoryKit
+{
+namespace
+{
+constexpr std::uint64_t s_mostBytes = 0xFFFFFFFFu;
+
+const char* endName(SectionEnd at) { return at == SectionEnd::START ? "start" : "end"; }
+
+bool isTooLarge(KyCErrorListPool& pool, std::uint64_t size, const std::string& name, const char* function)
+{
+  if (size <= s_mostBytes) return false;
+  pool.setError(KY_CHECK_MSG_TOO_LARGE, __LINE__, function, "%s", name.c_str());
+  return true;
+}
+
+KySectionLayout layoutAt(const std::string& bytes, SectionEnd at)
+{
+  if (at == SectionEnd::READ) return kyLayoutOf(bytes);
+  return at == SectionEnd::START ? kyLayoutAtStart(bytes) : kyLayoutAtEnd(bytes);
+}
+
+std::string sectionIn(const std::string& bytes, const KySectionLayout& layout)
+{
+  return bytes.substr(layout.begin, layout.end - layout.begin);
+}
+
+// Finds a section that reads as a tree.
+bool findReadable(KyCErrorListPool& pool, const std::string& bytes, const std::string& name, SectionEnd at,
+                  const char* function, KySectionLayout& layout)
+{
+  if (isTooLarge(pool, bytes.size(), name, function)) return false;
+  layout = layoutAt(bytes, at);
+  if (!layout.isThere)
+  {
+    if (at == SectionEnd::READ)
+      pool.setError(KY_KIT_MSG_NO_SECTION, __LINE__, function, "%s", name.c_str());
+    else
+      pool.setError(KY_CHECK_MSG_NO_SECTION_THERE, __LINE__, function, "%s%s", name.c_str(), endName(at));
+    return false;
+  }
+  // Of one that cannot be located, all bytes are read, for their reports.
+  const std::string section = layout.isReadable ? sectionIn(bytes, layout) : bytes;
+  return readTreeFromBytes(pool, section, name) != nullptr && layout.isReadable;
+}
+
+void appendHeader(KyCErrorListPool& pool, std::string& section, unsigned int dataSize)
+{
+  KyCBuffer buffer(pool);
+  KyCInventoryData::writeHeader(pool, buffer, dataSize, 0xFFFFFFFF);
+  section.append(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition());
+}
+
+void appendTrailer(KyCErrorListPool& pool, std::string& section, unsigned int dataSize)
+{
+  KyCBuffer buffer(pool);
+  KyCInventoryData::writeTrailer(pool, buffer, dataSize);
+  section.append(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition());
+}
+
+bool agree(const KySectionRecord& header, const KySectionRecord& trailer)
+{
+  return header.isUsable && trailer.isUsable && header.headerSize == trailer.headerSize &&
+         header.dataSize == trailer.dataSize && header.trailerSize == trailer.trailerSize;
+}
+
+// A section found from either of its ends is the same only when header and trailer are there and agree.
+bool completeSection(KyCErrorListPool& pool, const std::string& section, const std::string& name, std::string& whole)
+{
+  KySectionLayout layout;
+  if (!findReadable(pool, section, name, SectionEnd::READ, "appendSection", layout)) return false;
+  if (agree(layout.header, layout.trailer))
+  {
+    whole = sectionIn(section, layout);
+    return true;
+  }
+  const unsigned int errorCount = pool.getErrorCount();
+  const unsigned int dataSize = static_cast<unsigned int>(layout.dataEnd - layout.dataBegin);
+  appendHeader(pool, whole, dataSize);
+  whole.append(section, layout.dataBegin, dataSize);
+  appendTrailer(pool, whole, dataSize);
+  return pool.getErrorCount() == errorCount;
+}
+
+std::string without(const std::string& bytes, const KySectionLayout& layout)
+{
+  return bytes.substr(0, layout.begin) + bytes.substr(layout.end);
+}
+
+// Whether the new image gives back both things that it was made of.
+bool readsBack(const std::string& made, const std::string& image, const std::string& section, SectionEnd at)
+{
+  const KySectionLayout layout = layoutAt(made, at);
+  return layout.isReadable && sectionIn(made, layout) == section && without(made, layout) == image;
+}
+}    // namespace
+
+bool readImage(KyCErrorListPool& pool, const std::string& path, std::string& bytes)
+{
+  return kyReadSmallFile(pool, path, bytes);
+}
+
+bool extractSection(KyCErrorListPool& pool, const std::string& bytes, const std::string& name, SectionEnd at,
+                    std::string& section)
+{
+  KySectionLayout layout;
+  if (!findReadable(pool, bytes, name, at, "extractSection", layout)) return false;
+  section = sectionIn(bytes, layout);
+  return true;
+}
+
+bool appendSection(KyCErrorListPool& pool, std::string& image, const std::string& name, const std::string& section,
+                   SectionEnd wantedEnd, Replace replace)
+{
+  const SectionEnd at = wantedEnd == SectionEnd::READ ? SectionEnd::END : wantedEnd;
+  std::string whole;
+  if (!completeSection(pool, section, "the section", whole)) return false;
+  std::string rest = image;
+  if (layoutAt(image, at).isThere)
+  {
+    if (replace == Replace::NO)
+    {
+      pool.setError(KY_CHECK_MSG_HAS_SECTION, __LINE__, "appendSection", "%s%s", name.c_str(), endName(at));
+      return false;
+    }
+    if (!stripSection(pool, rest, name, at)) return false;
+  }
+  if (isTooLarge(pool, std::uint64_t{rest.size()} + whole.size(), name, "appendSection")) return false;
+  std::string made = at == SectionEnd::START ? whole + rest : rest + whole;
+  if (!readsBack(made, rest, whole, at))
+  {
+    pool.setError(KY_CHECK_MSG_NOT_READ_BACK, __LINE__, "appendSection", "%s%s", name.c_str(), endName(at));
+    return false;
+  }
+  image.swap(made);
+  return true;
+}
+
+bool stripSection(KyCErrorListPool& pool, std::string& image, const std::string& name, SectionEnd at)
+{
+  KySectionLayout layout;
+  if (!findReadable(pool, image, name, at, "stripSection", layout)) return false;
+  image = without(image, layout);
+  return true;
+}
+}    // namespace KyNInventoryKit

@@ -1,0 +1,59 @@
+// kyinventory extract: writes the section of an image as a file of its own.
+#include <string>
+
+#include "Command.h"
+#include "Files.h"
+#include "SectionEndOption.h"
+#include "Terminal.h"
+#include "inventorykit/KyImage.h"
+
+namespace
+{
+using KyNInventoryKit::SectionEnd;
+
+struct ExtractArguments
+{
+  std::string image;
+  SectionEnd at = SectionEnd::READ;
+  TargetOptions target;
+};
+
+int extract(const ExtractArguments& arguments)
+{
+  if (arguments.target.output.empty())
+  {
+    complain("name a file with -o");
+    return EXIT_USAGE;
+  }
+  if (!mayStore(arguments.image, arguments.target)) return EXIT_OUTPUT;
+  KyCErrorListPool pool;
+  std::string image;
+  std::string section;
+  if (!KyNInventoryKit::readImage(pool, arguments.image, image) ||
+      !KyNInventoryKit::extractSection(pool, image, arguments.image == "-" ? "standard input" : arguments.image,
+                                       arguments.at, section))
+  {
+    complainAbout(arguments.image, pool);
+    return EXIT_INPUT;
+  }
+  return storeBytes(arguments.image, section, arguments.target);
+}
+}    // namespace
+
+void addExtractCommand(CLI::App& program, int& exitCode)
+{
+  auto arguments = std::make_shared<ExtractArguments>();
+  CLI::App* command = program.add_subcommand("extract", "Write the section of an image as a file of its own");
+  command->add_option("IMAGE", arguments->image, "File with a section at its end or start; - is standard input")
+      ->required();
+  command->add_option("-o,--output", arguments->target.output, "File to store the section in; - is standard output")
+      ->required();
+  command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");
+  addSectionEndOption(*command, arguments->at,
+                      "Which section, in a file with two; default: the one that reading takes");
+  setManual(*command,
+            {"Writes the section byte for byte as it stands in the image, once it has been found to read as a "
+             "tree. IMAGE stays as it is.",
+             {{"kyinventory extract firmware.bin -o rack.kyinv", "takes the section out as a file"}}});
+  command->callback([arguments, &exitCode]() { exitCode = extract(*arguments); });
+}

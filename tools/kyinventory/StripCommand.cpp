@@ -1,0 +1,59 @@
+// kyinventory strip: takes the section away from an image.
+#include <string>
+
+#include "Command.h"
+#include "Files.h"
+#include "SectionEndOption.h"
+#include "Terminal.h"
+#include "inventorykit/KyImage.h"
+
+namespace
+{
+using KyNInventoryKit::SectionEnd;
+
+struct StripArguments
+{
+  std::string image;
+  SectionEnd at = SectionEnd::READ;
+  TargetOptions target;
+};
+
+int strip(const StripArguments& arguments)
+{
+  if (arguments.image == "-" && arguments.target.output.empty())
+  {
+    complain("standard input cannot be changed in place; name a file with -o");
+    return EXIT_USAGE;
+  }
+  if (!mayStore(arguments.image, arguments.target)) return EXIT_OUTPUT;
+  const std::string name = arguments.image == "-" ? "standard input" : arguments.image;
+  KyCErrorListPool pool;
+  std::string image;
+  if (!KyNInventoryKit::readImage(pool, arguments.image, image) ||
+      !KyNInventoryKit::stripSection(pool, image, name, arguments.at))
+  {
+    complainAbout(name, pool);
+    return EXIT_INPUT;
+  }
+  return storeBytes(arguments.image, image, arguments.target);
+}
+}    // namespace
+
+void addStripCommand(CLI::App& program, int& exitCode)
+{
+  auto arguments = std::make_shared<StripArguments>();
+  CLI::App* command = program.add_subcommand("strip", "Take the section away from an image");
+  command->add_option("IMAGE", arguments->image, "File with a section at its end or start; - is standard input")
+      ->required();
+  addSectionEndOption(*command, arguments->at,
+                      "Which section, in a file with two; default: the one that reading takes");
+  addTargetOptions(*command, arguments->target);
+  setManual(
+      *command,
+      {"Leaves the image as it was before the section was appended, byte for byte. IMAGE is changed in place, and "
+       "keeps its mode and owner, unless -o names another file. A section that does not read as a tree is not "
+       "taken away: where it begins is not certain.",
+       {{"kyinventory strip firmware.bin", "takes the section away"},
+        {"kyinventory strip firmware.bin -o plain.bin", "stores what is left as another file"}}});
+  command->callback([arguments, &exitCode]() { exitCode = strip(*arguments); });
+}
