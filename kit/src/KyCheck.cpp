@@ -32,7 +32,10 @@ const char* const s_trailer = "trailer";
 class Findings
 {
 public:
-  Findings(CheckResult& result, const CheckOptions& options) : m_result(result), m_most(options.mostPerCode) {}
+  Findings(CheckResult& result, const CheckOptions& options)
+      : m_result(result), m_most(options.mostPerCode), m_mostNotes(options.mostNotesPerCode)
+  {
+  }
 
   // Counts a finding; false when it is not to be listed. Asked first, so that nothing is made that nobody sees.
   bool count(Severity severity, unsigned int code)
@@ -42,7 +45,8 @@ public:
                                                           : m_result.notes;
     ++total;
     Listed& listed = m_listed[code];
-    if (m_most == 0 || listed.count < m_most) return true;
+    const unsigned int most = severity == Severity::NOTE ? m_mostNotes : m_most;
+    if (most == 0 || listed.count < most) return true;
     ++m_result.findings[listed.last].more;
     return false;
   }
@@ -80,6 +84,7 @@ private:
 
   CheckResult& m_result;
   unsigned int m_most;
+  unsigned int m_mostNotes;
   std::map<unsigned int, Listed> m_listed;
 };
 
@@ -426,7 +431,9 @@ void noteHeadersElsewhere(Findings& findings, const std::string& bytes)
 {
   static const std::string marks("INVE\x55\x4B\x59\xAA", 8);
   for (std::size_t at = bytes.find(marks); at != bytes.npos; at = bytes.find(marks, at + marks.size()))
-    findings.add(Severity::NOTE, KY_CHECK_MSG_HEADER_ELSEWHERE, at, "", nullptr);
+  {
+    if (kyHeaderAt(bytes, at).isUsable) findings.add(Severity::NOTE, KY_CHECK_MSG_HEADER_ELSEWHERE, at, "", nullptr);
+  }
 }
 
 void takeReports(Findings& findings, const KyCErrorListPool& pool)

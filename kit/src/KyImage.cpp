@@ -94,9 +94,12 @@ std::string without(const std::string& bytes, const KySectionLayout& layout)
   return bytes.substr(0, layout.begin) + bytes.substr(layout.end);
 }
 
-// Whether the new image gives back both things that it was made of.
+// Whether the new image gives back both things that it was made of. What ends like a section but is none keeps the one at
+// the start from being read.
 bool readsBack(const std::string& made, const std::string& image, const std::string& section, SectionEnd at)
 {
+  const KySectionLayout atEnd = kyLayoutAtEnd(made);
+  if (atEnd.isThere && !atEnd.isReadable) return false;
   const KySectionLayout layout = layoutAt(made, at);
   return layout.isReadable && sectionIn(made, layout) == section && without(made, layout) == image;
 }

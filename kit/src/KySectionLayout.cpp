@@ -32,20 +32,6 @@ bool hasMarks(const std::string& bytes, std::size_t at)
   return std::memcmp(bytes.data() + at, s_marks, sizeof(s_marks)) == 0;
 }
 
-KySectionRecord headerAt(const std::string& bytes, std::uint64_t at)
-{
-  KySectionRecord record;
-  if (at + s_recordSize > bytes.size()) return record;
-  record.begin = static_cast<std::size_t>(at);
-  record.isThere = hasMarks(bytes, record.begin);
-  record.version = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, version));
-  record.headerSize = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, headerSize));
-  record.dataSize = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, dataSize));
-  record.trailerSize = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, trailerSize));
-  record.isUsable = record.isThere && record.headerSize >= s_recordSize && record.version == s_sectionVersion;
-  return record;
-}
-
 KySectionRecord trailerAt(const std::string& bytes, std::uint64_t at)
 {
   KySectionRecord record;
@@ -60,6 +46,20 @@ KySectionRecord trailerAt(const std::string& bytes, std::uint64_t at)
   return record;
 }
 }    // namespace
+
+KySectionRecord kyHeaderAt(const std::string& bytes, std::uint64_t at)
+{
+  KySectionRecord record;
+  if (at + s_recordSize > bytes.size()) return record;
+  record.begin = static_cast<std::size_t>(at);
+  record.isThere = hasMarks(bytes, record.begin);
+  record.version = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, version));
+  record.headerSize = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, headerSize));
+  record.dataSize = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, dataSize));
+  record.trailerSize = numberAt(bytes, record.begin + offsetof(KyInventorySectionHeader, trailerSize));
+  record.isUsable = record.isThere && record.headerSize >= s_recordSize && record.version == s_sectionVersion;
+  return record;
+}
 
 KySectionLayout kyLayoutAtEnd(const std::string& bytes)
 {
@@ -81,7 +81,7 @@ KySectionLayout kyLayoutAtEnd(const std::string& bytes)
   layout.dataEnd = layout.dataBegin + layout.trailer.dataSize;
   layout.begin = layout.dataBegin;
   if (layout.trailer.headerSize <= layout.dataBegin)
-    layout.header = headerAt(bytes, layout.dataBegin - layout.trailer.headerSize);
+    layout.header = kyHeaderAt(bytes, layout.dataBegin - layout.trailer.headerSize);
   if (layout.header.isUsable) layout.begin = layout.header.begin;
   return layout;
 }
@@ -89,7 +89,7 @@ KySectionLayout kyLayoutAtEnd(const std::string& bytes)
 KySectionLayout kyLayoutAtStart(const std::string& bytes)
 {
   KySectionLayout layout;
-  layout.header = headerAt(bytes, 0);
+  layout.header = kyHeaderAt(bytes, 0);
   layout.isThere = layout.header.isThere;
   if (!layout.isThere) return layout;
   const std::uint64_t dataEnd = std::uint64_t{layout.header.headerSize} + layout.header.dataSize;

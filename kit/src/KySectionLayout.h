@@ -39,6 +39,7 @@ struct KySectionLayout
   const KySectionRecord& leading() const { return isAtEnd ? trailer : header; }
 };
 
+KySectionRecord kyHeaderAt(const std::string& bytes, std::uint64_t at);
 KySectionLayout kyLayoutAtEnd(const std::string& bytes);
 KySectionLayout kyLayoutAtStart(const std::string& bytes);
 

@@ -23,6 +23,8 @@ struct AppendArguments
   TargetOptions target;
 };
 
+std::string nameOf(const std::string& file) { return file == "-" ? "standard input" : file; }
+
 // The end of an image is read first.
 void warnOfHiddenSection(const std::string& image, const AppendArguments& arguments)
 {
@@ -33,7 +35,7 @@ void warnOfHiddenSection(const std::string& image, const AppendArguments& argume
                         KyNInventoryKit::inspectBytes(ignored, image, "", SectionEnd::START, atStart) &&
                         KyNInventoryKit::inspectBytes(ignored, image, "", SectionEnd::END, atEnd) &&
                         atEnd.begin != atStart.begin;
-  if (isHidden) complain(arguments.image + ": has a section at its end, too, and that one is what is read");
+  if (isHidden) complain(nameOf(arguments.image) + ": has a section at its end, too, and that one is what is read");
 }
 
 int append(const AppendArguments& arguments)
@@ -56,21 +58,21 @@ int append(const AppendArguments& arguments)
   std::string section;
   if (!KyNInventoryKit::readImage(pool, arguments.image, image))
   {
-    complainAbout(arguments.image, pool);
+    complainAbout(nameOf(arguments.image), pool);
     return EXIT_INPUT;
   }
   if (!KyNInventoryKit::readImage(pool, arguments.file, bytes) ||
-      !KyNInventoryKit::extractSection(pool, bytes, arguments.file, SectionEnd::READ, section))
+      !KyNInventoryKit::extractSection(pool, bytes, nameOf(arguments.file), SectionEnd::READ, section))
   {
-    complainAbout(arguments.file, pool);
+    complainAbout(nameOf(arguments.file), pool);
     return EXIT_INPUT;
   }
-  if (!KyNInventoryKit::appendSection(pool, image, arguments.image, section, arguments.at,
+  if (!KyNInventoryKit::appendSection(pool, image, nameOf(arguments.image), section, arguments.at,
                                       arguments.replace ? Replace::YES : Replace::NO))
   {
-    complainAbout(arguments.image, pool);
+    complainAbout(nameOf(arguments.image), pool);
     const bool isThere = pool.getEntryCount() != 0 && pool.getEntry(0).code == codeHasSection;
-    if (isThere) complain(arguments.image + ": --replace puts the new section in its place");
+    if (isThere) complain(nameOf(arguments.image) + ": --replace puts the new section in its place");
     return isThere ? EXIT_NO : EXIT_INPUT;
   }
   const int exitCode = storeBytes(arguments.image, image, arguments.target);

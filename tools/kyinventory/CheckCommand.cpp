@@ -80,7 +80,7 @@ int check(const CheckArguments& arguments)
     return EXIT_USAGE;
   }
   KyNInventoryKit::CheckOptions options;
-  if (arguments.all) options.mostPerCode = 0;
+  if (arguments.all) options.mostPerCode = options.mostNotesPerCode = 0;
   Output out;
   std::vector<CheckResult> results;
   int exitCode = EXIT_OK;
@@ -103,7 +103,7 @@ void addCheckCommand(CLI::App& program, int& exitCode)
   auto arguments = std::make_shared<CheckArguments>();
   CLI::App* command = program.add_subcommand("check", "Tell what is wrong with section files, where, and what to do");
   command->add_option("FILE", arguments->files, "Files with a section each; - is standard input")->required();
-  command->add_flag("--all", arguments->all, "List every finding, not only the first 20 of each code");
+  command->add_flag("--all", arguments->all, "List every finding, not only the first 20 (notes: 3) of each code");
   command->add_flag("--json", arguments->json, "Print JSON: an array with an object for each file");
   setManual(
       *command,

@@ -26,14 +26,14 @@ int extract(const ExtractArguments& arguments)
     return EXIT_USAGE;
   }
   if (!mayStore(arguments.image, arguments.target)) return EXIT_OUTPUT;
+  const std::string name = arguments.image == "-" ? "standard input" : arguments.image;
   KyCErrorListPool pool;
   std::string image;
   std::string section;
   if (!KyNInventoryKit::readImage(pool, arguments.image, image) ||
-      !KyNInventoryKit::extractSection(pool, image, arguments.image == "-" ? "standard input" : arguments.image,
-                                       arguments.at, section))
+      !KyNInventoryKit::extractSection(pool, image, name, arguments.at, section))
   {
-    complainAbout(arguments.image, pool);
+    complainAbout(name, pool);
     return EXIT_INPUT;
   }
   return storeBytes(arguments.image, section, arguments.target);

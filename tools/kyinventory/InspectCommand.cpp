@@ -120,18 +120,18 @@ void print(Output& out, const ByteNote& note)
   }
 }
 
-int printBytes(Output& out, KyCErrorListPool& pool, const InspectArguments& arguments, const std::string& bytes)
+void printBytes(Output& out, const InspectArguments& arguments, const std::string& bytes)
 {
-  const bool isDone = KyNInventoryKit::annotateBytes(pool, bytes, arguments.file, arguments.at,
-                                                     [&out, &arguments](const ByteNote& note)
-                                                     {
-                                                       if (arguments.json)
-                                                         out.text(KyNInventoryKit::noteAsJson(note));
-                                                       else
-                                                         print(out, note);
-                                                       return !out.hasFailed();
-                                                     });
-  return isDone ? EXIT_OK : EXIT_INPUT;
+  KyCErrorListPool ignored;    // the section has been found already
+  KyNInventoryKit::annotateBytes(ignored, bytes, arguments.file, arguments.at,
+                                 [&out, &arguments](const ByteNote& note)
+                                 {
+                                   if (arguments.json)
+                                     out.text(KyNInventoryKit::noteAsJson(note));
+                                   else
+                                     print(out, note);
+                                   return !out.hasFailed();
+                                 });
 }
 
 int inspect(const InspectArguments& arguments)
@@ -148,12 +148,16 @@ int inspect(const InspectArguments& arguments)
   }
   Output out;
   if (arguments.bytes)
-    printBytes(out, pool, arguments, bytes);
+    printBytes(out, arguments, bytes);
   else if (arguments.json)
     out.text(KyNInventoryKit::inspectionAsJson(inspection));
   else
     print(out, inspection);
-  return out.finish(inspection.damage.empty() ? EXIT_OK : EXIT_INPUT);
+  if (inspection.damage.empty()) return out.finish(EXIT_OK);
+  const int exitCode = out.finish(EXIT_INPUT);
+  if (arguments.bytes)
+    complain(name + ": damaged at byte " + number(inspection.damageOffset) + ": " + inspection.damage);
+  return exitCode;
 }
 }    // namespace
 

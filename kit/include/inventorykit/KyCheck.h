@@ -47,7 +47,9 @@ enum class Verdict
 
 struct CheckOptions
 {
-  unsigned int mostPerCode = 20;    // listed findings of one code; 0: all
+  // Listed findings of one code; 0: all.
+  unsigned int mostPerCode = 20;
+  unsigned int mostNotesPerCode = 3;
 };
 
 struct CheckResult
