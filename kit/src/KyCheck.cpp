@@ -60,6 +60,8 @@ public:
     m_result.findings.push_back({severity, code, offset, std::move(address), std::move(text), kyRemedyOf(code), 0});
   }
 
+  std::vector<Finding>& listed() { return m_result.findings; }
+
   template <typename... Arguments>
   void add(Severity severity, unsigned int code, std::uint64_t offset, const std::string& address, const char* format,
            Arguments... arguments)
@@ -340,18 +342,14 @@ private:
 
 // --- Shared data --------------------------------------------------------------------------------------------------------
 
-struct SharedWarning
-{
-  unsigned int code;
-  std::string text;
-  std::string address;    // of the item that it is about
-};
-
-// Collects the warnings of linking while it lives, and passes on all others.
+// Lists the warnings of linking while it lives, and passes on all others.
 class SharedWarnings : public KyIErrorListener
 {
 public:
-  SharedWarnings() : m_before(KyCErrorManager::getSingleton()->setListener(this)) {}
+  explicit SharedWarnings(Findings& findings)
+      : m_findings(findings), m_before(KyCErrorManager::getSingleton()->setListener(this))
+  {
+  }
   ~SharedWarnings() override { KyCErrorManager::getSingleton()->setListener(m_before); }
   SharedWarnings(const SharedWarnings&) = delete;
   SharedWarnings& operator=(const SharedWarnings&) = delete;
@@ -362,13 +360,11 @@ public:
   }
   void onWarning(const KyErrorEntry& entry) override
   {
-    if (entry.code >= s_firstSharedWarning && entry.code <= s_lastSharedWarning)
-      m_warnings.push_back({entry.code, entry.text, itemNamedIn(entry.text)});
-    else if (m_before != nullptr)
-      m_before->onWarning(entry);
+    const bool isOurs = entry.code >= s_firstSharedWarning && entry.code <= s_lastSharedWarning;
+    if (isOurs && m_findings.count(Severity::WARNING, entry.code))
+      m_findings.list(Severity::WARNING, entry.code, Finding::NOWHERE, itemNamedIn(entry.text), entry.text);
+    if (!isOurs && m_before != nullptr) m_before->onWarning(entry);
   }
-
-  const std::vector<SharedWarning>& warnings() const { return m_warnings; }
 
 private:
   // "... Item BOARD[2] has a ...": an address has no blanks.
@@ -381,18 +377,15 @@ private:
     return text.substr(begin, text.find(' ', begin) - begin);
   }
 
-  std::vector<SharedWarning> m_warnings;
+  Findings& m_findings;
   KyIErrorListener* m_before;
 };
 
 // Where the items of these addresses start in the stream, the first of each.
-std::unordered_map<std::string, std::size_t> offsetsOf(const std::vector<SharedWarning>& warnings,
+std::unordered_map<std::string, std::size_t> offsetsOf(std::unordered_set<std::string> wanted,
                                                        const unsigned char* data, std::size_t size)
 {
   std::unordered_map<std::string, std::size_t> offsets;
-  std::unordered_set<std::string> wanted;
-  for (const SharedWarning& warning : warnings)
-    wanted.insert(warning.address);
   StreamReader reader(data, size);
   StreamRecord record;
   KyPathText path;
@@ -410,18 +403,22 @@ std::unordered_map<std::string, std::size_t> offsetsOf(const std::vector<SharedW
 void checkSharedData(Findings& findings, const std::string& bytes, const KySectionLayout& layout,
                      KyCInventoryItem& tree)
 {
-  KyCErrorListPool pool;    // an index of a wrong type, which the walk over the bytes has found already
-  SharedWarnings listener;
-  tree.linkSharedData(pool, nullptr);
-  if (listener.warnings().empty()) return;
-  const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data()) + layout.dataBegin;
-  const auto offsets = offsetsOf(listener.warnings(), data, layout.dataEnd - layout.dataBegin);
-  for (const SharedWarning& warning : listener.warnings())
+  const std::size_t first = findings.listed().size();
   {
-    if (!findings.count(Severity::WARNING, warning.code)) continue;
-    const auto found = offsets.find(warning.address);
-    const std::uint64_t offset = found != offsets.end() ? layout.dataBegin + found->second : Finding::NOWHERE;
-    findings.list(Severity::WARNING, warning.code, offset, warning.address, warning.text);
+    KyCErrorListPool pool;    // an index of a wrong type, which the walk over the bytes has found already
+    const SharedWarnings listener(findings);
+    tree.linkSharedData(pool, nullptr);
+  }
+  std::unordered_set<std::string> addresses;
+  for (std::size_t n = first; n < findings.listed().size(); ++n)
+    addresses.insert(findings.listed()[n].address);
+  if (addresses.empty()) return;
+  const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data()) + layout.dataBegin;
+  const auto offsets = offsetsOf(std::move(addresses), data, layout.dataEnd - layout.dataBegin);
+  for (std::size_t n = first; n < findings.listed().size(); ++n)
+  {
+    const auto found = offsets.find(findings.listed()[n].address);
+    if (found != offsets.end()) findings.listed()[n].offset = layout.dataBegin + found->second;
   }
 }
 
