@@ -70,10 +70,13 @@ public:
   }
 
   template <typename... Arguments>
-  static std::string textOf(unsigned int code, const char* format, Arguments... arguments)
+  static std::string textOf(unsigned int code, [[maybe_unused]] const char* format, Arguments... arguments)
   {
     KyCErrorListPool pool;
-    pool.setError(code, __LINE__, "checkBytes", format, arguments...);
+    if constexpr (sizeof...(Arguments) == 0)
+      pool.setError(code, __LINE__, "checkBytes", nullptr);
+    else
+      pool.setError(code, __LINE__, "checkBytes", format, arguments...);
     return pool.getEntryCount() != 0 ? pool.getEntry(0).text : "";
   }
 

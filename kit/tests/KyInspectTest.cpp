@@ -119,6 +119,20 @@ TEST(KyInspect, missingSectionIsReported)
   EXPECT_REPORTS(pool, {0x1502802, "inspectBytes", "f has no section at its start."});
 }
 
+TEST(KyInspect, fileIsReadAndNamed)
+{
+  KyTestPool pool;
+  const KyTemporaryFolder folder;
+  Inspection inspection;
+  EXPECT_TRUE(inspectFile(pool, folder.write("a", sample), SectionEnd::READ, inspection));
+  EXPECT_EQ(inspection.name, folder.path("a"));
+  EXPECT_EQ(inspection.items, 2u);
+  EXPECT_FALSE(inspectFile(pool, folder.path("missing"), SectionEnd::READ, inspection));
+  EXPECT_REPORTS(pool,
+                 {0x1500000, "readBytes", "Cannot read " + folder.path("missing") + ": No such file or directory."});
+  EXPECT_EQ(inspection.items, 0u);
+}
+
 TEST(KyInspect, damageIsToldAndWhatIsInFrontIsCounted)
 {
   std::string bytes = sample;

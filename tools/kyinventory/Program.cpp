@@ -6,6 +6,7 @@
 namespace
 {
 // One line a sub-command, in the order of the program's help.
+// clang-format off
 constexpr void (*s_commands[])(CLI::App&, int&) = {
     addScanCommand,
     addShowCommand,
@@ -17,6 +18,7 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addExtractCommand,
     addStripCommand,
 };
+// clang-format on
 
 std::map<std::string, Manual>& manuals()
 {
