@@ -408,12 +408,12 @@ std::vector<std::string> sections()
     KyTestPool pool;
     const KyItemPtr tree = KyRandomTree(seed).make(pool, 2 * seed);
     const KyBytes bytes = storedSection(tree.get());
-    if (bytes.size() < 20000) all.emplace_back(bytes.begin(), bytes.end());    // each is read hundreds of times
+    if (bytes.size() < 5000) all.emplace_back(bytes.begin(), bytes.end());    // each is read hundreds of times
   }
   return all;
 }
 
-std::size_t strideOf(const std::string& bytes) { return 1 + bytes.size() / 100; }
+std::size_t strideOf(const std::string& bytes) { return 1 + bytes.size() / 60; }
 }    // namespace
 
 TEST(KyCheckAgreement, soundSectionsAreTakenByBothReaders)
