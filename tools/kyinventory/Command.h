@@ -37,8 +37,8 @@ void addInspectCommand(CLI::App& program, int& exitCode);
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addScanCommand(CLI::App& program, int& exitCode);
 void addShowCommand(CLI::App& program, int& exitCode);
-void addWatchCommand(CLI::App& program, int& exitCode);
 void addStripCommand(CLI::App& program, int& exitCode);
+void addWatchCommand(CLI::App& program, int& exitCode);
 
 // Keeps the manual of a sub-command, for its help and its man page. Each add function calls it once.
 void setManual(const CLI::App& command, Manual manual);

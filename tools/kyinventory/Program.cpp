@@ -11,12 +11,12 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addScanCommand,
     addShowCommand,
     addMergeCommand,
-    addWatchCommand,
     addCheckCommand,
     addInspectCommand,
     addAppendCommand,
     addExtractCommand,
     addStripCommand,
+    addWatchCommand,
 };
 // clang-format on
 
