@@ -1,0 +1,169 @@
+#include "KyJsonValue.h"
+
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+
+#include "composite/KyCParam.h"
+#include "inventorykit/KyValueText.h"
+
+namespace KyNInventoryKit
+{
+namespace
+{
+const char s_digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+unsigned int byteAt(std::string_view text, std::size_t n) { return static_cast<unsigned char>(text[n]); }
+
+// ---- Base64 ----
+
+std::string toBase64(std::string_view bytes)
+{
+  std::string text;
+  text.reserve((bytes.size() + 2) / 3 * 4);
+  for (std::size_t n = 0; n < bytes.size(); n += 3)
+  {
+    const std::size_t left = bytes.size() - n;
+    const unsigned int group =
+        byteAt(bytes, n) << 16 | (left > 1 ? byteAt(bytes, n + 1) << 8 : 0u) | (left > 2 ? byteAt(bytes, n + 2) : 0u);
+    text += s_digits[group >> 18];
+    text += s_digits[group >> 12 & 63u];
+    text += left > 1 ? s_digits[group >> 6 & 63u] : '=';
+    text += left > 2 ? s_digits[group & 63u] : '=';
+  }
+  return text;
+}
+
+// 0 .. 63; 64 for a character that is no digit.
+unsigned int digitOf(char c)
+{
+  if (c >= 'A' && c <= 'Z') return static_cast<unsigned int>(c - 'A');
+  if (c >= 'a' && c <= 'z') return static_cast<unsigned int>(c - 'a') + 26;
+  if (c >= '0' && c <= '9') return static_cast<unsigned int>(c - '0') + 52;
+  return c == '+' ? 62 : c == '/' ? 63 : 64;
+}
+
+// Strict: whole groups of four, "=" at the end alone, no bits set that stand for nothing.
+bool fromBase64(std::string_view text, std::string& bytes)
+{
+  bytes.clear();
+  if (text.size() % 4 != 0) return false;
+  bytes.reserve(text.size() / 4 * 3);
+  for (std::size_t n = 0; n < text.size(); n += 4)
+  {
+    std::size_t count = 4;
+    if (n + 4 == text.size() && text[n + 3] == '=') count = text[n + 2] == '=' ? 2 : 3;
+    std::uint32_t group = 0;
+    for (std::size_t m = 0; m < 4; ++m)
+    {
+      const unsigned int digit = m < count ? digitOf(text[n + m]) : 0;
+      if (digit == 64) return false;
+      group = group << 6 | digit;
+    }
+    if ((count == 2 && (group & 0xFFFFu) != 0) || (count == 3 && (group & 0xFFu) != 0)) return false;
+    bytes += static_cast<char>(group >> 16);
+    if (count > 2) bytes += static_cast<char>(group >> 8 & 0xFFu);
+    if (count > 3) bytes += static_cast<char>(group & 0xFFu);
+  }
+  return true;
+}
+
+// ---- UTF-8 ----
+
+// The length of the character that starts here; 0 when it is not well-formed.
+std::size_t characterLength(std::string_view text, std::size_t n)
+{
+  const unsigned int first = byteAt(text, n);
+  if (first < 0x80) return 1;
+  const std::size_t length = first >= 0xC2 && first <= 0xDF   ? 2
+                             : first >> 4 == 0xE              ? 3
+                             : first >= 0xF0 && first <= 0xF4 ? 4
+                                                              : 0;
+  if (length == 0 || length > text.size() - n) return 0;
+  for (std::size_t m = 1; m < length; ++m)
+    if (byteAt(text, n + m) >> 6 != 2) return 0;
+  const unsigned int second = byteAt(text, n + 1);
+  if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F)) return 0;
+  if ((first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F)) return 0;
+  return length;
+}
+
+// ---- Kinds of types ----
+
+bool isInteger(unsigned int type) { return type >> 8 == KyCParam::TYPE_INT8 >> 8; }
+bool isFloat(unsigned int type) { return type == KyCParam::TYPE_FLOAT32 || type == KyCParam::TYPE_FLOAT64; }
+
+// The last digit of the code of an integer type is its size in bytes.
+bool isSmallInteger(unsigned int type) { return isInteger(type) && (type & 0xFu) <= 4; }
+
+Json numberOf(const std::string& digits)
+{
+  long long number = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return number;
+}
+
+std::string textOfNumber(const Json& json)
+{
+  if (!json.is_number_float()) return json.dump();
+  char text[64];
+  const auto result = std::to_chars(text, text + sizeof(text), json.get<double>());
+  return std::string(text, result.ptr);
+}
+}    // namespace
+
+bool isPlainUtf8(std::string_view text)
+{
+  for (std::size_t n = 0; n < text.size();)
+  {
+    const std::size_t length = text[n] == '\0' ? 0 : characterLength(text, n);
+    if (length == 0) return false;
+    n += length;
+  }
+  return true;
+}
+
+Json jsonOfText(std::string_view text)
+{
+  if (isPlainUtf8(text)) return std::string(text);
+  return Json::object({{"bytes", toBase64(text)}});
+}
+
+bool textOfJson(const Json& json, std::string& text)
+{
+  if (json.is_string())
+  {
+    text = json.get_ref<const std::string&>();
+    return true;
+  }
+  if (!json.is_object() || json.size() != 1) return false;
+  const auto bytes = json.find("bytes");
+  return bytes != json.end() && bytes->is_string() && fromBase64(bytes->get_ref<const std::string&>(), text);
+}
+
+std::string typeText(const KyCInventoryParameter& parameter)
+{
+  const std::string name = parameter.getTypeAsCString();
+  if (!name.empty()) return name;
+  char code[16];
+  std::snprintf(code, sizeof(code), "0x%X", parameter.getType());
+  return code;
+}
+
+Json jsonOfValue(const KyCInventoryParameter& parameter)
+{
+  if (*parameter.getTypeAsCString() == '\0') return nullptr;
+  const std::string text = valueText(parameter);
+  if (parameter.getType() == KyCParam::TYPE_STRING) return jsonOfText(text);
+  return isSmallInteger(parameter.getType()) ? numberOf(text) : Json(text);
+}
+
+bool valueTextOfJson(const Json& json, unsigned int type, std::string& text)
+{
+  if (type == KyCParam::TYPE_STRING) return textOfJson(json, text);
+  const bool isNumber = json.is_number_integer() ? isInteger(type) || isFloat(type) : json.is_number() && isFloat(type);
+  if (!isNumber && !json.is_string()) return false;
+  text = isNumber ? textOfNumber(json) : json.get<std::string>();
+  return true;
+}
+}    // namespace KyNInventoryKit

@@ -1,0 +1,42 @@
+// KyJsonValue.h: texts and values of parameters as JSON, and back, without loss.
+//
+//   {"type": "Int32", "value": 4096}      integers of up to 32 bits are JSON numbers
+//   {"type": "ULong64", "value": "18446744073709551615"}   those of 64 bits are strings: many readers round large numbers
+//   {"type": "Float64", "value": "0.1"}   floating-point numbers are strings, with the text of KyValueText.h
+//   {"type": "Version", "value": "1.2.3.4"}
+//   {"type": "String", "value": "fast"}   a text is a JSON string when it is UTF-8 without zero bytes, else its bytes:
+//   {"type": "String", "value": {"bytes": "/wA="}}
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "inventory/KyCInventoryParameter.h"
+
+namespace KyNInventoryKit
+{
+using Json = nlohmann::ordered_json;    // what is written keeps its order
+
+// Whether a text is well-formed UTF-8 (no surrogates, no longer forms, nothing above U+10FFFF) without U+0000.
+bool isPlainUtf8(std::string_view text);
+
+// A text, whatever its bytes: a string, or an object with its bytes in base64.
+Json jsonOfText(std::string_view text);
+
+// The text that jsonOfText gave; false when the JSON is no text.
+bool textOfJson(const Json& json, std::string& text);
+
+// The name of a parameter's type; for a code that is none of the twelve, its number: "0x777".
+std::string typeText(const KyCInventoryParameter& parameter);
+
+// The value of a parameter; null for one whose type is none of the twelve.
+Json jsonOfValue(const KyCInventoryParameter& parameter);
+
+// The text, as KyValueText.h reads it, of a JSON value for a parameter of this type (a code). Taken are also: a number for
+// any type of numbers, and a string for integers of up to 32 bits. Whether the value is within the bounds of the type is
+// not looked at.
+//
+// Result:     false when the JSON is of a kind that the type has no use for.
+bool valueTextOfJson(const Json& json, unsigned int type, std::string& text);
+}    // namespace KyNInventoryKit
