@@ -68,26 +68,6 @@ bool fromBase64(std::string_view text, std::string& bytes)
   return true;
 }
 
-// ---- UTF-8 ----
-
-// The length of the character that starts here; 0 when it is not well-formed.
-std::size_t characterLength(std::string_view text, std::size_t n)
-{
-  const unsigned int first = byteAt(text, n);
-  if (first < 0x80) return 1;
-  const std::size_t length = first >= 0xC2 && first <= 0xDF   ? 2
-                             : first >> 4 == 0xE              ? 3
-                             : first >= 0xF0 && first <= 0xF4 ? 4
-                                                              : 0;
-  if (length == 0 || length > text.size() - n) return 0;
-  for (std::size_t m = 1; m < length; ++m)
-    if (byteAt(text, n + m) >> 6 != 2) return 0;
-  const unsigned int second = byteAt(text, n + 1);
-  if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F)) return 0;
-  if ((first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F)) return 0;
-  return length;
-}
-
 // ---- Kinds of types ----
 
 bool isInteger(unsigned int type) { return type >> 8 == KyCParam::TYPE_INT8 >> 8; }
@@ -112,11 +92,28 @@ std::string textOfNumber(const Json& json)
 }
 }    // namespace
 
+std::size_t utf8Length(std::string_view text, std::size_t n)
+{
+  const unsigned int first = byteAt(text, n);
+  if (first < 0x80) return 1;
+  const std::size_t length = first >= 0xC2 && first <= 0xDF   ? 2
+                             : first >> 4 == 0xE              ? 3
+                             : first >= 0xF0 && first <= 0xF4 ? 4
+                                                              : 0;
+  if (length == 0 || length > text.size() - n) return 0;
+  for (std::size_t m = 1; m < length; ++m)
+    if (byteAt(text, n + m) >> 6 != 2) return 0;
+  const unsigned int second = byteAt(text, n + 1);
+  if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F)) return 0;
+  if ((first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F)) return 0;
+  return length;
+}
+
 bool isPlainUtf8(std::string_view text)
 {
   for (std::size_t n = 0; n < text.size();)
   {
-    const std::size_t length = text[n] == '\0' ? 0 : characterLength(text, n);
+    const std::size_t length = text[n] == '\0' ? 0 : utf8Length(text, n);
     if (length == 0) return false;
     n += length;
   }

@@ -18,6 +18,9 @@ namespace KyNInventoryKit
 {
 using Json = nlohmann::ordered_json;    // what is written keeps its order
 
+// The length of the character that starts at byte n of a text; 0 when that is no well-formed UTF-8.
+std::size_t utf8Length(std::string_view text, std::size_t n);
+
 // Whether a text is well-formed UTF-8 (no surrogates, no longer forms, nothing above U+10FFFF) without U+0000.
 bool isPlainUtf8(std::string_view text);
 

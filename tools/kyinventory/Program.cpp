@@ -17,6 +17,8 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addExtractCommand,
     addStripCommand,
     addWatchCommand,
+    addDiffCommand,
+    addPatchCommand,
 };
 // clang-format on
 

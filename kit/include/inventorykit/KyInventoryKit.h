@@ -5,6 +5,8 @@
 #include "inventorykit/KyCheck.h"
 #include "inventorykit/KyImage.h"
 #include "inventorykit/KyInspect.h"
+#include "inventorykit/KyDiff.h"
+#include "inventorykit/KyPatch.h"
 #include "inventorykit/KySectionFile.h"
 #include "inventorykit/KyStreamReader.h"
 #include "inventorykit/KyTree.h"
