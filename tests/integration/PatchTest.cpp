@@ -1,0 +1,180 @@
+// kyinventory patch: what it writes, and when it writes nothing.
+#include <algorithm>
+#include <vector>
+
+#include "integration/KyToolTest.h"
+
+namespace
+{
+namespace fs = std::filesystem;
+
+const char s_before[] = "ROOT/BOARD SIZE=1 NAME=\"\\xFF\"; CPU; DEVICE OFFSET:ULong64=18446744073709551615";
+const char s_after[] =
+    "ROOT/DEVICE OFFSET:ULong64=9007199254740993; BOARD NAME=\"\\xFF\" SIZE=2; BOARD[2] ID:Float32=0.1";
+
+class PatchCommand : public Tool
+{
+protected:
+  // Stores the two trees and what leads from the first to the second.
+  void storeAll() const
+  {
+    store("a.kyinv", s_before);
+    store("b.kyinv", s_after);
+    EXPECT_EQ(run("diff --json " + path("a.kyinv") + " " + path("b.kyinv") + " >" + path("d.json") + " #").exitCode, 1);
+  }
+};
+
+TEST_F(PatchCommand, makesTheNewFileOfTheOldOneAndBack)
+{
+  storeAll();
+  const std::string old = contentOf(path("a.kyinv"));
+  const Outcome outcome = run("patch " + path("a.kyinv") + " " + path("d.json"));
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(contentOf(path("a.kyinv")), contentOf(path("b.kyinv")));
+  EXPECT_EQ(run("patch --reverse " + path("a.kyinv") + " " + path("d.json")).exitCode, 0);
+  EXPECT_EQ(contentOf(path("a.kyinv")), old);
+}
+
+TEST_F(PatchCommand, writesToAnotherFileWithO)
+{
+  storeAll();
+  const std::string old = contentOf(path("a.kyinv"));
+  const std::string command = "patch " + path("a.kyinv") + " " + path("d.json") + " -o " + path("c.kyinv");
+  EXPECT_EQ(run(command).exitCode, 0);
+  EXPECT_EQ(contentOf(path("a.kyinv")), old);
+  EXPECT_EQ(contentOf(path("c.kyinv")), contentOf(path("b.kyinv")));
+  const Outcome again = run(command);
+  EXPECT_EQ(again.exitCode, 4);
+  EXPECT_EQ(again.err, "kyinventory: " + path("c.kyinv") + ": exists already; --force writes over it\n");
+  EXPECT_EQ(run(command + " --force").exitCode, 0);
+}
+
+TEST_F(PatchCommand, keepsTheImageAroundTheSection)
+{
+  storeAll();
+  const std::string image(5000, '\xA5');
+  write("image.bin", image + contentOf(path("a.kyinv")));
+  EXPECT_EQ(run("patch " + path("image.bin") + " " + path("d.json")).exitCode, 0);
+  EXPECT_EQ(contentOf(path("image.bin")), image + contentOf(path("b.kyinv")));
+}
+
+TEST_F(PatchCommand, aDryRunTellsAndWritesNothing)
+{
+  storeAll();
+  const std::string old = contentOf(path("a.kyinv"));
+  const Outcome outcome = run("patch --dry-run " + path("a.kyinv") + " " + path("d.json"));
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "7 changes apply\n");
+  EXPECT_EQ(contentOf(path("a.kyinv")), old);
+  const Outcome reverse = run("patch --dry-run --reverse " + path("a.kyinv") + " " + path("d.json"));
+  EXPECT_EQ(reverse.exitCode, 1);
+  EXPECT_EQ(reverse.out, "");
+  EXPECT_EQ(run("patch --dry-run - " + path("d.json") + " <" + path("a.kyinv") + " >/dev/null #").exitCode, 0);
+}
+
+TEST_F(PatchCommand, conflictsAreAllToldWithTheirAddressesAndNothingIsWritten)
+{
+  storeAll();
+  const std::string c = store("c.kyinv", "ROOT/BOARD SIZE=5 NAME=\"\\xFF\"; CPU NAME=\"mine\"; BOARD[2]");
+  const std::string old = contentOf(c);
+  const Outcome outcome = run("patch " + c + " " + path("d.json"));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.out, "");
+  const std::string start = "kyinventory: " + c + ": The patch does not apply at ";
+  const std::string end = ". (0x1501800, checkPatch)\n";
+  EXPECT_EQ(outcome.err, start + "DEVICE: there is no such item" + end + start + "BOARD/SIZE: the value is 5, not 1" +
+                             end + start + "CPU: it would be removed with its parameter NAME" + end + start +
+                             "BOARD[2]: there is such an item already" + end);
+  EXPECT_EQ(contentOf(c), old);
+}
+
+TEST_F(PatchCommand, oneOfTheTwoMayComeFromStandardInput)
+{
+  storeAll();
+  const Outcome changes = run("patch " + path("a.kyinv") + " - -o " + path("c.kyinv") + " <" + path("d.json") + " #");
+  EXPECT_EQ(changes.exitCode, 0);
+  EXPECT_EQ(contentOf(path("c.kyinv")), contentOf(path("b.kyinv")));
+  const Outcome tree = run("patch - " + path("d.json") + " -o - <" + path("a.kyinv") + " >" + path("e.kyinv") + " #");
+  EXPECT_EQ(tree.exitCode, 0);
+  EXPECT_EQ(contentOf(path("e.kyinv")), contentOf(path("b.kyinv")));
+  const Outcome both = run("patch - - -o " + path("f.kyinv"));
+  EXPECT_EQ(both.exitCode, 2);
+  EXPECT_EQ(both.err, "kyinventory: standard input can be the tree or the changes only\n");
+  const Outcome inPlace = run("patch - " + path("d.json"));
+  EXPECT_EQ(inPlace.exitCode, 2);
+  EXPECT_EQ(inPlace.err, "kyinventory: standard input cannot be changed in place; name a file with -o\n");
+}
+
+TEST_F(PatchCommand, whatIsNoPatchGivesExitCode3WithItsPlace)
+{
+  storeAll();
+  const std::string old = contentOf(path("a.kyinv"));
+  write("bad.json",
+        "{\n  \"format\": \"kyinventory-diff\",\n  \"version\": 1,\n  \"changes\": [\n    {\"change\": 5}]}");
+  const Outcome outcome = run("patch " + path("a.kyinv") + " " + path("bad.json"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("bad.json") +
+                             " is not a patch: line 5: \"change\" must be a string. (0x1501000, readPatch)\n");
+  EXPECT_EQ(contentOf(path("a.kyinv")), old);
+  EXPECT_EQ(run("patch " + path("a.kyinv") + " " + path("missing.json")).exitCode, 3);
+  EXPECT_EQ(run("patch " + path("missing.kyinv") + " " + path("d.json")).exitCode, 3);
+  EXPECT_EQ(run("patch " + path("d.json") + " " + path("d.json")).exitCode, 3);
+}
+
+TEST_F(PatchCommand, theFormForPeopleIsNotRead)
+{
+  storeAll();
+  run("diff " + path("a.kyinv") + " " + path("b.kyinv") + " >" + path("d.txt") + " #");
+  EXPECT_EQ(run("patch " + path("a.kyinv") + " " + path("d.txt")).exitCode, 3);
+}
+
+TEST_F(PatchCommand, anEmptyPatchLeavesTheFileAlone)
+{
+  storeAll();
+  run("diff --json " + path("a.kyinv") + " " + path("a.kyinv") + " >" + path("none.json") + " #");
+  const fs::file_time_type time = fs::last_write_time(path("a.kyinv")) - std::chrono::hours(1);
+  fs::last_write_time(path("a.kyinv"), time);
+  EXPECT_EQ(run("patch " + path("a.kyinv") + " " + path("none.json")).exitCode, 0);
+  EXPECT_EQ(fs::last_write_time(path("a.kyinv")), time);
+}
+
+TEST_F(PatchCommand, aPatchOfOneChangeSaysSo)
+{
+  const std::string a = store("a.kyinv", "ROOT SIZE=1");
+  const std::string b = store("b.kyinv", "ROOT SIZE=2");
+  run("diff --json " + a + " " + b + " >" + path("d.json") + " #");
+  EXPECT_EQ(run("patch --dry-run " + a + " " + path("d.json")).out, "1 change applies\n");
+}
+
+#ifdef KY_HAVE_HOST
+TEST_F(PatchCommand, everyRealMachineCanBeMadeOfTheOneBeforeIt)
+{
+  const fs::path folder = fs::path(KY_SOURCE_DIR) / ".." / "shared" / "data" / "topologies";
+  if (!fs::is_directory(folder)) GTEST_SKIP() << "no topology files of real machines beside the sources";
+  std::vector<fs::path> topologies;
+  for (const auto& entry : fs::directory_iterator(folder))
+    if (entry.path().extension() == ".xml") topologies.push_back(entry.path());
+  std::sort(topologies.begin(), topologies.end());
+  std::string before;
+  for (const fs::path& topology : topologies)
+  {
+    const std::string after = path(topology.stem().string() + ".kyinv");
+    ASSERT_EQ(run("scan --topology " + topology.string() + " -o " + after).exitCode, 0);
+    EXPECT_EQ(run("diff --order " + after + " " + after).exitCode, 0);
+    if (!before.empty())
+    {
+      run("diff --json " + before + " " + after + " >" + path("d.json") + " #");
+      const Outcome there = run("patch " + before + " " + path("d.json") + " --force -o " + path("there.kyinv"));
+      EXPECT_EQ(there.exitCode, 0) << there.err;
+      EXPECT_EQ(contentOf(path("there.kyinv")), contentOf(after)) << topology;
+      EXPECT_EQ(run("patch --reverse " + path("there.kyinv") + " " + path("d.json")).exitCode, 0);
+      EXPECT_EQ(contentOf(path("there.kyinv")), contentOf(before)) << topology;
+    }
+    before = after;
+  }
+  EXPECT_GT(topologies.size(), 1u);
+}
+#endif
+}    // namespace
