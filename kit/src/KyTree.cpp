@@ -1,7 +1,9 @@
 #include "inventorykit/KyTree.h"
 
+#include <cmath>
 #include <cstring>
 
+#include "KyNaNBits.h"
 #include "KyValueTypes.h"
 
 namespace KyNInventoryKit
@@ -103,7 +105,8 @@ bool sameValue(const KyCInventoryParameter& a, const KyCInventoryParameter& b)
               const T valueA = a.getValue<T>(pool);
               const T valueB = b.getValue<T>(pool);
               if constexpr (std::is_floating_point_v<T>)
-                isSame = std::memcmp(&valueA, &valueB, sizeof(T)) == 0;
+                isSame = std::isnan(valueA) && std::isnan(valueB) ? storedBits(a) == storedBits(b)
+                                                                  : std::memcmp(&valueA, &valueB, sizeof(T)) == 0;
               else
                 isSame = valueA == valueB;
             });

@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "KyKitMessages.h"
+#include "KyNaNBits.h"
 #include "KyValueTypes.h"
 #include "inventory/KyNInventoryIDs.h"
 
@@ -51,22 +52,18 @@ BitsOf<T> bitsOf(T value)
 
 // A NaN other than the usual one is told apart by its bits: nan(0xffc00001).
 template <typename T>
-std::string textOfNaN(T value)
+std::string textOfNaN(std::uint64_t bits)
 {
-  if (bitsOf(value) == bitsOf(std::numeric_limits<T>::quiet_NaN())) return "nan";
+  if (bits == bitsOf(std::numeric_limits<T>::quiet_NaN())) return "nan";
   char text[32];
   std::snprintf(text, sizeof(text), "nan(0x%0*llx)", static_cast<int>(2 * sizeof(T)),
-                static_cast<unsigned long long>(bitsOf(value)));
+                static_cast<unsigned long long>(bits));
   return text;
 }
 
 template <typename T>
 std::string textOf(T value)
 {
-  if constexpr (std::is_floating_point_v<T>)
-  {
-    if (std::isnan(value)) return textOfNaN(value);
-  }
   char text[64];
   const auto result = std::to_chars(text, text + sizeof(text), value);
   return std::string(text, result.ptr);
@@ -223,8 +220,13 @@ std::string valueText(const KyCInventoryParameter& parameter)
   visitType(parameter.getType(),
             [&](auto type)
             {
+              using T = typename decltype(type)::Type;
               KyCErrorListPool ignored;    // the type fits
-              text = textOf(parameter.getValue<typename decltype(type)::Type>(ignored));
+              const T value = parameter.getValue<T>(ignored);
+              if constexpr (std::is_floating_point_v<T>)
+                text = std::isnan(value) ? textOfNaN<T>(storedBits(parameter)) : textOf(value);
+              else
+                text = textOf(value);
             });
   return text;
 }

@@ -1,6 +1,7 @@
 // What differs between two trees, and how it is told.
 #include "inventorykit/KyDiff.h"
 
+#include "inventorykit/KyValueText.h"
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
 
@@ -44,6 +45,16 @@ TEST(KyDiff, aChangedValueIsShownWithItsUnit)
             "~ BOARD/SIZE: 1 kB -> 2 kB\n");
   EXPECT_EQ(diffOf("ROOT NAME=\"a\"", "ROOT NAME=\"b\\n\\\"\\x1B\""), "~ NAME: \"a\" -> \"b\\n\\\"\\x1B\"\n");
   EXPECT_EQ(diffOf("ROOT SIZE:Float64=0.0", "ROOT SIZE:Float64=-0.0"), "~ SIZE: 0 -> -0\n");
+}
+
+TEST(KyDiff, everyBitOfANumberThatIsNoneCounts)
+{
+  KySampleTree before("ROOT SIZE:Float32=0.0");
+  KySampleTree after("ROOT SIZE:Float32=0.0");
+  KyTestPool pool;
+  EXPECT_TRUE(setValueText(pool, *before.parameter("SIZE"), "nan(0x7fa00001)"));    // signalling
+  EXPECT_TRUE(setValueText(pool, *after.parameter("SIZE"), "nan(0x7fe00001)"));
+  EXPECT_EQ(diffOf(before.root(), after.root()), "~ SIZE: nan(0x7fa00001) -> nan(0x7fe00001)\n");
 }
 
 TEST(KyDiff, aChangedTypeIsShownWithBothTypes)

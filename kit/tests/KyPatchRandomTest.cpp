@@ -101,8 +101,9 @@ private:
         {"UInt16", {"65535"}},
         {"UInt32", {"4294967295"}},
         {"ULong64", {"18446744073709551615"}},
-        {"Float32", {"0.1", "-0", "nan", "nan(0xffc12345)", "inf", "-inf", "1e-45"}},
-        {"Float64", {"0.1", "-0", "nan", "nan(0xfff8123456789abc)", "inf", "-inf", "5e-324"}},
+        {"Float32", {"0.1", "-0", "nan", "nan(0xffc12345)", "nan(0x7fa00001)", "inf", "-inf", "1e-45"}},
+        {"Float64",
+         {"0.1", "-0", "nan", "nan(0xfff8123456789abc)", "nan(0x7ff4000000000001)", "inf", "-inf", "5e-324"}},
         {"String", {"", "text", std::string("a\0b\n\x1B", 5), "\xFF\xFE", "\xC3\xA9", "a text of some length"}},
         {"Version", {"0.0.0.0", "4294967295.1.2.3"}}};
     const auto& [type, values] = s_values[below(12)];

@@ -71,6 +71,8 @@ TEST(KyValueText, aNaNIsToldWithItsBitsUnlessItIsTheUsualOne)
   EXPECT_EQ(roundTrip("Float64", "nan(0x7ff8000000000000)"), "nan");
   EXPECT_EQ(roundTrip("Float64", "nan(0xfff8000000000007)"), "nan(0xfff8000000000007)");
   EXPECT_EQ(roundTrip("Float32", "nan(0xffc00001)"), "nan(0xffc00001)");
+  EXPECT_EQ(roundTrip("Float32", "nan(0x7fa00001)"), "nan(0x7fa00001)") << "signalling";
+  EXPECT_EQ(roundTrip("Float64", "nan(0x7ff4000000000001)"), "nan(0x7ff4000000000001)") << "signalling";
 }
 
 TEST(KyValueText, versionsHaveOneToFourNumbers)
