@@ -9,6 +9,9 @@ namespace KyNInventoryKit
 {
 namespace
 {
+// Elements of an address: no stored tree is deeper. The edits of a patch cost memory for each.
+constexpr std::size_t s_longestPath = 4096;
+
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isNamePart(char c) { return c == '_' || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || isDigit(c); }
 
@@ -40,6 +43,7 @@ public:
       if (isAt('#') && !(readNumber(sibling.number) && sibling.number > 1)) return expected("a number from 2 on");
       path.push_back(sibling);
       if (m_at == m_last) return true;
+      if (path.size() == s_longestPath) return tooLong();
       if (!isAt('/')) return expected("\"/\", \"[\" or \"#\"");
     }
   }
@@ -77,6 +81,12 @@ private:
     if (error != std::errc()) return false;
     m_at = end;
     return true;
+  }
+
+  bool tooLong()
+  {
+    m_problem = "it has more than " + std::to_string(s_longestPath) + " elements";
+    return false;
   }
 
   bool expected(const char* what)

@@ -318,6 +318,20 @@ TEST(KyPatch, addressesAreReadStrictly)
             "line 1: \"SIZE[2]\" cannot be a parameter.");
 }
 
+TEST(KyPatch, anAddressIsNoLongerThanATreeIsDeep)
+{
+  std::string address = "1";
+  for (int n = 1; n < 4096; ++n)
+    address += "/1";
+  KyTestPool pool;
+  Patch patch;
+  EXPECT_TRUE(readPatch(
+      pool, documentOf("{\"change\":\"added\",\"item\":\"" + address + "\",\"after\":null,\"description\":\"\"}"),
+      "patch", patch));
+  const std::string problem = problemOfChange("{\"change\":\"added\",\"item\":\"" + address + "/1\"}");
+  EXPECT_EQ(problem.rfind("line 1: \"1/1/1/1", 0), 0u);
+}
+
 TEST(KyPatch, fieldsThatAreMissingUnknownOrOfAnotherKindAreRefused)
 {
   const auto of = [](const std::string& fields)

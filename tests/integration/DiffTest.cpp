@@ -93,6 +93,14 @@ TEST_F(Diff, jsonIsOneDocumentWithOneChangeALine)
   EXPECT_EQ(same.out, "{\n  \"format\": \"kyinventory-diff\",\n  \"version\": 1,\n  \"changes\": []\n}\n");
 }
 
+TEST_F(Diff, theExampleOfTheFormatsPageIsTrue)
+{
+  const std::string a = store("a.kyinv", "ROOT/BOARD SIZE=1");
+  const std::string b = store("b.kyinv", "ROOT/BOARD SIZE=2; BOARD[2] ID:Float32=0.1");
+  const std::string example = "```json\n" + run("diff --json " + a + " " + b).out + "```\n";
+  EXPECT_NE(contentOf(KY_SOURCE_DIR "/docs/diff-format.md").find(example), std::string::npos) << example;
+}
+
 TEST_F(Diff, oneTreeMayComeFromStandardInput)
 {
   const std::string a = store("a.kyinv", "ROOT SIZE=1");

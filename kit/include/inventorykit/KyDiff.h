@@ -61,7 +61,8 @@ struct ChangeCounts
 class SiblingNumbers;
 
 // The changes that lead from one tree to another, items before what is below them, in the new tree's order; what is
-// removed stands where it was. Borrows both trees, which must outlive it unchanged.
+// removed stands where it was. Borrows both trees, which must outlive it unchanged. Used by one thread at a time: it keeps
+// what it found out about addresses. One that was moved from can only be assigned to and destroyed.
 class KY_INVENTORYKIT_API Difference
 {
 public:

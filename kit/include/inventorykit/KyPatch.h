@@ -13,7 +13,7 @@
 //
 // A change names what it is about in the field "item" or "parameter", by an address from the root down: elements as in
 // "BOARD[2]", joined by "/"; "." is the root. An element may end in "#2", "#3", ...: the second, third, ... sibling of its
-// ID and index. An ID that is not predefined is a decimal number. The field "change" tells what the others are:
+// ID and index. An ID that is not predefined is a decimal number. An address has at most 4096 elements. The field "change" tells what the others are:
 //
 //   "added", "removed"    after, description; for a parameter also type, value, unit, modifiable, relevance: all of them
 //   "changed"             old and new, objects with those of the fields of the above (without after) that differ, the
@@ -51,7 +51,8 @@ namespace KyNInventoryKit
 {
 struct PatchTree;
 
-// A patch that has been read. Knows no tree, and can be applied to any number of them.
+// A patch that has been read. Knows no tree, and can be applied to any number of them, by several threads at once to
+// different trees. One that was moved from can only be assigned to and destroyed.
 class KY_INVENTORYKIT_API Patch
 {
 public:
