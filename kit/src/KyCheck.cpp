@@ -7,7 +7,7 @@
 #include <unordered_set>
 
 #include "KyCheckMessages.h"
-#include "KyJsonText.h"
+#include "KyJsonValue.h"
 #include "KyKitMessages.h"
 #include "KyPathText.h"
 #include "KySectionLayout.h"
@@ -281,7 +281,7 @@ private:
   void checkText(const char* what, std::string_view text, StreamFieldKind kind)
   {
     const StreamField* const field = m_record.find(kind);
-    if (field == nullptr || kyIsUtf8(text) || !m_findings.count(Severity::NOTE, KY_CHECK_MSG_NOT_UTF8)) return;
+    if (field == nullptr || isUtf8(text) || !m_findings.count(Severity::NOTE, KY_CHECK_MSG_NOT_UTF8)) return;
     m_findings.list(Severity::NOTE, KY_CHECK_MSG_NOT_UTF8, m_offset + field->offset, address(),
                     Findings::textOf(KY_CHECK_MSG_NOT_UTF8, "%s", what));
   }
@@ -533,7 +533,6 @@ const char* verdictName(Verdict verdict)
 
 std::string checkAsJson(const std::vector<CheckResult>& results)
 {
-  using Json = nlohmann::ordered_json;
   Json files = Json::array();
   for (const CheckResult& result : results)
   {
@@ -545,12 +544,12 @@ std::string checkAsJson(const std::vector<CheckResult>& results)
       Json entry = {{"severity", severityName(finding.severity)}, {"code", finding.code}, {"codeText", codeText}};
       if (finding.offset != Finding::NOWHERE) entry["offset"] = finding.offset;
       if (!finding.address.empty()) entry["address"] = finding.address;
-      entry["text"] = kyJsonText(finding.text);
+      entry["text"] = jsonOfText(finding.text);
       entry["remedy"] = finding.remedy;
       if (finding.more != 0) entry["more"] = finding.more;
       findings.push_back(std::move(entry));
     }
-    files.push_back({{"file", kyJsonText(result.name)},
+    files.push_back({{"file", jsonOfText(result.name)},
                      {"verdict", verdictName(result.verdict)},
                      {"errors", result.errors},
                      {"warnings", result.warnings},

@@ -6,7 +6,7 @@
 #include <unordered_set>
 
 #include "KyCheckMessages.h"
-#include "KyJsonText.h"
+#include "KyJsonValue.h"
 #include "KyKitMessages.h"
 #include "KyPathText.h"
 #include "KySectionLayout.h"
@@ -127,7 +127,7 @@ std::string quoted(std::string_view text)
   while (length < text.size() && length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
     --length;
   const std::string_view shown = text.substr(0, length);
-  const bool isUtf8 = kyIsUtf8(shown);
+  const bool isText = isUtf8(shown);
   std::string result = "\"";
   for (std::size_t n = 0; n < shown.size(); ++n)
   {
@@ -135,7 +135,7 @@ std::string quoted(std::string_view text)
     const bool isC1 = byte == 0xC2 && n + 1 < shown.size() && (static_cast<unsigned char>(shown[n + 1]) & 0xE0) == 0x80;
     const bool isBehindC1 = n > 0 && shown[n - 1] == '\xC2' && (byte & 0xE0) == 0x80;
     if (byte == '"' || byte == '\\') result += '\\';
-    if (byte >= 0x20 && byte != 0x7F && !isC1 && !isBehindC1 && (byte < 0x80 || isUtf8))
+    if (byte >= 0x20 && byte != 0x7F && !isC1 && !isBehindC1 && (byte < 0x80 || isText))
     {
       result += shown[n];
       continue;
@@ -403,14 +403,13 @@ bool annotateBytes(KyCErrorListPool& pool, const std::string& bytes, const std::
 
 std::string inspectionAsJson(const Inspection& inspection)
 {
-  using Json = nlohmann::ordered_json;
   Json types = Json::object();
   for (const auto& [type, count] : inspection.countOfType)
     types[type] = count;
   Json ids = Json::object();
   for (const auto& [id, count] : inspection.countOfID)
     ids[id] = {{"items", count.items}, {"parameters", count.parameters}};
-  Json json = {{"file", kyJsonText(inspection.name)},
+  Json json = {{"file", jsonOfText(inspection.name)},
                {"fileSize", inspection.fileSize},
                {"section",
                 {{"begin", inspection.begin},

@@ -109,16 +109,18 @@ std::size_t utf8Length(std::string_view text, std::size_t n)
   return length;
 }
 
-bool isPlainUtf8(std::string_view text)
+bool isUtf8(std::string_view text)
 {
   for (std::size_t n = 0; n < text.size();)
   {
-    const std::size_t length = text[n] == '\0' ? 0 : utf8Length(text, n);
+    const std::size_t length = utf8Length(text, n);
     if (length == 0) return false;
     n += length;
   }
   return true;
 }
+
+bool isPlainUtf8(std::string_view text) { return text.find('\0') == std::string_view::npos && isUtf8(text); }
 
 Json jsonOfText(std::string_view text)
 {

@@ -21,7 +21,8 @@ using Json = nlohmann::ordered_json;    // what is written keeps its order
 // The length of the character that starts at byte n of a text; 0 when that is no well-formed UTF-8.
 std::size_t utf8Length(std::string_view text, std::size_t n);
 
-// Whether a text is well-formed UTF-8 (no surrogates, no longer forms, nothing above U+10FFFF) without U+0000.
+// Whether a text is well-formed UTF-8: no surrogates, no longer forms, nothing above U+10FFFF. Plain: no U+0000 either.
+bool isUtf8(std::string_view text);
 bool isPlainUtf8(std::string_view text);
 
 // A text, whatever its bytes: a string, or an object with its bytes in base64.

@@ -32,9 +32,9 @@ struct Manual
 // Each adds its sub-command to the program; when that sub-command is chosen, it runs and stores its exit code.
 void addAppendCommand(CLI::App& program, int& exitCode);
 void addCheckCommand(CLI::App& program, int& exitCode);
+void addDiffCommand(CLI::App& program, int& exitCode);
 void addExtractCommand(CLI::App& program, int& exitCode);
 void addInspectCommand(CLI::App& program, int& exitCode);
-void addDiffCommand(CLI::App& program, int& exitCode);
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addPatchCommand(CLI::App& program, int& exitCode);
 void addScanCommand(CLI::App& program, int& exitCode);

@@ -11,14 +11,14 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addScanCommand,
     addShowCommand,
     addMergeCommand,
+    addDiffCommand,
+    addPatchCommand,
     addCheckCommand,
     addInspectCommand,
     addAppendCommand,
     addExtractCommand,
     addStripCommand,
     addWatchCommand,
-    addDiffCommand,
-    addPatchCommand,
 };
 // clang-format on
 

@@ -3,9 +3,9 @@
 
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KyCheck.h"
+#include "inventorykit/KyDiff.h"
 #include "inventorykit/KyImage.h"
 #include "inventorykit/KyInspect.h"
-#include "inventorykit/KyDiff.h"
 #include "inventorykit/KyPatch.h"
 #include "inventorykit/KySectionFile.h"
 #include "inventorykit/KyStreamReader.h"
