@@ -1,13 +1,13 @@
 #include "inventorykit/KyAddressText.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 
 #include "KyKitMessages.h"
+#include "KyNearest.h"
 #include "inventory/KyNInventoryIDs.h"
 
 namespace KyNInventoryKit
@@ -24,48 +24,6 @@ NamesToIDs makeNamesToIDs()
   for (unsigned int id = 1; id < count; ++id)
     ids.emplace(KyNInventoryIDs::Map.get(id), id);    // of two of one name the first counts, as in the library
   return ids;
-}
-
-std::string upperCase(std::string text)
-{
-  for (char& c : text)
-    c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return text;
-}
-
-// The fewest insertions, deletions, replacements and exchanges of neighbours that make one text of the other.
-std::size_t editDistance(const std::string& a, const std::string& b)
-{
-  std::vector<std::size_t> before(b.size() + 1);
-  std::vector<std::size_t> above(b.size() + 1);
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t n = 0; n <= b.size(); ++n)
-    row[n] = n;
-  for (std::size_t m = 1; m <= a.size(); ++m)
-  {
-    before.swap(above);
-    above.swap(row);
-    row[0] = m;
-    for (std::size_t n = 1; n <= b.size(); ++n)
-    {
-      row[n] = std::min({above[n] + 1, row[n - 1] + 1, above[n - 1] + (a[m - 1] == b[n - 1] ? 0 : 1)});
-      if (m > 1 && n > 1 && a[m - 1] == b[n - 2] && a[m - 2] == b[n - 1]) row[n] = std::min(row[n], before[n - 2] + 1);
-    }
-  }
-  return row[b.size()];
-}
-
-// " Did you mean CPU, CPLD or CPID?"; empty when nothing is near.
-std::string suggestion(const std::string& name)
-{
-  const std::vector<std::string> names = nearestNames(name, 3);
-  std::string text;
-  for (std::size_t n = 0; n < names.size(); ++n)
-  {
-    text += n == 0 ? " Did you mean " : n + 1 == names.size() ? " or " : ", ";
-    text += names[n];
-  }
-  return names.empty() ? text : text + "?";
 }
 
 // Reads the text of one address from its start; the first thing that is wrong is reported and ends it.
@@ -113,7 +71,8 @@ private:
   {
     id = idOfName(name);
     if (id != 0) return true;
-    m_pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, m_function, "%s%s", name.c_str(), suggestion(name).c_str());
+    m_pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, m_function, "%s%s", name.c_str(),
+                    didYouMean(nearestNames(name, 3)).c_str());
     return false;
   }
 

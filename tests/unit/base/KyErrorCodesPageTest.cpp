@@ -47,7 +47,10 @@ const KyLibraryMessages s_libraries[] = {{0x1000000, "libKyErrorHandling"},
                                          {0x1200000, "libKyCompositeFactory"},
                                          {0x1300000, "libKyInventoryTree"},
 #if KY_HAVE_HOST
-                                         {0x1400000, "libKyInventoryHost"}
+                                         {0x1400000, "libKyInventoryHost"},
+#endif
+#if KY_HAVE_KIT
+                                         {0x1500000, "libKyInventoryKit"},
 #endif
 };
 // clang-format on
