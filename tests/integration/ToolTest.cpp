@@ -113,22 +113,26 @@ TEST_F(Tool, aFileWithoutASectionGetsAMessageOfTheToolsOwnAndExitCode3)
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
             "kyinventory: " + path("plain.txt") +
-                " holds no inventory section, neither at its end nor at its start. (0x1500002, readTree)\n");
+                " holds no inventory section, neither at its end nor at its start. (0x1500002, readTree)\n"
+                "kyinventory: what to do: Check that it is the right file; get it from its source again.\n");
 }
 
 TEST_F(Tool, aMissingFileIsNamedWithExitCode3)
 {
   const Outcome outcome = run("show " + path("missing.kyinv"));
   EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_EQ(outcome.err,
-            "kyinventory: Cannot open file " + path("missing.kyinv") + ". (0x1300001, readInventoryDataFromFile)\n");
+  EXPECT_EQ(outcome.err, "kyinventory: Cannot open file " + path("missing.kyinv") +
+                             ". (0x1300001, readInventoryDataFromFile)\n"
+                             "kyinventory: what to do: Check the path and the permissions.\n");
 }
 
 TEST_F(Tool, aFolderIsRefusedWithExitCode3)
 {
   const Outcome outcome = run("show " + m_folder.path());
   EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_EQ(outcome.err, "kyinventory: " + m_folder.path() + " is a folder. (0x1500001, readBytes)\n");
+  EXPECT_EQ(outcome.err, "kyinventory: " + m_folder.path() +
+                             " is a folder. (0x1500001, readBytes)\n"
+                             "kyinventory: what to do: Name a file in it.\n");
 }
 
 TEST_F(Tool, aDamagedSectionGivesItsReportsAndExitCode3)
@@ -450,7 +454,8 @@ TEST_F(Tool, scanIntoALinkThatLeadsNowhereFailsWithExitCode4AndKeepsTheLink)
   const Outcome outcome = run("scan -o " + path("link.kyinv"));
   EXPECT_EQ(outcome.exitCode, 4);
   EXPECT_EQ(outcome.err, "kyinventory: Cannot write " + path("link.kyinv") +
-                             ": it is a link that leads to no file. (0x1500004, writeBytes)\n");
+                             ": it is a link that leads to no file. (0x1500004, writeBytes)\n"
+                             "kyinventory: what to do: Remove the link, or make what it leads to.\n");
   EXPECT_TRUE(fs::is_symlink(path("link.kyinv")));
 }
 

@@ -45,6 +45,11 @@ bool mayStore(const std::string& input, const TargetOptions& target)
   return false;
 }
 
+int exitCodeOfRefusal(const std::string& input, const TargetOptions& target)
+{
+  return input == "-" && target.output.empty() ? EXIT_USAGE : EXIT_OUTPUT;
+}
+
 int storeTree(const std::string& input, KyCInventoryItem& tree, const TargetOptions& target)
 {
   KyCErrorListPool pool;

@@ -24,6 +24,9 @@ void addTargetOptions(CLI::App& command, TargetOptions& target);
 // "-" has no place of its own and needs an -o.
 bool mayStore(const std::string& input, const TargetOptions& target);
 
+// The exit code where mayStore has said no: the command line is wrong, or the target is not to be written over.
+int exitCodeOfRefusal(const std::string& input, const TargetOptions& target);
+
 // Stores a changed tree: in place of the section of the input, whose other bytes stay, or as a new file.
 //
 // Result:  the exit code, after a message when it is not EXIT_OK.

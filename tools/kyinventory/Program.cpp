@@ -19,6 +19,8 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addExtractCommand,
     addStripCommand,
     addWatchCommand,
+    addScanCommand,   addShowCommand,   addMergeCommand, addGetCommand, addSetCommand,
+    addRemoveCommand, addRenameCommand, addFindCommand,  addIdsCommand, addExplainCommand,
 };
 // clang-format on
 

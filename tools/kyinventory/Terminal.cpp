@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "inventorykit/KyExplain.h"
+
 namespace
 {
 // The length of the control character that the bytes start with; 0: none. Terminals obey U+0080 .. U+009F, too, which are
@@ -60,6 +62,9 @@ void complainAbout(const std::string& subject, const KyCErrorList& reports)
 {
   for (unsigned int n = 0; n < reports.getEntryCount(); ++n)
     complainAbout(subject, reports.getEntry(n));
+  KyNInventoryKit::Explanation cause;
+  const bool isExplained = reports.getEntryCount() != 0 && KyNInventoryKit::explain(reports.getEntry(0).code, cause);
+  if (isExplained && *cause.remedy != '\0') complain(std::string("what to do: ") + cause.remedy);
 }
 
 bool printText(const KyCString& text)
