@@ -72,7 +72,7 @@ private:
 
   static bool isFormOfNumber(const std::string& form)
   {
-    return form.find_first_not_of("0123456789*?") == std::string::npos && form.size() < 100;
+    return form.find_first_not_of("0123456789*?") == std::string::npos;
   }
 
   bool readID(Pattern::Element& element)

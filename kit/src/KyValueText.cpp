@@ -191,6 +191,25 @@ bool readOrReport(KyCErrorListPool& pool, const char* function, unsigned int typ
   return false;
 }
 
+// The library sets texts up to their first NUL character. One with such characters is carried over by assigning a whole
+// parameter, which must have no methods: assigning would lose them.
+void setString(KyCErrorListPool& pool, KyCInventoryParameter& parameter, const KyCString& value)
+{
+  if (std::strlen(value.c_str()) == value.length())
+  {
+    parameter.setValue(pool, value);
+    return;
+  }
+  if (parameter.getWriteMethod() != nullptr || parameter.getUpdateMethod() != nullptr)
+  {
+    pool.setError(KY_KIT_MSG_NO_VALUE, __LINE__, "setValueText", "%s%s%s", value.c_str(), "String",
+                  "no NUL characters where the parameter has methods");
+    return;
+  }
+  parameter = KyCInventoryParameter(pool, parameter.getID(), parameter.getDescription(), value, parameter.getUnit(),
+                                    parameter.isModifiable(), parameter.getRelevance());
+}
+
 void reportNoValues(KyCErrorListPool& pool, const char* function, unsigned int type)
 {
   char code[16];
@@ -240,7 +259,10 @@ bool setValueText(KyCErrorListPool& pool, KyCInventoryParameter& parameter, cons
                                  {
                                    using T = typename decltype(tag)::Type;
                                    T value = T();
-                                   if (readOrReport(pool, "setValueText", type, text, value))
+                                   if (!readOrReport(pool, "setValueText", type, text, value)) return;
+                                   if constexpr (std::is_same_v<T, KyCString>)
+                                     setString(pool, parameter, value);
+                                   else
                                      parameter.setValue<T>(pool, value);
                                  });
   if (!isKnown) reportNoValues(pool, "setValueText", type);

@@ -2,9 +2,12 @@
 #include "inventorykit/KyEdit.h"
 
 #include "inventory/KyNInventoryIDs.h"
+#include "inventorykit/KyFind.h"
+#include "inventorykit/KyLookUp.h"
 #include "inventorykit/KyValueText.h"
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
+#include "unit/persistence/KyRandomTree.h"
 
 using namespace KyNInventoryKit;
 
@@ -246,4 +249,34 @@ TEST(KyEdit, renamingIsRefusedBeforeAnythingChanges)
                  {0x1502807, "renameItem", "BOARD/SIZE names a parameter; only items can get another ID."},
                  {0x1502800, "lookUp", "BOARD[2] does not exist: the root item has no BOARD[2]. Did you mean BOARD?"});
   EXPECT_EQ(difference(sample, "ROOT/BOARD SIZE=1; BOARD/CPU; BOARD/CPU[2]"), "");
+}
+
+// Every node is what its own address names, every value is what its own text says, and all of it can be removed again.
+TEST(KyEdit, randomTreesTakeTheirOwnValuesAndCanBeTakenApart)
+{
+  for (unsigned int seed = 1; seed <= 60; ++seed)
+  {
+    KyTestPool pool;
+    const KyItemPtr tree = KyRandomTree(seed).make(pool, 1 + seed);
+    KyCInventoryItem* copied = nullptr;
+    tree->copyTree(pool, copied);
+    const KyItemPtr before(copied);
+    std::vector<KyCInventoryAddress> all;
+    AddressTexts texts;
+    for (const Node& node : find(*tree, Query()))
+    {
+      const KyCInventoryAddress address =
+          node.parameter != nullptr ? node.parameter->getAddress() : node.item->getAddress();
+      const Node named = lookUp(*tree, address);
+      EXPECT_TRUE(named.item == node.item && named.parameter == node.parameter) << texts.of(node);
+      if (node.item != tree.get() || node.parameter != nullptr) all.push_back(address);
+      if (node.parameter == nullptr) continue;
+      ParameterChange change = valueChange(valueText(*node.parameter));
+      change.createType = node.parameter->getType();
+      EXPECT_EQ(changeParameter(pool, *tree, address, change), node.parameter) << texts.of(node);
+    }
+    EXPECT_EQ(KyTreeDifference(*tree, *before), "") << "seed " << seed;
+    EXPECT_TRUE(removeNodes(pool, *tree, all, Ambiguity::REFUSED)) << "seed " << seed;
+    EXPECT_EQ(find(*tree, Query()).size(), 1u) << "seed " << seed;
+  }
 }

@@ -88,6 +88,7 @@ TEST(KyValueText, stringsAreTakenByteByByte)
 {
   EXPECT_EQ(roundTrip("String", "a \"b\"\n\x80 %s", "\"\""), "a \"b\"\n\x80 %s");
   EXPECT_EQ(roundTrip("String", "", "\"x\""), "");
+  EXPECT_EQ(roundTrip("String", std::string("a\0b\0", 4), "\"x\""), std::string("a\0b\0", 4));
 }
 
 TEST(KyValueText, aRefusedTextIsReportedWithTypeAndBoundsAndTheValueStays)

@@ -231,6 +231,27 @@ TEST_F(EditCommands, renameRefusesWhatIsTaken)
   EXPECT_EQ(run("rename " + a + " BOARD").exitCode, 2);
 }
 
+#ifdef KY_HAVE_HOST
+TEST_F(EditCommands, realMachinesAreChangedAndTakenApart)
+{
+  const std::filesystem::path folder = std::filesystem::path(KY_SOURCE_DIR) / ".." / "shared" / "data" / "topologies";
+  if (!std::filesystem::is_directory(folder)) GTEST_SKIP() << "no topology files of real machines beside the sources";
+  const std::string tool = KY_TOOL;
+  for (const auto& entry : std::filesystem::directory_iterator(folder))
+  {
+    if (entry.path().extension() != ".xml") continue;
+    const std::string file = path("machine.kyinv");
+    ASSERT_EQ(run("scan --topology " + entry.path().string() + " -o " + file).exitCode, 0);
+    const std::string all = "$(" + tool + " find --parameters " + file + " '**' | cut -f1)";
+    EXPECT_EQ(run("set " + file + " --relevance 9 " + all).exitCode, 0) << entry.path();
+    EXPECT_EQ(run("get --all " + file + " " + all + " | cut -f6 | sort -u >" + path("unique.txt") + " #").exitCode, 0);
+    EXPECT_EQ(contentOf(path("unique.txt")), "9\n");
+    EXPECT_EQ(run("rm " + file + " $(" + tool + " find " + file + " '*/**' | cut -f1)").exitCode, 0) << entry.path();
+    EXPECT_EQ(run("find " + file + " '**'").out, ".\t\t\n");
+  }
+}
+#endif
+
 TEST_F(EditCommands, standardInputAndOutputMakeAPipe)
 {
   const std::string a = sample();
