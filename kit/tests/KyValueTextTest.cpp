@@ -91,6 +91,19 @@ TEST(KyValueText, stringsAreTakenByteByByte)
   EXPECT_EQ(roundTrip("String", std::string("a\0b\0", 4), "\"x\""), std::string("a\0b\0", 4));
 }
 
+TEST(KyValueText, aParameterWithMethodsTakesNoTextWithNulCharacters)
+{
+  KySampleTree sample("ROOT NAME=\"x\"");
+  KyTestPool pool;
+  KyCInventoryParameter& name = *sample.parameter("NAME");
+  name.setUpdateMethod(pool, [](KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; });
+  EXPECT_FALSE(setValueText(pool, name, std::string("a\0b", 3)));
+  EXPECT_REPORTS(pool, {0x1500803, "setValueText",
+                        "\"a\" is not a value of type String, which takes no NUL characters where the parameter has "
+                        "methods."});
+  EXPECT_EQ(valueText(name), "x");
+}
+
 TEST(KyValueText, aRefusedTextIsReportedWithTypeAndBoundsAndTheValueStays)
 {
   KySampleTree sample("ROOT SIZE:Int16=7");
