@@ -2,8 +2,8 @@
 //
 //   ky_make_explanations docs/error-codes.md KyExplanations.inc
 //
-// The page has a heading "## library" for each library and rows of five cells: code, text, reporters, cause, remedy. The
-// table has one line each, ordered by code; the marks of the page are taken away, and a remedy of "–" is empty.
+// The page has a heading "## library" for each library and rows of five cells: code, text, reporters, cause, remedy.
+// The table has one line each, ordered by code; the marks of the page are taken away, and a remedy of "–" is empty.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>

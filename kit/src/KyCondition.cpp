@@ -9,8 +9,8 @@
 
 namespace KyNInventoryKit
 {
-// Reads the text of a condition from its start; the first thing that is wrong is reported and ends it. Operators that wait
-// for what follows them stand on a stack of their own, open brackets too.
+// Reads the text of a condition from its start; the first thing that is wrong is reported and ends it. Operators that
+// wait for what follows them stand on a stack of their own, open brackets too.
 class ConditionReader
 {
 public:
@@ -228,8 +228,8 @@ private:
     return true;
   }
 
-  // The name, address, number or keyword that begins here; empty when none does. Signs belong to a number, in front of it
-  // and of its exponent.
+  // The name, address, number or keyword that begins here; empty when none does. Signs belong to a number, in front of
+  // it and of its exponent.
   std::string wordAhead() const
   {
     std::size_t end = m_at;

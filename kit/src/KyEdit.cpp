@@ -29,8 +29,8 @@ bool isStorable(KyCErrorListPool& pool, const ParameterChange& change)
   return false;
 }
 
-// Takes away what an address leads to, from the first item on that is not there yet. Of the address, `known` elements lead
-// to items that were there before.
+// Takes away what an address leads to, from the first item on that is not there yet. Of the address, `known` elements
+// lead to items that were there before.
 void removeNewItems(KyCInventoryItem& top, const KyCInventoryAddress& address, unsigned int known)
 {
   KyCInventoryAddress first = address;
@@ -81,8 +81,8 @@ bool hasType(KyCErrorListPool& pool, const KyCInventoryParameter& parameter, con
 
 // ---- Removing ----
 
-// Everything that an address names, however many siblings share it. Looks through the siblings of an item once, whatever
-// the number of addresses.
+// Everything that an address names, however many siblings share it. Looks through the siblings of an item once,
+// whatever the number of addresses.
 class NodesByAddress
 {
 public:

@@ -1,4 +1,5 @@
-// KyEditMessages.cpp: the texts of reports about changing, finding and explaining, registered while the library is loaded.
+// KyEditMessages.cpp: the texts of reports about changing, finding and explaining, registered while the library is
+// loaded.
 #include "KyEditMessages.h"
 
 #include "errorhandling/KyCMessageTable.h"

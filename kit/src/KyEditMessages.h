@@ -1,4 +1,5 @@
-// KyEditMessages.h: the codes of reports about changing, finding and explaining; their texts stand in KyEditMessages.cpp.
+// KyEditMessages.h: the codes of reports about changing, finding and explaining; their texts stand in
+// KyEditMessages.cpp.
 //
 // A new message goes to the end, there and here alike: the code follows from the place. Codes are permanent.
 #pragma once

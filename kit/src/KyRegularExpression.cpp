@@ -373,8 +373,8 @@ public:
   // Those that wait for the next byte.
   const std::vector<std::size_t>& places() const { return m_places; }
 
-  // Adds a place to those behind the next byte, and those that it leads to without another byte; true when the end of the
-  // program is among them.
+  // Adds a place to those behind the next byte, and those that it leads to without another byte; true when the end of
+  // the program is among them.
   bool add(std::size_t place, std::size_t position)
   {
     m_open.assign(1, place);

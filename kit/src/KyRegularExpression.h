@@ -3,9 +3,9 @@
 //   RegularExpression expression;
 //   if (expression.read("^CH(annel)? ?[0-9]+$")) expression.isFoundIn(text);
 //
-// The forms: . [abc] [^a-z] \d \w \s \D \W \S   * + ? {n} {n,} {n,m}   ( ) |   ^ $ for the start and the end of the text
-// \n \t \r \xHH, and a backslash in front of any other character that is no letter or digit, for that character. Bytes
-// are matched; "." is any byte.
+// The forms: . [abc] [^a-z] \d \w \s \D \W \S   * + ? {n} {n,} {n,m}   ( ) |   ^ $ for the start and the end of the
+// text, \n \t \r \xHH, and a backslash in front of any other character that is no letter or digit, for that character.
+// Bytes are matched; "." is any byte.
 #pragma once
 
 #include <bitset>
@@ -20,8 +20,8 @@ class RegularExpression
 {
 public:
   // Result:     false when the text is none; problem() tells what is wrong.
-  // Cost:       linear in the text and in the size of what its repetitions stand for, which is limited to s_largestSize.
-  //             No recursion, however deep the brackets.
+  // Cost:       linear in the text and in the size of what its repetitions stand for, which is limited to
+  //             s_largestSize. No recursion, however deep the brackets.
   bool read(std::string_view text);
 
   const std::string& problem() const { return m_problem; }    // "\")\" is expected at character 5"

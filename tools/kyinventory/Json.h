@@ -7,12 +7,12 @@
 #include "inventory/KyCInventoryParameter.h"
 #include "inventorykit/KyLookUp.h"
 
-// A text as a JSON string. Control characters are escaped, also those beyond ASCII. Bytes that are no UTF-8 give an object
-// {"bytes": "..."} with the text in base64, so that nothing is lost.
+// A text as a JSON string. Control characters are escaped, also those beyond ASCII. Bytes that are no UTF-8 give an
+// object {"bytes": "..."} with the text in base64, so that nothing is lost.
 std::string jsonText(std::string_view text);
 
-// The value of a parameter: numbers as JSON numbers of all their digits, but for "nan", "inf" and "-inf"; versions and texts
-// as strings; null for a parameter that has no value.
+// The value of a parameter: numbers as JSON numbers of all their digits, but for "nan", "inf" and "-inf"; versions and
+// texts as strings; null for a parameter that has no value.
 std::string jsonValue(const KyCInventoryParameter& parameter);
 
 // An object with the address, and of a parameter with everything that is stored of it.

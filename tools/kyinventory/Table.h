@@ -10,9 +10,9 @@
 
 #include "Output.h"
 
-// On a terminal the columns are aligned below headings. Elsewhere each row is a line whose columns are separated by tabs,
-// written at once and without headings; a tab, line feed, carriage return or backslash inside of a column is written as \t,
-// \n, \r or \\, so that every line is one row.
+// On a terminal the columns are aligned below headings. Elsewhere each row is a line whose columns are separated by
+// tabs, written at once and without headings; a tab, line feed, carriage return or backslash inside of a column is
+// written as \t, \n, \r or \\, so that every line is one row.
 class Table
 {
 public:

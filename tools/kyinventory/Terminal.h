@@ -18,8 +18,8 @@ void complain(const std::string& message);
 // One report as "kyinventory: SUBJECT: text (0xCODE, function)"; without the subject where the text names it.
 void complainAbout(const std::string& subject, const KyErrorEntry& entry);
 
-// Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)"; behind them one
-// line "kyinventory: what to do: ..." about the first one, which names the cause.
+// Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)"; behind
+// them one line "kyinventory: what to do: ..." about the first one, which names the cause.
 void complainAbout(const std::string& subject, const KyCErrorList& reports);
 
 // Writes the text to standard output. On a terminal, control characters other than line feed and tab are shown as

@@ -5,8 +5,8 @@
 //   change.createType = KyNInventoryKit::typeOfName("Float64");    // make it when it is missing
 //   if (changeParameter(pool, *tree, address, change) != nullptr) ...
 //
-// Each of these is done wholly or, with a report, not at all. Whoever wants several of them wholly or not at all stores the
-// tree when all have succeeded, and throws it away otherwise.
+// Each of these is done wholly or, with a report, not at all. Whoever wants several of them wholly or not at all stores
+// the tree when all have succeeded, and throws it away otherwise.
 #pragma once
 
 #include <optional>
@@ -28,8 +28,9 @@ struct ParameterChange
   std::optional<bool> isModifiable;
   std::optional<unsigned int> relevance;
 
-  // The code of a type: a missing parameter is created, with the missing items on the way to it; what is not given is then
-  // empty, no, or 0. A parameter that is there is changed, provided that it is of this type. 0: a missing one is an error.
+  // The code of a type: a missing parameter is created, with the missing items on the way to it; what is not given is
+  // then empty, no, or 0. A parameter that is there is changed, provided that it is of this type. 0: a missing one is
+  // an error.
   unsigned int createType = 0;
 };
 
@@ -51,8 +52,8 @@ enum class Ambiguity
   REMOVE_ALL    // all of them are removed
 };
 
-// Removes parameters, and items with all that is in them. An address may stand twice, and may name something inside of what
-// another one names. Parents stay, also when nothing is left in them.
+// Removes parameters, and items with all that is in them. An address may stand twice, and may name something inside of
+// what another one names. Parents stay, also when nothing is left in them.
 //
 // Result:     whether all are gone; otherwise none is.
 // Errors:     0x1502800  there is nothing at an address (function "lookUp"); one report for each such address
@@ -61,8 +62,8 @@ enum class Ambiguity
 KY_INVENTORYKIT_API bool removeNodes(KyCErrorListPool& pool, KyCInventoryItem& top,
                                      const std::vector<KyCInventoryAddress>& addresses, Ambiguity ambiguity);
 
-// Gives an item another ID and index, and the ID's name as its description; of several siblings that share the address, the
-// first one. The item that has this ID and index already stays as it is.
+// Gives an item another ID and index, and the ID's name as its description; of several siblings that share the address,
+// the first one. The item that has this ID and index already stays as it is.
 //
 //   id          one element, predefined
 //

@@ -33,8 +33,8 @@ KY_INVENTORYKIT_API bool explain(unsigned int code, Explanation& explanation);
 KY_INVENTORYKIT_API std::vector<Explanation> allExplanations();
 
 // The code that a text names: a number, decimal or with 0x in front, or any text that has one with 0x in front in
-// it, such as a whole line of reports: "Cannot read from file. (0x1300005, readInventoryDataFromFile)". Of several codes
-// in a text the first one counts.
+// it, such as a whole line of reports: "Cannot read from file. (0x1300005, readInventoryDataFromFile)". Of several
+// codes in a text the first one counts.
 //
 // Result:     0 on failure.
 // Errors:     0x150280C  there is none

@@ -1,8 +1,9 @@
 // KyFind.h: finds items and parameters by the form of their addresses, and by values.
 //
 //   KyNInventoryKit::Query query;
-//   if (readPattern(pool, "BOARD[*]/IOCHANNEL[2-8]/VOLTAGE_*", query) && readCondition(pool, "VOLTAGE_MAX > 10", query))
-//     for (const KyNInventoryKit::Node& node : find(*tree, query)) ...
+//   readPattern(pool, "BOARD[*]/IOCHANNEL[2-8]/VOLTAGE_*", query);
+//   readCondition(pool, "VOLTAGE_MAX > 10", query);
+//   for (const KyNInventoryKit::Node& node : find(*tree, query)) ...
 //
 // Patterns. Elements joined by "/", as in addresses:
 //
@@ -11,8 +12,8 @@
 //                 BOARD[1] for the first one alone
 //   **            any number of elements, none too: **/SERIAL_NUMBER is every serial number of the tree
 //
-// A pattern names items and parameters alike. A parameter has no index and counts as index 1. "." and the empty text name
-// the root item, as does "**", which names everything else as well. Of several ways to match, one is enough.
+// A pattern names items and parameters alike. A parameter has no index and counts as index 1. "." and the empty text
+// name the root item, as does "**", which names everything else as well. Of several ways to match, one is enough.
 //
 // Conditions. Comparisons, joined by "and", "or", "not" and brackets:
 //
@@ -20,16 +21,16 @@
 //   NAME ~ "^AI[0-9]"      a regular expression stands for a part of the value's text
 //   IOCHANNEL[2]/NAME      alone: there is such an item or parameter
 //
-// On either side stands an address, a number, a version, or a text in quotes, "..." or '...', where a backslash takes the
-// quote or the backslash behind it as it is; behind "~" a text alone. Addresses are relative to the item that was found,
-// or the item of the parameter that was found; "." is the value of the parameter that was found. They begin with a name:
-// IDs by number need an index or a "/" to be told from numbers.
-//   - Numbers of all types, 64 bits and floating point too, are compared exactly. A number with a fraction is taken in the
-//     precision of the parameter it is compared with: OFFSET == 0.1 is true of a Float32 of 0.1.
+// On either side stands an address, a number, a version, or a text in quotes, "..." or '...', where a backslash takes
+// the quote or the backslash behind it as it is; behind "~" a text alone. Addresses are relative to the item that was
+// found, or the item of the parameter that was found; "." is the value of the parameter that was found. They begin with
+// a name: IDs by number need an index or a "/" to be told from numbers.
+//   - Numbers of all types, 64 bits and floating point too, are compared exactly. A number with a fraction is taken in
+//     the precision of the parameter it is compared with: OFFSET == 0.1 is true of a Float32 of 0.1.
 //   - Versions are compared as versions: 1.10 is above 1.9. Texts are compared byte by byte.
 //   - A text beside a number or a version is read as one; a text in quotes beside a parameter of another type, too.
-//   - What cannot be compared is not equal; nothing is below or above a NaN; nothing at all is true of a value that is not
-//     there, not even "!=".
+//   - What cannot be compared is not equal; nothing is below or above a NaN; nothing at all is true of a value that is
+//     not there, not even "!=".
 #pragma once
 
 #include <memory>
@@ -71,7 +72,7 @@ KY_INVENTORYKIT_API bool readCondition(KyCErrorListPool& pool, const std::string
 // Everything below and with top that a query asks for, in the order of the tree: items before their parameters, those
 // before the sub-items. Addresses of the pattern are relative to top.
 //
-// Cost:       for each item and parameter at most the number of the pattern's elements, and the condition's cost for those
-//             that match; what is below an item that no match can go through is not looked at. No recursion.
+// Cost:       for each item and parameter at most the number of the pattern's elements, and the condition's cost for
+//             those that match; what is below an item that no match can go through is not looked at. No recursion.
 KY_INVENTORYKIT_API std::vector<Node> find(KyCInventoryItem& top, const Query& query);
 }    // namespace KyNInventoryKit

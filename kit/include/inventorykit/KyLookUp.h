@@ -21,19 +21,19 @@ struct Node
   KyCInventoryParameter* parameter = nullptr;    // null: the item itself
 };
 
-// What an address names, relative to top. A parameter has no index: an address whose last element has another index than 1
-// names an item alone. Where an item and a parameter share an ID, the parameter is taken; of several siblings of one ID and
-// index the first.
+// What an address names, relative to top. A parameter has no index: an address whose last element has another index
+// than 1 names an item alone. Where an item and a parameter share an ID, the parameter is taken; of several siblings of
+// one ID and index the first.
 //
 // Result:     nothing when there is none; the empty address names top.
 KY_INVENTORYKIT_API Node lookUp(KyCInventoryItem& top, const KyCInventoryAddress& address);
 
-// Errors:     0x1502800  there is none; the report names the last item on the way that exists, what it does not have, and
-//                        what it has that is nearest
+// Errors:     0x1502800  there is none; the report names the last item on the way that exists, what it does not have,
+//                        and what it has that is nearest
 KY_INVENTORYKIT_API Node lookUp(KyCErrorListPool& pool, KyCInventoryItem& top, const KyCInventoryAddress& address);
 
-// For an address that names nothing: the addresses of what exists at the point where its way ends, the nearest first, at
-// most `count`. Near is the same ID with another index, and then a name that differs little.
+// For an address that names nothing: the addresses of what exists at the point where its way ends, the nearest first,
+// at most `count`. Near is the same ID with another index, and then a name that differs little.
 //
 // Cost:       linear in what there is at that point.
 KY_INVENTORYKIT_API std::vector<std::string> nearestExisting(KyCInventoryItem& top, const KyCInventoryAddress& address,
@@ -43,7 +43,8 @@ KY_INVENTORYKIT_API std::vector<std::string> nearestExisting(KyCInventoryItem& t
 class KY_INVENTORYKIT_API AddressTexts
 {
 public:
-  // The text holds until the next call. Nodes are told apart by their place in memory: a tree must not change meanwhile.
+  // The text holds until the next call. Nodes are told apart by their place in memory: a tree must not change
+  // meanwhile.
   const std::string& of(const Node& node);
 
 private:
