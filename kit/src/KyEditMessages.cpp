@@ -29,7 +29,7 @@ const char* const s_messages[] = {
     "No message has the code %1.%2",
 };
 const unsigned int s_groupBoundaries[] = {0, sizeof s_messages / sizeof s_messages[0]};
-const KyResText s_table = {s_messages, s_groupBoundaries, 1, 0x1502800};
+const KyResText s_table = {s_messages, s_groupBoundaries, 1, 0x1504000};
 
 const KyCMessageTable s_registration(s_table);
 }    // namespace

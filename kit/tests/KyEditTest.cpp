@@ -81,7 +81,7 @@ TEST(KyEdit, aUnitOf100BytesIsTakenAndALongerOneRefused)
   change.unit = std::string(101, 'u');
   EXPECT_EQ(changeParameter(pool, sample.root(), kyAddress("SIZE"), change), nullptr);
   EXPECT_REPORTS(pool,
-                 {0x1502806, "changeParameter",
+                 {0x1504006, "changeParameter",
                   "The unit \"" + std::string(101, 'u') + "\" is longer than the 100 bytes that a stored tree keeps."});
 }
 
@@ -90,7 +90,7 @@ TEST(KyEdit, aMissingParameterIsCreatedWhenATypeIsGivenAlone)
   KySampleTree sample("ROOT/BOARD SIZE=7");
   KyTestPool pool;
   EXPECT_EQ(changeParameter(pool, sample.root(), kyAddress("BOARD/NAME"), valueChange("x")), nullptr);
-  EXPECT_REPORTS(pool, {0x1502800, "lookUp", "BOARD/NAME does not exist: BOARD has no NAME. Did you mean BOARD/SIZE?"});
+  EXPECT_REPORTS(pool, {0x1504000, "lookUp", "BOARD/NAME does not exist: BOARD has no NAME. Did you mean BOARD/SIZE?"});
   ParameterChange change = valueChange("x", "String");
   change.unit = "u";
   EXPECT_NE(changeParameter(pool, sample.root(), kyAddress("BOARD[2]/CPU/NAME"), change), nullptr);
@@ -105,7 +105,7 @@ TEST(KyEdit, creatingWhatIsThereSetsItWhenTheTypeIsTheSame)
   EXPECT_NE(changeParameter(pool, sample.root(), kyAddress("SIZE"), valueChange("8", "Int32")), nullptr);
   EXPECT_EQ(changeParameter(pool, sample.root(), kyAddress("SIZE"), valueChange("9", "UInt32")), nullptr);
   EXPECT_REPORTS(pool,
-                 {0x1502804, "changeParameter", "SIZE exists and is of type Int32; it cannot be created as UInt32."});
+                 {0x1504004, "changeParameter", "SIZE exists and is of type Int32; it cannot be created as UInt32."});
   EXPECT_EQ(difference(sample, "ROOT SIZE=8"), "");
 }
 
@@ -134,8 +134,8 @@ TEST(KyEdit, itemsHaveNoValue)
     EXPECT_EQ(changeParameter(pool, sample.root(), kyAddress(address), valueChange("1", "Int8")), nullptr);
   EXPECT_EQ(changeParameter(pool, sample.root(), kyAddress("SIZE[2]"), valueChange("1", "Int8")), nullptr);
   const std::string names = " names an item; only parameters have a value, a unit, a modifiable flag and a relevance.";
-  EXPECT_REPORTS(pool, {0x1502805, "changeParameter", "." + names}, {0x1502805, "changeParameter", "BOARD" + names},
-                 {0x1502805, "changeParameter", "SIZE[2]" + names});
+  EXPECT_REPORTS(pool, {0x1504005, "changeParameter", "." + names}, {0x1504005, "changeParameter", "BOARD" + names},
+                 {0x1504005, "changeParameter", "SIZE[2]" + names});
 }
 
 TEST(KyEdit, itemsAndParametersAreRemovedInAnyOrder)
@@ -157,9 +157,9 @@ TEST(KyEdit, nothingIsRemovedWhenOneAddressIsWrong)
   EXPECT_FALSE(removeNodes(pool, sample.root(), addresses({"NAME", "BOARD[2]", "", "BOARD/SIZE"}), Ambiguity::REFUSED));
   EXPECT_REPORTS(
       pool,
-      {0x1502800, "lookUp", "BOARD[2] does not exist: the root item has no BOARD[2]. Did you mean BOARD or NAME?"},
-      {0x1502802, "removeNodes", "The root item cannot be removed."},
-      {0x1502800, "lookUp", "BOARD/SIZE does not exist: BOARD has no SIZE."});
+      {0x1504000, "lookUp", "BOARD[2] does not exist: the root item has no BOARD[2]. Did you mean BOARD or NAME?"},
+      {0x1504002, "removeNodes", "The root item cannot be removed."},
+      {0x1504000, "lookUp", "BOARD/SIZE does not exist: BOARD has no SIZE."});
   EXPECT_EQ(difference(sample, "ROOT NAME=\"a\"; BOARD"), "");
 }
 
@@ -169,7 +169,7 @@ TEST(KyEdit, siblingsThatShareAnAddressAreRemovedTogetherOrNotAtAll)
   sample.item("BOARD[3]")->setID(KyNInventoryIDs::BOARD[1]);
   KyTestPool pool;
   EXPECT_FALSE(removeNodes(pool, sample.root(), addresses({"BOARD"}), Ambiguity::REFUSED));
-  EXPECT_REPORTS(pool, {0x1502801, "removeNodes", "BOARD names 2 items and parameters."});
+  EXPECT_REPORTS(pool, {0x1504001, "removeNodes", "BOARD names 2 items and parameters."});
   EXPECT_TRUE(removeNodes(pool, sample.root(), addresses({"BOARD"}), Ambiguity::REMOVE_ALL));
   EXPECT_EQ(difference(sample, "ROOT/BOARD[2] ID=2"), "");
 }
@@ -180,7 +180,7 @@ TEST(KyEdit, parametersThatShareAnIdAreRemovedTogether)
   *sample.parameter("OFFSET") = KyCInventoryParameter(*sample.parameter("SIZE"));
   KyTestPool pool;
   EXPECT_FALSE(removeNodes(pool, sample.root(), addresses({"SIZE"}), Ambiguity::REFUSED));
-  EXPECT_REPORTS(pool, {0x1502801, "removeNodes", "SIZE names 2 items and parameters."});
+  EXPECT_REPORTS(pool, {0x1504001, "removeNodes", "SIZE names 2 items and parameters."});
   EXPECT_TRUE(removeNodes(pool, sample.root(), addresses({"SIZE", "SIZE"}), Ambiguity::REMOVE_ALL));
   EXPECT_EQ(difference(sample, "ROOT ID=2"), "");
 }
@@ -191,7 +191,7 @@ TEST(KyEdit, anItemAndAParameterOfOneIdAreToldApartByNobody)
   sample.item("CPU")->setID(KyNInventoryIDs::SIZE);
   KyTestPool pool;
   EXPECT_FALSE(removeNodes(pool, sample.root(), addresses({"SIZE"}), Ambiguity::REFUSED));
-  EXPECT_REPORTS(pool, {0x1502801, "removeNodes", "SIZE names 2 items and parameters."});
+  EXPECT_REPORTS(pool, {0x1504001, "removeNodes", "SIZE names 2 items and parameters."});
   EXPECT_TRUE(renameItem(pool, sample.root(), kyAddress("SIZE"), KyNInventoryIDs::CPU[4]));
   EXPECT_EQ(difference(sample, "ROOT SIZE=1; CPU[4] ID=2"), "");
 }
@@ -240,14 +240,14 @@ TEST(KyEdit, renamingIsRefusedBeforeAnythingChanges)
   EXPECT_FALSE(renameItem(pool, sample.root(), kyAddress("BOARD/SIZE"), KyNInventoryIDs::ID));
   EXPECT_FALSE(renameItem(pool, sample.root(), kyAddress("BOARD[2]"), KyNInventoryIDs::ID));
   EXPECT_REPORTS(pool,
-                 {0x1502803, "renameItem",
+                 {0x1504003, "renameItem",
                   "BOARD/CPU cannot get the ID CPU[2]: BOARD has an item or a parameter of this ID already."},
-                 {0x1502803, "renameItem",
+                 {0x1504003, "renameItem",
                   "BOARD/CPU cannot get the ID SIZE[3]: BOARD has an item or a parameter of this ID already."},
                  {0x1500800, "renameItem", "5000 is not an inventory ID."},
                  {0x1500802, "renameItem", "\"CPU/CPU\" is not one element of an address, such as BOARD[2]."},
-                 {0x1502807, "renameItem", "BOARD/SIZE names a parameter; only items can get another ID."},
-                 {0x1502800, "lookUp", "BOARD[2] does not exist: the root item has no BOARD[2]. Did you mean BOARD?"});
+                 {0x1504007, "renameItem", "BOARD/SIZE names a parameter; only items can get another ID."},
+                 {0x1504000, "lookUp", "BOARD[2] does not exist: the root item has no BOARD[2]. Did you mean BOARD?"});
   EXPECT_EQ(difference(sample, "ROOT/BOARD SIZE=1; BOARD/CPU; BOARD/CPU[2]"), "");
 }
 

@@ -119,7 +119,7 @@ TEST(KyExplain, aTextWithoutACodeIsReported)
   {
     EXPECT_EQ(readCode(pool, text), 0u) << text;
     EXPECT_REPORTS(pool,
-                   {0x150280C, "readCode", "\"" + std::string(text) + "\" is not a message code, such as 0x1300005."});
+                   {0x150400C, "readCode", "\"" + std::string(text) + "\" is not a message code, such as 0x1300005."});
   }
 }
 
@@ -129,6 +129,6 @@ TEST(KyExplain, aCodeThatNoMessageHasIsReportedWithTheOneThatWasMeant)
   Explanation explanation = {};
   EXPECT_FALSE(explainText(pool, "0x1300011", explanation));
   EXPECT_FALSE(explainText(pool, "1300005", explanation));
-  EXPECT_REPORTS(pool, {0x150280D, "explainText", "No message has the code 0x1300011."},
-                 {0x150280D, "explainText", "No message has the code 0x13D625. Did you mean 0x1300005?"});
+  EXPECT_REPORTS(pool, {0x150400D, "explainText", "No message has the code 0x1300011."},
+                 {0x150400D, "explainText", "No message has the code 0x13D625. Did you mean 0x1300005?"});
 }

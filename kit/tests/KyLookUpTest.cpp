@@ -38,13 +38,13 @@ TEST(KyLookUp, whatIsMissingIsReportedWithTheNearestThatExists)
   EXPECT_EQ(lookUp(pool, sample.root(), kyAddress("BOARD[2]/SERIAL")).item, nullptr);
   EXPECT_EQ(lookUp(pool, sample.root(), kyAddress("CPU/NAME")).item, nullptr);
   EXPECT_REPORTS(pool,
-                 {0x1502800, "lookUp",
+                 {0x1504000, "lookUp",
                   "BOARD[8]/NAME does not exist: the root item has no BOARD[8]. Did you mean BOARD[9], BOARD[2] or "
                   "BOARD[30]?"},
-                 {0x1502800, "lookUp",
+                 {0x1504000, "lookUp",
                   "BOARD[2]/SERIAL does not exist: BOARD[2] has no SERIAL. Did you mean BOARD[2]/SIZE or "
                   "BOARD[2]/SERIAL_NUMBER?"},
-                 {0x1502800, "lookUp", "CPU/NAME does not exist: CPU has no NAME."});
+                 {0x1504000, "lookUp", "CPU/NAME does not exist: CPU has no NAME."});
 }
 
 TEST(KyLookUp, nearestAreTheSameIdAndThenSimilarNames)

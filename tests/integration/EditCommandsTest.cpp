@@ -78,7 +78,7 @@ TEST_F(EditCommands, setReportsAMissingParameterWithTheNearest)
       "set " + a + " NAME=new BOARD/SERIAL=5", 1,
       "kyinventory: " + a +
           ": BOARD/SERIAL does not exist: BOARD has no SERIAL. Did you mean BOARD/SIZE or BOARD/ID? "
-          "(0x1502800, lookUp)\n"
+          "(0x1504000, lookUp)\n"
           "kyinventory: what to do: Correct the address; kyinventory find lists what is there. kyinventory set "
           "--create makes a missing parameter.\n");
 }
@@ -89,11 +89,11 @@ TEST_F(EditCommands, setReportsItemsAndOtherTypes)
   expectRefused("set " + a + " BOARD=5", 1,
                 "kyinventory: " + a +
                     ": BOARD names an item; only parameters have a value, a unit, a modifiable flag and a relevance. "
-                    "(0x1502805, changeParameter)\n"
+                    "(0x1504005, changeParameter)\n"
                     "kyinventory: what to do: Name a parameter.\n");
   expectRefused("set " + a + " BOARD/SIZE=5 --create Int8", 1,
                 "kyinventory: " + a +
-                    ": BOARD/SIZE exists and is of type Int16; it cannot be created as Int8. (0x1502804, "
+                    ": BOARD/SIZE exists and is of type Int16; it cannot be created as Int8. (0x1504004, "
                     "changeParameter)\n"
                     "kyinventory: what to do: Leave out the type to set its value, or remove the parameter first.\n");
 }
@@ -168,10 +168,10 @@ TEST_F(EditCommands, removeRefusesTheRootAndWhatIsMissing)
   const std::string a = sample();
   expectRefused("rm " + a + " NAME . BOARD[2]/ID", 1,
                 "kyinventory: " + a +
-                    ": The root item cannot be removed. (0x1502802, removeNodes)\n"
+                    ": The root item cannot be removed. (0x1504002, removeNodes)\n"
                     "kyinventory: " +
                     a +
-                    ": BOARD[2]/ID does not exist: BOARD[2] has no ID. Did you mean BOARD[2]/CPU? (0x1502800, lookUp)\n"
+                    ": BOARD[2]/ID does not exist: BOARD[2] has no ID. Did you mean BOARD[2]/CPU? (0x1504000, lookUp)\n"
                     "kyinventory: what to do: Name what is to be removed below it.\n");
   EXPECT_EQ(run("rm " + a + " BOARD/").exitCode, 2);
   EXPECT_EQ(run("rm " + a).exitCode, 2);
@@ -190,7 +190,7 @@ TEST_F(EditCommands, removeAsksForAllWhereSiblingsShareAnAddress)
   if (found.out != "BOARD/ID\t1\t\nBOARD/ID\t2\t\n") GTEST_SKIP() << "reading keeps no siblings of one address";
   expectRefused("rm " + a + " BOARD", 1,
                 "kyinventory: " + a +
-                    ": BOARD names 2 items and parameters. (0x1502801, removeNodes)\n"
+                    ": BOARD names 2 items and parameters. (0x1504001, removeNodes)\n"
                     "kyinventory: what to do: Give one of them another ID first (kyinventory rename), or remove all of "
                     "them (kyinventory rm --all).\n");
   EXPECT_EQ(run("rm --all " + a + " BOARD").exitCode, 0);
@@ -213,16 +213,16 @@ TEST_F(EditCommands, renameRefusesWhatIsTaken)
   expectRefused("rename " + a + " BOARD BOARD[2]", 1,
                 "kyinventory: " + a +
                     ": BOARD cannot get the ID BOARD[2]: the root item has an item or a parameter of this ID already. "
-                    "(0x1502803, renameItem)\n" +
+                    "(0x1504003, renameItem)\n" +
                     whatToDo);
   expectRefused("rename " + a + " BOARD NAME", 1,
                 "kyinventory: " + a +
                     ": BOARD cannot get the ID NAME: the root item has an item or a parameter of this ID already. "
-                    "(0x1502803, renameItem)\n" +
+                    "(0x1504003, renameItem)\n" +
                     whatToDo);
   expectRefused("rename " + a + " NAME CPU", 1,
                 "kyinventory: " + a +
-                    ": NAME names a parameter; only items can get another ID. (0x1502807, renameItem)\n"
+                    ": NAME names a parameter; only items can get another ID. (0x1504007, renameItem)\n"
                     "kyinventory: what to do: Create a parameter of the other ID, and remove this one.\n");
   expectRefused("rename " + a + " BOARD CPU/CPU", 2,
                 "kyinventory: rename: \"CPU/CPU\" is not one element of an address, such as BOARD[2]. (0x1500802, "

@@ -78,14 +78,14 @@ TEST_F(FindCommand, wrongPatternsAndConditionsAreWrongUsageBeforeTheFileIsRead)
   EXPECT_EQ(
       outcome.err,
       "kyinventory: find: \"BOARD[2\" is not a pattern of addresses: \"]\", \",\" or \"-\" is expected at character "
-      "8. (0x1502808, readPattern)\n"
+      "8. (0x1504008, readPattern)\n"
       "kyinventory: what to do: Write it like BOARD[*]/IOCHANNEL[2-8]/VOLTAGE_* or **/SERIAL_NUMBER.\n");
   outcome = run("find " + missing + " BOARD --where 'SIZE >'");
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_EQ(
       outcome.err,
       "kyinventory: find: \"SIZE >\" is not a condition: an address, a number or a text in quotes is expected at "
-      "character 7. (0x150280A, readCondition)\n"
+      "character 7. (0x150400A, readCondition)\n"
       "kyinventory: what to do: Write it like VOLTAGE_MAX > 10 and not NAME ~ \"^spare\", with texts in quotes.\n");
   EXPECT_EQ(run("find " + missing + " BOARD --where ''").exitCode, 2);
   EXPECT_EQ(run("find " + missing + " 'NO_SUCH_*'").exitCode, 2);

@@ -84,12 +84,12 @@ TEST_F(IdsAndExplain, explainTellsAnUnknownCodeFromNone)
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
-            "kyinventory: No message has the code 0x13D625. Did you mean 0x1300005? (0x150280D, explainText)\n"
+            "kyinventory: No message has the code 0x13D625. Did you mean 0x1300005? (0x150400D, explainText)\n"
             "kyinventory: what to do: Check the code; hexadecimal ones have 0x in front.\n");
   outcome = run("explain five");
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_EQ(outcome.err,
-            "kyinventory: \"five\" is not a message code, such as 0x1300005. (0x150280C, readCode)\n"
+            "kyinventory: \"five\" is not a message code, such as 0x1300005. (0x150400C, readCode)\n"
             "kyinventory: what to do: Give the code of a report, decimal or with 0x in front.\n");
   EXPECT_EQ(run("explain").exitCode, 2);
 }

@@ -10,6 +10,10 @@ namespace
 constexpr void (*s_commands[])(CLI::App&, int&) = {
     addScanCommand,
     addShowCommand,
+    addGetCommand,
+    addFindCommand,
+    addSetCommand,
+    addRenameCommand,
     addMergeCommand,
     addDiffCommand,
     addPatchCommand,
@@ -18,9 +22,10 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addAppendCommand,
     addExtractCommand,
     addStripCommand,
+    addIdsCommand,
+    addExplainCommand,
     addWatchCommand,
-    addScanCommand,   addShowCommand,   addMergeCommand, addGetCommand, addSetCommand,
-    addRemoveCommand, addRenameCommand, addFindCommand,  addIdsCommand, addExplainCommand,
+    addRemoveCommand,
 };
 // clang-format on
 

@@ -37,10 +37,10 @@ struct ParameterChange
 // Changes a parameter. The modifiable flag that it has is not looked at.
 //
 // Result:     the parameter; null on failure.
-// Errors:     0x1502800  there is no such parameter (function "lookUp")
-//             0x1502804  it is there with another type than the one to create
-//             0x1502805  the address names an item: the empty one, one with an index other than 1, or one that there is
-//             0x1502806  the unit is too long
+// Errors:     0x1504000  there is no such parameter (function "lookUp")
+//             0x1504004  it is there with another type than the one to create
+//             0x1504005  the address names an item: the empty one, one with an index other than 1, or one that there is
+//             0x1504006  the unit is too long
 //             those of setValueText and createParameter, for the value
 KY_INVENTORYKIT_API KyCInventoryParameter* changeParameter(KyCErrorListPool& pool, KyCInventoryItem& top,
                                                            const KyCInventoryAddress& address,
@@ -56,9 +56,9 @@ enum class Ambiguity
 // what another one names. Parents stay, also when nothing is left in them.
 //
 // Result:     whether all are gone; otherwise none is.
-// Errors:     0x1502800  there is nothing at an address (function "lookUp"); one report for each such address
-//             0x1502801  an address names several siblings, or an item and a parameter
-//             0x1502802  an address is empty: top stays
+// Errors:     0x1504000  there is nothing at an address (function "lookUp"); one report for each such address
+//             0x1504001  an address names several siblings, or an item and a parameter
+//             0x1504002  an address is empty: top stays
 KY_INVENTORYKIT_API bool removeNodes(KyCErrorListPool& pool, KyCInventoryItem& top,
                                      const std::vector<KyCInventoryAddress>& addresses, Ambiguity ambiguity);
 
@@ -67,9 +67,9 @@ KY_INVENTORYKIT_API bool removeNodes(KyCErrorListPool& pool, KyCInventoryItem& t
 //
 //   id          one element, predefined
 //
-// Errors:     0x1502800  there is no such item (function "lookUp")
-//             0x1502803  its parent has another item of this ID and index, or a parameter of this ID
-//             0x1502807  the address names a parameter
+// Errors:     0x1504000  there is no such item (function "lookUp")
+//             0x1504003  its parent has another item of this ID and index, or a parameter of this ID
+//             0x1504007  the address names a parameter
 //             0x1500800  the ID is not predefined
 //             0x1500802  `id` has not exactly one element
 KY_INVENTORYKIT_API bool renameItem(KyCErrorListPool& pool, KyCInventoryItem& top, const KyCInventoryAddress& address,

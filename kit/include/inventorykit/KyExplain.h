@@ -37,12 +37,12 @@ KY_INVENTORYKIT_API std::vector<Explanation> allExplanations();
 // codes in a text the first one counts.
 //
 // Result:     0 on failure.
-// Errors:     0x150280C  there is none
+// Errors:     0x150400C  there is none
 KY_INVENTORYKIT_API unsigned int readCode(KyCErrorListPool& pool, const std::string& text);
 
 // As readCode, for a code that is explained.
 //
 // Result:     false on failure; the explanation is then left alone.
-// Errors:     also 0x150280D  no message has the code; the report names the one that was meant, when "0x" was left out
+// Errors:     also 0x150400D  no message has the code; the report names the one that was meant, when "0x" was left out
 KY_INVENTORYKIT_API bool explainText(KyCErrorListPool& pool, const std::string& text, Explanation& explanation);
 }    // namespace KyNInventoryKit

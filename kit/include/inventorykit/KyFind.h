@@ -57,14 +57,14 @@ struct Query
 };
 
 // Errors:     0x1500800  an ID is not predefined; the report names the nearest ones
-//             0x1502808  the text is no pattern; the report names the place and what is expected there
-//             0x1502809  no ID, predefined or not, has a name of this form
+//             0x1504008  the text is no pattern; the report names the place and what is expected there
+//             0x1504009  no ID, predefined or not, has a name of this form
 // Result:     false on failure; the query stays as it was.
 KY_INVENTORYKIT_API bool readPattern(KyCErrorListPool& pool, const std::string& text, Query& query);
 
-// Errors:     0x150280A  the text is no condition; the report names the place and what is expected there
-//             0x150280B  a text behind "~" is no regular expression (in front of 0x150280A)
-//             those of readAddress (in front of 0x150280A)
+// Errors:     0x150400A  the text is no condition; the report names the place and what is expected there
+//             0x150400B  a text behind "~" is no regular expression (in front of 0x150400A)
+//             those of readAddress (in front of 0x150400A)
 // Result:     false on failure; the query stays as it was.
 // Cost:       linear in the text; no recursion, however deep the brackets.
 KY_INVENTORYKIT_API bool readCondition(KyCErrorListPool& pool, const std::string& text, Query& query);

@@ -28,7 +28,7 @@ struct Node
 // Result:     nothing when there is none; the empty address names top.
 KY_INVENTORYKIT_API Node lookUp(KyCInventoryItem& top, const KyCInventoryAddress& address);
 
-// Errors:     0x1502800  there is none; the report names the last item on the way that exists, what it does not have,
+// Errors:     0x1504000  there is none; the report names the last item on the way that exists, what it does not have,
 //                        and what it has that is nearest
 KY_INVENTORYKIT_API Node lookUp(KyCErrorListPool& pool, KyCInventoryItem& top, const KyCInventoryAddress& address);
 
