@@ -26,6 +26,9 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addExplainCommand,
     addWatchCommand,
     addRemoveCommand,
+    addExportCommand,
+    addImportCommand,
+    addAnonymizeCommand,
 };
 // clang-format on
 

@@ -1,6 +1,7 @@
 // kyinventory scan: takes the inventory of a machine.
 #include <string>
 
+#include "AnonymizeOptions.h"
 #include "Command.h"
 #include "Files.h"
 #include "Terminal.h"
@@ -14,6 +15,8 @@ struct ScanArguments
 {
   std::string topology;
   std::string output;
+  bool isAnonymous = false;
+  KeyOptions key;
 };
 
 #ifdef KY_HAVE_HOST
@@ -50,7 +53,10 @@ bool storeAndVerify(const std::string& path, KyCInventoryItem& tree)
 
 int scan(const ScanArguments& arguments)
 {
-  const TreePointer tree = takeInventory(arguments.topology);
+  std::string key;
+  if (arguments.isAnonymous && !readKey(arguments.key, key)) return EXIT_INPUT;
+  TreePointer tree = takeInventory(arguments.topology);
+  if (tree && arguments.isAnonymous) tree = anonymized(*tree, key);
   if (!tree) return EXIT_INPUT;
   if (!arguments.output.empty()) return storeAndVerify(arguments.output, *tree) ? EXIT_OK : EXIT_OUTPUT;
 
@@ -83,5 +89,9 @@ void addScanCommand(CLI::App& program, int& exitCode)
           "-o,--output", arguments->output,
           "Store the tree as a section file, read it back and compare; - is standard output; default: print it")
       ->check(notEmpty);
+  CLI::Option* const anonymize = command->add_flag(
+      "--anonymize", arguments->isAnonymous,
+      "Put pseudonyms in place of serial numbers, MAC and IP addresses, UUIDs, asset tags and host names");
+  addKeyOptions(*command, arguments->key, anonymize);
   command->callback([arguments, &exitCode]() { exitCode = scan(*arguments); });
 }

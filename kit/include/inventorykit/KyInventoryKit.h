@@ -12,6 +12,8 @@
 #include "inventorykit/KyInspect.h"
 #include "inventorykit/KyLookUp.h"
 #include "inventorykit/KyPatch.h"
+#include "inventorykit/KyAnonymize.h"
+#include "inventorykit/KyFormats.h"
 #include "inventorykit/KySectionFile.h"
 #include "inventorykit/KyStreamReader.h"
 #include "inventorykit/KyTree.h"

@@ -1,0 +1,15 @@
+// KyFormatMessages.h: the codes of the reports about formats and pseudonyms; their texts stand in KyFormatMessages.cpp.
+//
+// A new message goes to the end, there and here alike: the code follows from the place. Codes are permanent.
+#pragma once
+
+enum KyFormatMessage : unsigned int
+{
+  KY_FORMAT_MSG_NO_VALUE_TYPE = 0x1501800,    // %1 address, %2 type code
+  KY_FORMAT_MSG_SYNTAX = 0x1501801,           // %1 format, %2 line, %3 column, %4 reason
+  KY_FORMAT_MSG_CONTENT = 0x1501802,          // %1 line, %2 column, %3 address, %4 reason
+  KY_FORMAT_MSG_UNKNOWN_FORMAT = 0x1501803,
+  KY_FORMAT_MSG_NOT_READABLE = 0x1501804,    // %1 format
+  KY_FORMAT_MSG_NO_MARKUP = 0x1501805,
+  KY_FORMAT_MSG_NO_RANDOM_KEY = 0x1501806    // %1 reason
+};

@@ -1,0 +1,39 @@
+#include "AnonymizeOptions.h"
+
+#include "Terminal.h"
+#include "inventorykit/KyAnonymize.h"
+
+void addKeyOptions(CLI::App& command, KeyOptions& options, CLI::Option* needed)
+{
+  const CLI::Validator notEmpty(
+      [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, "");
+  CLI::Option* const text = command.add_option(
+      "--key", options.text, "Key of the pseudonyms, so that other files get the same ones; default: a new random key");
+  CLI::Option* const file =
+      command.add_option("--key-file", options.file, "File with the key: its bytes, without line feeds at the end");
+  text->check(notEmpty)->excludes(file);
+  file->check(notEmpty);
+  for (CLI::Option* const option : {text, file})
+    if (needed != nullptr) option->needs(needed);
+}
+
+bool readKey(const KeyOptions& options, std::string& key)
+{
+  KyCErrorListPool pool;
+  key = options.text;
+  const bool isRead = options.file.empty() ? !key.empty() || KyNInventoryKit::randomKey(pool, key)
+                                           : KyNInventoryKit::readBytes(pool, options.file, key);
+  complainAbout(options.file.empty() ? "anonymize" : options.file, pool);
+  if (!isRead || options.file.empty()) return isRead;
+  key.erase(key.find_last_not_of('\n') + 1);
+  if (key.empty()) complain(options.file + ": holds no key");
+  return !key.empty();
+}
+
+TreePointer anonymized(const KyCInventoryItem& tree, const std::string& key)
+{
+  KyCErrorListPool pool;
+  TreePointer copy = KyNInventoryKit::anonymizedTree(pool, tree, key);
+  complainAbout("anonymize", pool);
+  return copy;
+}
