@@ -126,6 +126,16 @@ bool isWholly(std::string_view text, Identifier& identifier)
   return identifierAt(text, 0, false, identifier) && identifier.length == text.size();
 }
 
+bool hasIdentifier(std::string_view text)
+{
+  Identifier identifier;
+  for (std::size_t at = 0; at < text.size(); ++at)
+    if (identifierAt(text, at, false, identifier)) return true;
+  return false;
+}
+
+bool isAddress(Meaning meaning) { return meaning == Meaning::IP_ADDRESS || meaning == Meaning::MAC_ADDRESS; }
+
 class Anonymizer
 {
 public:
@@ -152,7 +162,7 @@ private:
     const std::string value = valueText(parameter);
     const std::string_view text = trimmed(value);
     Identifier identifier;
-    if (isFiller(text) || isWholly(text, identifier)) return;
+    if (isFiller(text) || isWholly(text, identifier) || (isAddress(meaning) && hasIdentifier(text))) return;
     if (type != KyCParam::TYPE_STRING)
       collectNumber(text);
     else if (meaning == Meaning::HOST)
@@ -310,9 +320,8 @@ private:
     const std::string* const known = m_replacements.of(text);
     if (known != nullptr) return *known;
     const std::string result = scrubbed(value, false);
-    const bool isAddress = meaning == Meaning::IP_ADDRESS || meaning == Meaning::MAC_ADDRESS;
     Identifier identifier;
-    if (isWholly(text, identifier) || (isAddress && result != value)) return result;
+    if (isWholly(text, identifier) || (isAddress(meaning) && hasIdentifier(text))) return result;
     return meaning == Meaning::HOST ? pseudonymOfHost(text) : m_pseudonyms.ofSerialNumber(text);
   }
 

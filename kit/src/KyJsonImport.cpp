@@ -151,6 +151,7 @@ public:
     m_begin = begin;
     m_furthest = m_previousEnd = m_text.data() + begin;
     m_frames.clear();
+    m_record = ParameterRecord();
     return Json::sax_parse(WatchedIterator(m_furthest, &m_furthest), WatchedIterator(m_text.data() + end, &m_furthest),
                            this);
   }

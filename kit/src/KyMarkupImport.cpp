@@ -147,7 +147,9 @@ private:
 
   bool wrong(const pugi::xml_node& node, const std::string& reason)
   {
-    const TextPlace place = placeOf(m_text, static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0)));
+    std::size_t offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
+    if (node.type() == pugi::node_pcdata) offset += std::strspn(node.value(), " \t\r\n");
+    const TextPlace place = placeOf(m_text, offset);
     m_pool.setError(KY_FORMAT_MSG_CONTENT, __LINE__, s_function, "%u%u%s%s", place.line, place.column,
                     address().c_str(), reason.c_str());
     return false;

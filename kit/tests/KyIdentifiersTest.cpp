@@ -1,0 +1,83 @@
+// MAC and IP addresses and UUIDs by their form.
+#include "KyIdentifiers.h"
+
+#include <gtest/gtest.h>
+
+using namespace KyNInventoryKit;
+
+namespace
+{
+// All identifiers of a text: "mac:00:1b:21:3c:4d:5e ipv4:10.2.3.4"; harmless ones with a "-" in front.
+std::string identifiersOf(const std::string& text, bool isVersion = false)
+{
+  std::string found;
+  for (std::size_t at = 0; at < text.size();)
+  {
+    Identifier identifier;
+    if (!identifierAt(text, at, isVersion, identifier))
+    {
+      ++at;
+      continue;
+    }
+    constexpr const char* s_kinds[] = {"uuid", "mac", "ipv6", "ipv4"};
+    found += (found.empty() ? "" : " ") + std::string(identifier.isHarmless ? "-" : "") +
+             s_kinds[static_cast<int>(identifier.kind)] + "=" + text.substr(at, identifier.length);
+    at += identifier.length;
+  }
+  return found;
+}
+}    // namespace
+
+TEST(KyIdentifiers, findsMacAddressesInTheirNotations)
+{
+  EXPECT_EQ(identifiersOf("00:1B:21:3c:4d:5e"), "mac=00:1B:21:3c:4d:5e");
+  EXPECT_EQ(identifiersOf("eth0 00-1B-21-3C-4D-5E."), "mac=00-1B-21-3C-4D-5E");
+  EXPECT_EQ(identifiersOf("(001b.213c.4d5e)"), "mac=001b.213c.4d5e");
+  EXPECT_EQ(identifiersOf("80:00:00:26:fe:80:00:00:00:00:00:00:24:8a:07:03:00:1e:39:fe"),
+            "mac=80:00:00:26:fe:80:00:00:00:00:00:00:24:8a:07:03:00:1e:39:fe");
+  EXPECT_EQ(identifiersOf("mac:00:1b:21:3c:4d:5e"), "mac=00:1b:21:3c:4d:5e");
+}
+
+TEST(KyIdentifiers, takesNoPciAddressTimeOrHalfMacAddressForOne)
+{
+  for (const char* text : {"0000:02:00.1", "8086:1521", "12:34:56", "00:1b:21:3c:4d", "00:1b:21:3c:4d:5",
+                           "00:1b:21-3c:4d:5e", "std::beef", "x00:1b:21:3c:4d:5e", "4096", "a", ":", "::x"})
+    EXPECT_EQ(identifiersOf(text), "") << text;
+}
+
+TEST(KyIdentifiers, findsIPv4AddressesButNotInVersionsAndLongerNumbers)
+{
+  EXPECT_EQ(identifiersOf("10.2.3.4"), "ipv4=10.2.3.4");
+  EXPECT_EQ(identifiersOf("http://192.168.0.17:80/"), "ipv4=192.168.0.17");
+  EXPECT_EQ(identifiersOf("from 10.0.0.1-10.0.0.9."), "ipv4=10.0.0.1 ipv4=10.0.0.9");
+  EXPECT_EQ(identifiersOf("10.2.3.4", true), "");
+  EXPECT_EQ(identifiersOf("00:1b:21:3c:4d:5e 10.2.3.4", true), "mac=00:1b:21:3c:4d:5e");
+  for (const char* text :
+       {"v10.2.3.4", "10.2.3", "10.2.3.256", "1.10.2.3.4", "10.2.3.4.5", "10.2.3.4a", "1000.2.3.4", "10..3.4"})
+    EXPECT_EQ(identifiersOf(text), "") << text;
+}
+
+TEST(KyIdentifiers, findsIPv6AddressesInEveryForm)
+{
+  EXPECT_EQ(identifiersOf("fe80::21b:21ff:fe3c:4d5e%eth0"), "ipv6=fe80::21b:21ff:fe3c:4d5e");
+  EXPECT_EQ(identifiersOf("[2001:470:1f0b::1]:443"), "ipv6=2001:470:1f0b::1");
+  EXPECT_EQ(identifiersOf("2001:0470:0000:0000:0000:0000:0000:0001/64"),
+            "ipv6=2001:0470:0000:0000:0000:0000:0000:0001");
+  EXPECT_EQ(identifiersOf("::ffff:10.2.3.4"), "ipv6=::ffff:10.2.3.4");
+  EXPECT_EQ(identifiersOf("at fe80::1: no"), "ipv6=fe80::1");
+}
+
+TEST(KyIdentifiers, findsUuids)
+{
+  EXPECT_EQ(identifiersOf("{4C4C4544-0042-3510-8052-B4C04F4A4E31}"), "uuid=4C4C4544-0042-3510-8052-B4C04F4A4E31");
+  EXPECT_EQ(identifiersOf("4c4c4544-0042-3510-8052-b4c04f4a4e3"), "");
+  EXPECT_EQ(identifiersOf("4c4c4544-0042-3510-8052-b4c04f4a4e311"), "");
+}
+
+TEST(KyIdentifiers, knowsWhatNamesNoMachine)
+{
+  EXPECT_EQ(
+      identifiersOf("255.255.255.0 127.0.0.1 0.0.0.0 ::1 00:00:00:00:00:00 ff:ff:ff:ff:ff:ff"),
+      "-ipv4=255.255.255.0 -ipv4=127.0.0.1 -ipv4=0.0.0.0 -ipv6=::1 -mac=00:00:00:00:00:00 -mac=ff:ff:ff:ff:ff:ff");
+  EXPECT_EQ(identifiersOf("00000000-0000-0000-0000-000000000000"), "-uuid=00000000-0000-0000-0000-000000000000");
+}
