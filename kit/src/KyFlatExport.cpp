@@ -40,15 +40,14 @@ void writeJsonLines(const KyCInventoryItem& root, std::string& text)
   forEachParameter(root,
                    [&](const std::string& address, const KyCInventoryParameter& parameter)
                    {
-                     text += Json({{"address", address},
-                                   {"type", parameter.getTypeAsCString()},
-                                   {"value", jsonOfValue(parameter)},
-                                   {"unit", jsonOfText(parameter.getUnit())},
-                                   {"modifiable", parameter.isModifiable()},
-                                   {"relevance", parameter.getRelevance()},
-                                   {"description", jsonOfText(parameter.getDescription())}})
-                                 .dump();
-                     text += '\n';
+                     text += "{\"address\":\"" + address;    // names, numbers, "/" and brackets
+                     text += "\",\"type\":\"" + std::string(parameter.getTypeAsCString());
+                     text += "\",\"value\":" + jsonOfValue(parameter).dump();
+                     text += ",\"unit\":" + jsonOfText(parameter.getUnit()).dump();
+                     text += parameter.isModifiable() ? ",\"modifiable\":true" : ",\"modifiable\":false";
+                     text += ",\"relevance\":" + std::to_string(parameter.getRelevance());
+                     text += ",\"description\":" + jsonOfText(parameter.getDescription()).dump();
+                     text += "}\n";
                    });
 }
 

@@ -72,6 +72,14 @@ TextPlace placeOf(const std::string& text, std::size_t offset)
           static_cast<unsigned int>(static_cast<std::size_t>(end - text.begin()) - start) + 1};
 }
 
+std::string addressForPeople(const std::string& text)
+{
+  constexpr std::size_t s_longest = 200;
+  constexpr std::size_t s_end = 80;
+  if (text.empty()) return "root item";
+  return text.size() <= s_longest ? text : text.substr(0, s_end) + "..." + text.substr(text.size() - s_end);
+}
+
 bool readNumber(const std::string& text, unsigned int& number)
 {
   const char* const last = text.data() + text.size();

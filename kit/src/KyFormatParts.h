@@ -38,6 +38,9 @@ struct TextPlace
 };
 TextPlace placeOf(const std::string& text, std::size_t offset);
 
+// The address of an item for a report: "root item" for the empty text; a long one without its middle.
+std::string addressForPeople(const std::string& text);
+
 // An unsigned 32-bit number of decimal digits alone.
 bool readNumber(const std::string& text, unsigned int& number);
 }    // namespace KyNInventoryKit

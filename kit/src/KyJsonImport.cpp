@@ -310,13 +310,14 @@ private:
 
   std::string address() const
   {
-    if (m_top == Place::LINE) return m_record.address.isEmpty() ? "line" : addressText(m_record.address);
+    if (m_top == Place::LINE)
+      return m_record.address.isEmpty() ? "line" : addressForPeople(addressText(m_record.address));
     std::string text;
     for (std::size_t level = 1; level < m_builder.depth(); ++level)
       text += (text.empty() ? "" : "/") + element(m_builder.at(level));
     if (!m_frames.empty() && isInParameter() && m_record.id != 0)
       text += (text.empty() ? "" : "/") + elementText(m_record.id, 1);
-    return text.empty() ? "root item" : text;
+    return addressForPeople(text);
   }
 
   // The ID may stand behind what is wrong.

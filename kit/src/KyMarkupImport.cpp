@@ -161,7 +161,7 @@ private:
     for (std::size_t level = 1; level < m_builder.depth(); ++level)
       text += (text.empty() ? "" : "/") + elementText(m_builder.at(level).id, m_builder.at(level).index);
     if (m_parameter != 0) text += (text.empty() ? "" : "/") + elementText(m_parameter, 1);
-    return text.empty() ? "root item" : text;
+    return addressForPeople(text);
   }
 
   // What comes from the text is cut to a length for people.

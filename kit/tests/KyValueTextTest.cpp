@@ -147,3 +147,17 @@ TEST(KyValueText, typesAreKnownByName)
   EXPECT_EQ(typeNames(),
             "Int8, Int16, Int32, Long64, UInt8, UInt16, UInt32, ULong64, Float32, Float64, String, Version");
 }
+
+TEST(KyValueText, aTextWithZeroBytesIsSetWholeAndTheRestOfTheParameterStays)
+{
+  KySampleTree sample("ROOT NAME String \"x\" unit=\"mV\" modifiable relevance=7 description=\"d\"");
+  KyTestPool pool;
+  KyCInventoryParameter& parameter = *sample.parameter("NAME");
+  EXPECT_TRUE(setValueText(pool, parameter, std::string("a\0b\0", 4)));
+  EXPECT_EQ(valueText(parameter), std::string("a\0b\0", 4));
+  EXPECT_STREQ(parameter.getUnit(), "mV");
+  EXPECT_STREQ(parameter.getDescription(), "d");
+  EXPECT_TRUE(parameter.isModifiable());
+  EXPECT_EQ(parameter.getRelevance(), 7u);
+  EXPECT_EQ(sample.parameter("NAME"), &parameter);
+}
