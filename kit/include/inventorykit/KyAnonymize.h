@@ -11,8 +11,9 @@
 // - By content, in every string value, unit and description: MAC addresses (00:1B:21:3C:4D:5E, with "-", as
 //   001b.213c.4d5e, and longer ones), IPv4 and IPv6 addresses and UUIDs; and every original of the first group,
 //   upper and lower case being the same, also the first label and the domain of a host name, and a MAC address or UUID
-//   without its separators. Originals of 3 to 5 characters count where they stand alone, of digits where no further digit
-//   stands beside them; shorter ones, and numbers below 100000, are replaced in their own parameters alone.
+//   without its separators. Originals of 3 to 5 characters count where they stand alone, longer ones of digits alone where
+//   no further digit stands beside them. Shorter ones, texts of fewer than 5 digits and numbers below 100000 are
+//   replaced in their own parameters alone.
 //
 // What stays
 // - Versions: parameters of the type Version (but under the IDs above), and what looks like an IPv4 address in a parameter
