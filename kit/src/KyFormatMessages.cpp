@@ -17,7 +17,7 @@ const char* const s_messages[] = {
 
 constexpr unsigned int s_groups[] = {0, 7};
 
-const KyResText s_table = {s_messages, s_groups, 1, 0x01501800};
+const KyResText s_table = {s_messages, s_groups, 1, 0x01505000};
 
 static_assert(sizeof(s_messages) / sizeof(s_messages[0]) == s_groups[1], "the group covers the messages");
 

@@ -211,7 +211,7 @@ TEST(KyFormats, anUnknownValueTypeIsAReportWithItsAddress)
     std::string text = "old";
     EXPECT_FALSE(exportTree(pool, sample.root(), format, text));
     EXPECT_EQ(text, "");
-    EXPECT_REPORTS(pool, {0x1501800, "exportTree",
+    EXPECT_REPORTS(pool, {0x1505000, "exportTree",
                           "BOARD[2]/SIZE is of the unknown type 0x777: it has no value that could be exported."});
   }
 }
@@ -242,9 +242,9 @@ TEST(KyFormats, aTextTellsItsFormat)
   KyTestPool pool;
   EXPECT_EQ(importTree(pool, "INVE"), nullptr);
   EXPECT_REPORTS(pool,
-                 {0x1501803, "importTree", "The text is of no format that can be imported: neither JSON nor mark-up."});
+                 {0x1505003, "importTree", "The text is of no format that can be imported: neither JSON nor mark-up."});
   EXPECT_EQ(importTree(pool, exported(sample.root(), Format::CSV)), nullptr);
-  EXPECT_REPORTS(pool, {0x1501804, "importTree", "A tree cannot be imported from CSV."});
+  EXPECT_REPORTS(pool, {0x1505004, "importTree", "A tree cannot be imported from CSV."});
 }
 
 // ---- Round trips ----
@@ -435,7 +435,7 @@ TEST(KyFormats, aValueOutOfRangeIsToldByItsTypeAndThenByItsPlace)
   EXPECT_TRUE(sameReports(
       reports,
       {{0x1500803, "setValueText", "\"256\" is not a value of type UInt8, which takes whole numbers from 0 to 255."},
-       {0x1501802, "importTree", "Line 1, column 115 (SIZE): the type cannot take the value."}}));
+       {0x1505002, "importTree", "Line 1, column 115 (SIZE): the type cannot take the value."}}));
 }
 
 TEST(KyFormats, aMisspelledIdIsToldWithTheNearestNames)
@@ -443,7 +443,7 @@ TEST(KyFormats, aMisspelledIdIsToldWithTheNearestNames)
   EXPECT_TRUE(
       sameReports(reportsOf(json("{\"id\": \"BORD\"}"), Format::JSON),
                   {{0x1500800, "readElement", "BORD is not an inventory ID. Did you mean BOARD or PORT?"},
-                   {0x1501802, "importTree", "Line 1, column 56 (root item): \"BORD\" is not the name of an ID."}}));
+                   {0x1505002, "importTree", "Line 1, column 56 (root item): \"BORD\" is not the name of an ID."}}));
 }
 
 TEST(KyFormats, anotherFormatOrVersionOfJsonIsRefused)
@@ -578,7 +578,7 @@ TEST(KyFormats, whatIsWrongInMarkupIsToldWithItsPlaceAndAddress)
 TEST(KyFormats, thisBuildSaysThatItCannotReadMarkup)
 {
   EXPECT_TRUE(sameReports(reportsOf("<ITEM ID=\"ROOT\"></ITEM>", Format::MARKUP),
-                          {{0x1501805, "importTree",
+                          {{0x1505005, "importTree",
                             "This build cannot read mark-up: the pugixml library was not there when it was built."}}));
 }
 #endif

@@ -30,18 +30,18 @@ struct Manual
 };
 
 // Each adds its sub-command to the program; when that sub-command is chosen, it runs and stores its exit code.
+void addAnonymizeCommand(CLI::App& program, int& exitCode);
 void addAppendCommand(CLI::App& program, int& exitCode);
 void addCheckCommand(CLI::App& program, int& exitCode);
 void addDiffCommand(CLI::App& program, int& exitCode);
 void addExplainCommand(CLI::App& program, int& exitCode);
+void addExportCommand(CLI::App& program, int& exitCode);
 void addExtractCommand(CLI::App& program, int& exitCode);
 void addFindCommand(CLI::App& program, int& exitCode);
 void addGetCommand(CLI::App& program, int& exitCode);
 void addIdsCommand(CLI::App& program, int& exitCode);
-void addInspectCommand(CLI::App& program, int& exitCode);
-void addAnonymizeCommand(CLI::App& program, int& exitCode);
-void addExportCommand(CLI::App& program, int& exitCode);
 void addImportCommand(CLI::App& program, int& exitCode);
+void addInspectCommand(CLI::App& program, int& exitCode);
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addPatchCommand(CLI::App& program, int& exitCode);
 void addRemoveCommand(CLI::App& program, int& exitCode);

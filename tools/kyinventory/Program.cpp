@@ -17,6 +17,9 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addMergeCommand,
     addDiffCommand,
     addPatchCommand,
+    addExportCommand,
+    addImportCommand,
+    addAnonymizeCommand,
     addCheckCommand,
     addInspectCommand,
     addAppendCommand,
@@ -26,9 +29,6 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addExplainCommand,
     addWatchCommand,
     addRemoveCommand,
-    addExportCommand,
-    addImportCommand,
-    addAnonymizeCommand,
 };
 // clang-format on
 

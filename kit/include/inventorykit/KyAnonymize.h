@@ -58,6 +58,6 @@ KY_INVENTORYKIT_API TreePointer anonymizedTree(KyCErrorListPool& pool, const KyC
 // A key of 128 bits that nobody knows.
 //
 // Result:     false on failure.
-// Errors:     0x1501806  the system gives no random bytes
+// Errors:     0x1505006  the system gives no random bytes
 KY_INVENTORYKIT_API bool randomKey(KyCErrorListPool& pool, std::string& key);
 }    // namespace KyNInventoryKit

@@ -43,7 +43,7 @@ KY_INVENTORYKIT_API bool detectFormat(const std::string& text, Format& format);
 //   text        receives the text, which ends with a line feed
 //
 // Result:     false on failure; text is then empty.
-// Errors:     0x1501800  a parameter's type is none of the twelve
+// Errors:     0x1505000  a parameter's type is none of the twelve
 // Cost:       near-linear; needs no stack, however deep the tree. Lines are indented to 64 levels at most.
 KY_INVENTORYKIT_API bool exportTree(KyCErrorListPool& pool, const KyCInventoryItem& root, Format format,
                                     std::string& text);
@@ -58,16 +58,16 @@ KY_INVENTORYKIT_API bool exportTree(KyCErrorListPool& pool, const KyCInventoryIt
 // a section.
 //
 // Result:     null on failure.
-// Errors:     0x1501801  the text is not of this format; the report names line, column (in bytes) and reason
-//             0x1501802  the text is of the format but no tree; the report names the address, too. Where a value, an ID
+// Errors:     0x1505001  the text is not of this format; the report names line, column (in bytes) and reason
+//             0x1505002  the text is of the format but no tree; the report names the address, too. Where a value, an ID
 //                        or an address is wrong, behind the report of setValueText or readAddress
-//             0x1501804  the format cannot be imported: CSV
-//             0x1501805  this build has no library to read mark-up
+//             0x1505004  the format cannot be imported: CSV
+//             0x1505005  this build has no library to read mark-up
 // Cost:       near-linear, in memory too; needs no stack, however deep the text.
 KY_INVENTORYKIT_API TreePointer importTree(KyCErrorListPool& pool, const std::string& text, Format format);
 
 // As above, for the format that the text looks like.
 //
-// Errors:     also 0x1501803  it looks like none
+// Errors:     also 0x1505003  it looks like none
 KY_INVENTORYKIT_API TreePointer importTree(KyCErrorListPool& pool, const std::string& text);
 }    // namespace KyNInventoryKit
