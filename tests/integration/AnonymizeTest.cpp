@@ -64,7 +64,9 @@ TEST_F(AnonymizeTool, withoutAUsableKeyOrInputNothingIsWritten)
   Outcome outcome = run("anonymize " + file + " -o " + path("b.kyinv") + " --key-file " + path("none"));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.err,
-            "kyinventory: Cannot read " + path("none") + ": No such file or directory. (0x1500000, readBytes)\n");
+            "kyinventory: Cannot read " + path("none") +
+                ": No such file or directory. (0x1500000, readBytes)\n"
+                "kyinventory: what to do: Check the path and the permissions; see what the system says.\n");
   write("empty", "\n");
   outcome = run("anonymize " + file + " -o " + path("b.kyinv") + " --key-file " + path("empty"));
   EXPECT_EQ(outcome.exitCode, 3);

@@ -118,8 +118,9 @@ TEST_F(Diff, aFileThatCannotBeReadGivesExitCode3)
   const Outcome outcome = run("diff " + a + " " + path("missing.kyinv"));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err,
-            "kyinventory: Cannot open file " + path("missing.kyinv") + ". (0x1300001, readInventoryDataFromFile)\n");
+  EXPECT_EQ(outcome.err, "kyinventory: Cannot open file " + path("missing.kyinv") +
+                             ". (0x1300001, readInventoryDataFromFile)\n"
+                             "kyinventory: what to do: Check the path and the permissions.\n");
 }
 
 TEST_F(Diff, wrongUsageGivesExitCode2)

@@ -149,7 +149,8 @@ TEST_F(ExportTool, importWritesNothingWhenAnythingIsWrong)
                              ": BORD is not an inventory ID. Did you mean BOARD or PORT? (0x1500800, readElement)\n"
                              "kyinventory: " +
                              path("a.json") +
-                             ": Line 2, column 42 (?): \"BORD\" is not the name of an ID. (0x1505002, importTree)\n");
+                             ": Line 2, column 42 (?): \"BORD\" is not the name of an ID. (0x1505002, importTree)\n"
+                             "kyinventory: what to do: Correct the name; kyinventory ids lists all of them.\n");
   EXPECT_EQ(contentOf(path("b.kyinv")), "old");
   outcome = run("import " + path("a.json") + " -o " + path("c.kyinv"));
   EXPECT_EQ(outcome.exitCode, 3);

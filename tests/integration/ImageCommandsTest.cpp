@@ -82,7 +82,8 @@ TEST_F(Image, imageWithASectionIsLeftAloneUnlessItIsReplaced)
   const Outcome outcome = run("append " + path("image") + " " + path("section"));
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.err, "kyinventory: " + path("image") +
-                             " has a section at its end already. (0x1502801, appendSection)\nkyinventory: " +
+                             " has a section at its end already. (0x1502801, appendSection)\n"
+                             "kyinventory: what to do: Replace it, or take it away first.\nkyinventory: " +
                              path("image") + ": --replace puts the new section in its place\n");
   EXPECT_EQ(contentOf(path("image")), "firmware" + m_other);
   expectSilence("append --replace " + path("image") + " " + path("section"));
@@ -108,9 +109,11 @@ TEST_F(Image, fileWithoutASectionIsExitCode3AndNothingIsWritten)
   write("plain", "plain");
   const Outcome outcome = run("append " + path("image") + " " + path("plain"));
   EXPECT_EQ(outcome.exitCode, 3);
-  EXPECT_EQ(outcome.err, "kyinventory: " + path("plain") +
-                             " holds no inventory section, neither at its end nor at its start. (0x1500002, "
-                             "extractSection)\n");
+  EXPECT_EQ(outcome.err,
+            "kyinventory: " + path("plain") +
+                " holds no inventory section, neither at its end nor at its start. (0x1500002, "
+                "extractSection)\n"
+                "kyinventory: what to do: Check that it is the right file; get it from its source again.\n");
   EXPECT_EQ(contentOf(path("image")), "firmware");
   EXPECT_EQ(run("strip " + path("image")).exitCode, 3);
   EXPECT_EQ(run("extract " + path("image") + " -o " + path("new")).exitCode, 3);
@@ -172,7 +175,8 @@ TEST_F(Image, filesOfMoreThan4GiBAreRefused)
     EXPECT_EQ(outcome.exitCode, 3);
     EXPECT_EQ(outcome.err, "kyinventory: " + path("large") +
                                " has more than 4294967295 bytes, the most that sections can be read from. (0x1502800, "
-                               "readBytes)\n");
+                               "readBytes)\n"
+                               "kyinventory: what to do: Cut off the part with the section.\n");
   }
 }
 }    // namespace

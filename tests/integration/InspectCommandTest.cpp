@@ -183,9 +183,11 @@ TEST_F(Inspect, fileWithoutASectionIsExitCode3)
   const Outcome outcome = run("inspect " + path("plain"));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err, "kyinventory: " + path("plain") +
-                             " holds no inventory section, neither at its end nor at its start. (0x1500002, "
-                             "inspectBytes)\n");
+  EXPECT_EQ(outcome.err,
+            "kyinventory: " + path("plain") +
+                " holds no inventory section, neither at its end nor at its start. (0x1500002, "
+                "inspectBytes)\n"
+                "kyinventory: what to do: Check that it is the right file; get it from its source again.\n");
   EXPECT_EQ(run("inspect " + path("missing")).exitCode, 3);
   EXPECT_EQ(run("inspect").exitCode, 2);
 }

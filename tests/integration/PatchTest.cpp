@@ -86,7 +86,9 @@ TEST_F(PatchCommand, conflictsAreAllToldWithTheirAddressesAndNothingIsWritten)
   const std::string end = ". (0x1501800, checkPatch)\n";
   EXPECT_EQ(outcome.err, start + "DEVICE: there is no such item" + end + start + "BOARD/SIZE: the value is 5, not 1" +
                              end + start + "CPU: it would be removed with its parameter NAME" + end + start +
-                             "BOARD[2]: there is such an item already" + end);
+                             "BOARD[2]: there is such an item already" + end +
+                             "kyinventory: what to do: Bring the tree to the state that the report asks for, or take a "
+                             "new difference.\n");
   EXPECT_EQ(contentOf(c), old);
 }
 
@@ -116,7 +118,9 @@ TEST_F(PatchCommand, whatIsNoPatchGivesExitCode3WithItsPlace)
   const Outcome outcome = run("patch " + path("a.kyinv") + " " + path("bad.json"));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.err, "kyinventory: " + path("bad.json") +
-                             " is not a patch: line 5: \"change\" must be a string. (0x1501000, readPatch)\n");
+                             " is not a patch: line 5: \"change\" must be a string. (0x1501000, readPatch)\n"
+                             "kyinventory: what to do: Write it with kyinventory diff --json, or correct that line; "
+                             "KyPatch.h describes the form.\n");
   EXPECT_EQ(contentOf(path("a.kyinv")), old);
   EXPECT_EQ(run("patch " + path("a.kyinv") + " " + path("missing.json")).exitCode, 3);
   EXPECT_EQ(run("patch " + path("missing.kyinv") + " " + path("d.json")).exitCode, 3);
