@@ -16,5 +16,6 @@
 #include "inventorykit/KyPatch.h"
 #include "inventorykit/KySectionFile.h"
 #include "inventorykit/KyStreamReader.h"
+#include "inventorykit/KySession.h"
 #include "inventorykit/KyTree.h"
 #include "inventorykit/KyValueText.h"
