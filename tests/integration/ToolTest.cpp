@@ -407,6 +407,16 @@ TEST_F(Tool, scanIntoADeviceOrAPipeDoesNotReadItBack)
   EXPECT_EQ(contentOf(path("piped.kyinv")).substr(0, 4), "INVE");
 }
 
+TEST_F(Tool, scanWritesOverAnExistingFileOnlyWhenForced)
+{
+  write("old.kyinv", "old");
+  const Outcome outcome = run("scan -o " + path("old.kyinv"));
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("old.kyinv") + ": exists already; --force writes over it\n");
+  EXPECT_EQ(contentOf(path("old.kyinv")), "old");
+}
+
 TEST_F(Tool, scanOfThisMachineStoresAFileThatShowPrintsAsScanDoes)
 {
   const Outcome stored = run("scan -o " + path("machine.kyinv"));
@@ -429,7 +439,7 @@ TEST_F(Tool, scanKeepsThePermissionsOfTheFileItReplacesAndLeavesNothingBeside)
 {
   write("machine.kyinv", "old");
   ASSERT_EQ(::chmod(path("machine.kyinv").c_str(), 0640), 0);
-  EXPECT_EQ(run("scan -o " + path("machine.kyinv")).exitCode, 0);
+  EXPECT_EQ(run("scan --force -o " + path("machine.kyinv")).exitCode, 0);
   struct stat file = {};
   ASSERT_EQ(::stat(path("machine.kyinv").c_str(), &file), 0);
   EXPECT_EQ(file.st_mode & 07777, 0640u);
@@ -443,7 +453,7 @@ TEST_F(Tool, scanReplacesWhatALinkLeadsToAndKeepsTheLink)
 {
   write("real.kyinv", "old");
   fs::create_symlink("real.kyinv", path("link.kyinv"));
-  EXPECT_EQ(run("scan -o " + path("link.kyinv")).exitCode, 0);
+  EXPECT_EQ(run("scan --force -o " + path("link.kyinv")).exitCode, 0);
   EXPECT_TRUE(fs::is_symlink(path("link.kyinv")));
   EXPECT_EQ(contentOf(path("real.kyinv")).substr(0, 4), "INVE");
 }
@@ -463,7 +473,7 @@ TEST_F(Tool, scanOfABrokenTopologyFileFailsWithExitCode3AndLeavesTheTargetAlone)
 {
   write("broken.xml", "<topology><object");
   write("machine.kyinv", "old");
-  const Outcome outcome = run("scan --topology " + path("broken.xml") + " -o " + path("machine.kyinv"));
+  const Outcome outcome = run("scan --force --topology " + path("broken.xml") + " -o " + path("machine.kyinv"));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_NE(outcome.err.find(path("broken.xml")), std::string::npos);
   EXPECT_EQ(contentOf(path("machine.kyinv")), "old");
@@ -478,7 +488,7 @@ TEST_F(Tool, topologyFilesOfRealMachinesScanTwiceToTheSameBytes)
   {
     if (entry.path().extension() != ".xml") continue;
     ++files;
-    const std::string scan = "scan --topology " + entry.path().string() + " -o ";
+    const std::string scan = "scan --force --topology " + entry.path().string() + " -o ";
     EXPECT_EQ(run(scan + path("first.kyinv")).exitCode, 0);
     EXPECT_EQ(run("show " + path("first.kyinv")).exitCode, 0);
     EXPECT_EQ(run(scan + path("second.kyinv")).exitCode, 0);

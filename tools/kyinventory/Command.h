@@ -17,6 +17,20 @@ enum ExitCode
   EXIT_OUTPUT = 4        // the output cannot be written
 };
 
+// What the exit codes mean, for help and man pages: code and meaning, without a full stop.
+struct ExitMeaning
+{
+  ExitCode code;
+  const char* meaning;
+};
+constexpr ExitMeaning s_exitMeanings[] = {
+    {EXIT_OK, "done, yes, equal"},
+    {EXIT_NO, "no: what was asked for is not there, files differ, a check or a merge has something to report"},
+    {EXIT_USAGE, "wrong usage"},
+    {EXIT_INPUT, "an input cannot be read, holds no inventory section, or is damaged"},
+    {EXIT_OUTPUT, "the output cannot be written"},
+};
+
 // What the manual says about a sub-command beyond its options.
 struct Manual
 {
@@ -42,16 +56,23 @@ void addGetCommand(CLI::App& program, int& exitCode);
 void addIdsCommand(CLI::App& program, int& exitCode);
 void addImportCommand(CLI::App& program, int& exitCode);
 void addInspectCommand(CLI::App& program, int& exitCode);
+void addCompleteAddressCommand(CLI::App& program, int& exitCode);
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addPatchCommand(CLI::App& program, int& exitCode);
 void addRemoveCommand(CLI::App& program, int& exitCode);
 void addRenameCommand(CLI::App& program, int& exitCode);
 void addScanCommand(CLI::App& program, int& exitCode);
 void addSetCommand(CLI::App& program, int& exitCode);
+void addShellCommand(CLI::App& program, int& exitCode);
 void addShowCommand(CLI::App& program, int& exitCode);
 void addStripCommand(CLI::App& program, int& exitCode);
 void addWatchCommand(CLI::App& program, int& exitCode);
 
 // Keeps the manual of a sub-command, for its help and its man page. Each add function calls it once.
+//
+// Help, man pages and completions all come from the command's options. What they are named decides what is completed:
+// a positional argument whose name begins with ADDRESS or is PATTERN by the addresses in the FILE in front of it (in
+// front of all others PATTERN, and ID, by predefined IDs), a CODE by nothing, any other by files; an option by the
+// choices of CLI::IsMember, or by files when its type_name is FILE.
 void setManual(const CLI::App& command, Manual manual);
 const Manual& manualOf(const CLI::App& command);    // empty when none was set

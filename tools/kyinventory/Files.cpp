@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include "Progress.h"
 #include "Terminal.h"
 
 using KyNInventoryKit::Overwrite;
@@ -20,16 +21,24 @@ int told(const KyCErrorListPool& pool, const std::string& path, bool isDone)
 TreePointer readTreeFile(const std::string& path)
 {
   KyCErrorListPool pool;
-  TreePointer tree = KyNInventoryKit::readTree(pool, path);
+  TreePointer tree;
+  {
+    const Progress progress("reading " + path);
+    tree = KyNInventoryKit::readTree(pool, path);
+  }
   complainAbout(path, pool);
   return tree;
 }
 
-void addTargetOptions(CLI::App& command, TargetOptions& target)
+CLI::Option* addTargetOptions(CLI::App& command, TargetOptions& target, const std::string& meaning)
 {
-  command.add_option("-o,--output", target.output,
-                     "File to store the result in, FILE staying as it is; - is standard output");
+  // An empty text is a script's unset variable, and must not mean the input.
+  const CLI::Validator notEmpty(
+      [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, "");
+  CLI::Option* const output =
+      command.add_option("-o,--output", target.output, meaning)->check(notEmpty)->type_name("FILE");
   command.add_flag("--force", target.isForced, "Let -o write over an existing file");
+  return output;
 }
 
 bool mayStore(const std::string& input, const TargetOptions& target)
@@ -54,6 +63,7 @@ int storeTree(const std::string& input, KyCInventoryItem& tree, const TargetOpti
 {
   KyCErrorListPool pool;
   const std::string& path = target.output.empty() ? input : target.output;
+  const Progress progress("storing " + path);
   const bool isDone = target.output.empty() ? KyNInventoryKit::replaceTree(pool, path, tree)
                                             : KyNInventoryKit::writeTree(pool, path, tree, overwriteOf(target));
   return told(pool, path, isDone);
@@ -64,6 +74,7 @@ int storeBytes(const std::string& input, const std::string& bytes, const TargetO
   KyCErrorListPool pool;
   const bool isInPlace = target.output.empty();
   const std::string& path = isInPlace ? input : target.output;
+  const Progress progress("storing " + path);
   const bool isDone = KyNInventoryKit::writeBytes(pool, path, bytes, isInPlace ? Overwrite::YES : overwriteOf(target));
   return told(pool, path, isDone);
 }

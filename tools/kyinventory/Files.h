@@ -12,13 +12,15 @@ using KyNInventoryKit::TreePointer;
 // The tree of the section in a file ("-": standard input); null, after a message, when there is none.
 TreePointer readTreeFile(const std::string& path);
 
-// The -o and --force options of a sub-command that changes a file: in place without -o, otherwise a copy.
+// The -o and --force options of a sub-command that changes a file: in place without -o, otherwise a copy. Gives -o.
 struct TargetOptions
 {
   std::string output;
   bool isForced = false;
 };
-void addTargetOptions(CLI::App& command, TargetOptions& target);
+CLI::Option* addTargetOptions(
+    CLI::App& command, TargetOptions& target,
+    const std::string& meaning = "File to store the result in, FILE staying as it is; - is standard output");
 
 // Whether the command may write where the options say; false after a message. For asking before long work. An input of
 // "-" has no place of its own and needs an -o.

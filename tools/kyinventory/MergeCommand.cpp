@@ -8,6 +8,7 @@
 
 #include "Command.h"
 #include "Files.h"
+#include "Progress.h"
 #include "Terminal.h"
 #include "inventory/KyCInventoryAddress.h"
 
@@ -20,9 +21,8 @@ constexpr unsigned int codeAlreadyExists = 0x130081A;
 struct MergeArguments
 {
   std::vector<std::string> inputs;
-  std::string output;
+  TargetOptions target;
   bool noParameters = false;
-  bool force = false;
 };
 
 std::string join(const std::string& head, const std::string& tail) { return head.empty() ? tail : head + "/" + tail; }
@@ -104,8 +104,10 @@ bool mergeInto(TreePointer& tree, TreePointer other, const std::string& path, un
   KyCErrorListPool pool;
   KyCInventoryItem* target = tree.get();
   KyCInventoryItem* source = other.release();
-  KyCInventoryItem::mergeTree(pool, target, source, flags);
-
+  {
+    const Progress progress("merging " + path);
+    KyCInventoryItem::mergeTree(pool, target, source, flags);
+  }
   AddressTracker tracker;
   for (unsigned int n = 0; n < pool.getEntryCount(); ++n)
   {
@@ -125,28 +127,21 @@ bool isSameFile(const std::string& a, const std::string& b)
          first.st_ino == second.st_ino;
 }
 
-// Devices and pipes are written to in any case: nothing is lost there.
-bool mayWrite(const MergeArguments& arguments)
+bool mayStoreMerged(const MergeArguments& arguments)
 {
-  struct stat existing = {};
-  if (arguments.force || arguments.output == "-" || ::stat(arguments.output.c_str(), &existing) != 0 ||
-      !S_ISREG(existing.st_mode))
-  {
-    return true;
-  }
+  const TargetOptions& target = arguments.target;
   for (const std::string& input : arguments.inputs)
   {
-    if (!isSameFile(input, arguments.output)) continue;
-    complain(arguments.output + ": is an input as well; --force writes over it");
+    if (target.isForced || !isReadableAgain(target.output) || !isSameFile(input, target.output)) continue;
+    complain(target.output + ": is an input as well; --force writes over it");
     return false;
   }
-  complain(arguments.output + ": exists already; --force writes over it");
-  return false;
+  return mayStore("", target);
 }
 
 int merge(const MergeArguments& arguments)
 {
-  if (!mayWrite(arguments)) return EXIT_OUTPUT;
+  if (!mayStoreMerged(arguments)) return EXIT_OUTPUT;
   const unsigned int flags = arguments.noParameters ? 0 : flagParameters;
   TreePointer tree;
   bool clean = true;
@@ -159,10 +154,7 @@ int merge(const MergeArguments& arguments)
     else
       tree = std::move(next);
   }
-  TargetOptions target;
-  target.output = arguments.output;
-  target.isForced = arguments.force;
-  if (storeTree("", *tree, target) != EXIT_OK) return EXIT_OUTPUT;
+  if (storeTree("", *tree, arguments.target) != EXIT_OK) return EXIT_OUTPUT;
   return clean ? EXIT_OK : EXIT_REPORTED;
 }
 }    // namespace
@@ -175,11 +167,15 @@ void addMergeCommand(CLI::App& program, int& exitCode)
   command->add_option("FILE", arguments->inputs, "Files with a section each; later ones are merged into the first")
       ->required()
       ->expected(2, 1 << 20);
-  command
-      ->add_option("-o,--output", arguments->output, "Section file to store the merged tree in; - is standard output")
+  addTargetOptions(*command, arguments->target, "Section file to store the merged tree in; - is standard output")
       ->required();
   command->add_flag("--no-parameters", arguments->noParameters,
                     "Take no parameters of later files into items that are there already");
-  command->add_flag("--force", arguments->force, "Write over an existing file, even over an input");
+  setManual(*command,
+            {"What is in several of the files is taken from the first that has it; nothing of it is overwritten. Items "
+             "are told by ID and index. Where a file has a parameter and another one an item of the same ID, that is "
+             "reported, and the rest of the branch may be missing from the result.",
+             {{"kyinventory merge host.kyinv boards.kyinv -o rack.kyinv",
+               "stores what is in host.kyinv, and of boards.kyinv what is not"}}});
   command->callback([arguments, &exitCode]() { exitCode = merge(*arguments); });
 }

@@ -1,16 +1,21 @@
 #include "Output.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 #include "Command.h"
+#include "Pager.h"
+#include "Progress.h"
 #include "Terminal.h"
 
 namespace
 {
 constexpr std::size_t s_blockSize = 1 << 16;
+bool s_isPagerForbidden = false;
 
 const char* escapeOf(Style style)
 {
@@ -34,11 +39,34 @@ const char* escapeOf(Style style)
   }
   return nullptr;
 }
+
+bool isColourWanted()
+{
+  const char* const noColour = std::getenv("NO_COLOR");
+  const char* const terminal = std::getenv("TERM");
+  return (noColour == nullptr || *noColour == '\0') && (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
+}
 }    // namespace
 
-Output::Output() : m_isTerminal(::isatty(STDOUT_FILENO) != 0) {}
+Output::Output()
+    : m_isTerminal(::isatty(STDOUT_FILENO) != 0),
+      m_hasColour(m_isTerminal && isColourWanted()),
+      m_mayPage(m_isTerminal && !s_isPagerForbidden),
+      m_target(STDOUT_FILENO)
+{
+  struct winsize size = {};
+  const bool isKnown = m_mayPage && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
+  m_rows = isKnown && size.ws_row != 0 ? size.ws_row : 24;
+  m_columns = isKnown && size.ws_col != 0 ? size.ws_col : 80;
+}
 
-Output::~Output() { flush(); }
+Output::~Output()
+{
+  writeOut();
+  endPager();
+}
+
+void Output::forbidPager() { s_isPagerForbidden = true; }
 
 Output& Output::data(std::string_view text, Style style)
 {
@@ -52,20 +80,64 @@ Output& Output::lines(std::string_view text)
 
 Output& Output::write(std::string_view text, Style style)
 {
-  const char* const escape = m_isTerminal ? escapeOf(style) : nullptr;
+  const char* const escape = m_hasColour ? escapeOf(style) : nullptr;
+  if (m_mayPage) count(text);
   if (escape != nullptr) m_buffer += escape;
   m_buffer += text;
   if (escape != nullptr) m_buffer += "\x1B[0m";
-  if (m_buffer.size() >= s_blockSize) flush();
+  // The prompt that follows takes a line of the terminal, too.
+  if (m_mayPage && m_row >= m_rows) startPager();
+  if (m_buffer.size() >= s_blockSize) writeOut();
   return *this;
 }
 
-void Output::flush()
+// Bytes inside a character of UTF-8 take no column.
+void Output::count(std::string_view text)
 {
+  for (const char c : text)
+  {
+    if (c == '\n')
+    {
+      ++m_row;
+      m_column = 0;
+    }
+    else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80 && ++m_column > m_columns)
+    {
+      ++m_row;
+      m_column = 1;
+    }
+  }
+}
+
+void Output::startPager()
+{
+  m_mayPage = false;
+  const std::string command = pagerCommand();
+  if (command.empty()) return;
+  Progress::hide();
+  int input = -1;
+  m_pager = ::startPager(command, input);
+  if (m_pager != 0) m_target = input;
+}
+
+void Output::endPager()
+{
+  if (m_pager == 0) return;
+  waitForPager(m_pager, m_target);
+  m_pager = 0;
+  m_target = STDOUT_FILENO;
+}
+
+void Output::flush() { writeOut(); }
+
+void Output::writeOut()
+{
+  m_mayPage = false;
+  if (m_isTerminal && !m_buffer.empty()) Progress::hide();
   std::size_t done = 0;
   while (!m_hasFailed && done < m_buffer.size())
   {
-    const ssize_t written = ::write(STDOUT_FILENO, m_buffer.data() + done, m_buffer.size() - done);
+    const ssize_t written = ::write(m_target, m_buffer.data() + done, m_buffer.size() - done);
     if (written < 0 && errno == EINTR) continue;
     m_hasFailed = written < 0;
     m_reason = errno;
@@ -76,8 +148,10 @@ void Output::flush()
 
 int Output::finish(int exitCode)
 {
-  flush();
-  if (!m_hasFailed) return exitCode;
+  writeOut();
+  const bool isLeft = m_pager != 0 && m_reason == EPIPE;
+  endPager();
+  if (!m_hasFailed || isLeft) return exitCode;
   complain(std::string("standard output: ") + std::strerror(m_reason));
   return EXIT_OUTPUT;
 }

@@ -1,7 +1,10 @@
 #include "Program.h"
 
 #include <map>
+#include <sstream>
 #include <utility>
+
+#include "Output.h"
 
 namespace
 {
@@ -29,8 +32,58 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addExplainCommand,
     addWatchCommand,
     addRemoveCommand,
+    addScanCommand, addShowCommand, addMergeCommand, addShellCommand, addCompleteAddressCommand,
 };
 // clang-format on
+
+constexpr std::size_t s_lineLength = 80;
+
+// The words of a paragraph in lines, each with the indentation in front.
+std::string wrapped(const std::string& paragraph, const std::string& indentation)
+{
+  std::string text;
+  std::string line;
+  std::istringstream words(paragraph);
+  for (std::string word; words >> word;)
+  {
+    if (!line.empty() && line.size() + 1 + word.size() > s_lineLength)
+    {
+      text += line + "\n";
+      line.clear();
+    }
+    line += (line.empty() ? indentation : " ") + word;
+  }
+  return text + line + "\n";
+}
+
+// What stands below the options in a help.
+std::string footerOf(const CLI::App& command)
+{
+  const Manual& manual = manualOf(command);
+  std::string text;
+  for (const std::string& paragraph : paragraphsOf(manual.details))
+    text += wrapped(paragraph, "") + "\n";
+  if (!manual.examples.empty()) text += "Examples:\n";
+  for (const Manual::Example& example : manual.examples)
+    text += "  " + example.command + "\n" + wrapped(example.meaning, "      ");
+  if (!manual.examples.empty()) text += "\n";
+  text += "Exit codes:\n";
+  for (const ExitMeaning& exit : s_exitMeanings)
+    text += "  " + std::to_string(exit.code) + "  " + exit.meaning + "\n";
+  text.pop_back();
+  return text;
+}
+
+// What the program and every sub-command have in common.
+void complete(CLI::App& command)
+{
+  if (isHidden(command)) return;
+  command.add_flag_callback("--no-pager", &Output::forbidPager, "Print long output at once, without $PAGER");
+  // What a positional argument is, its name tells.
+  for (CLI::Option* option : command.get_options([](const CLI::Option* any) { return any->get_positional(); }))
+    if (option->get_type_name() == "TEXT") option->type_name("");
+  command.footer(footerOf(command));
+}
 
 std::map<std::string, Manual>& manuals()
 {
@@ -38,6 +91,20 @@ std::map<std::string, Manual>& manuals()
   return all;
 }
 }    // namespace
+
+bool isHidden(const CLI::App& command) { return command.get_parent() != nullptr && command.get_group().empty(); }
+
+std::vector<std::string> paragraphsOf(const std::string& text)
+{
+  std::vector<std::string> paragraphs;
+  for (std::size_t begin = 0; begin < text.size();)
+  {
+    const std::size_t end = std::min(text.find("\n\n", begin), text.size());
+    if (end != begin) paragraphs.push_back(text.substr(begin, end - begin));
+    begin = end + 2;
+  }
+  return paragraphs;
+}
 
 void setManual(const CLI::App& command, Manual manual) { manuals()[command.get_name()] = std::move(manual); }
 
@@ -49,8 +116,11 @@ std::unique_ptr<CLI::App> makeProgram(int& exitCode)
                                             "kyinventory");
   program->set_version_flag("--version", "kyinventory " KY_VERSION);
   program->require_subcommand(1);
-  program->footer("Exit codes: 0 done, 1 no, different or findings, 2 wrong usage, 3 input unusable, 4 output failed.");
   for (auto add : s_commands)
     add(*program, exitCode);
+  complete(*program);
+  for (CLI::App* command : program->get_subcommands([](CLI::App*) { return true; }))
+    complete(*command);
+  program->footer(program->get_footer() + "\n\nEach sub-command has a help of its own: kyinventory COMMAND --help");
   return program;
 }

@@ -3,8 +3,16 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "Command.h"
 
 // The program; parsing a command line with it runs the sub-command, which stores its exit code.
 std::unique_ptr<CLI::App> makeProgram(int& exitCode);
+
+// Whether a sub-command is for scripts of the tool's own and not for people.
+bool isHidden(const CLI::App& command);
+
+// The paragraphs of a manual's details.
+std::vector<std::string> paragraphsOf(const std::string& text);

@@ -4,7 +4,9 @@
 #include "AnonymizeOptions.h"
 #include "Command.h"
 #include "Files.h"
+#include "Progress.h"
 #include "Terminal.h"
+#include "TreeText.h"
 #ifdef KY_HAVE_HOST
 #include "inventoryhost/KyNInventoryHost.h"
 #endif
@@ -14,7 +16,7 @@ namespace
 struct ScanArguments
 {
   std::string topology;
-  std::string output;
+  TargetOptions target;
   bool isAnonymous = false;
   KeyOptions key;
 };
@@ -23,6 +25,7 @@ struct ScanArguments
 TreePointer takeInventory(const std::string& topology)
 {
   KyCErrorListPool pool;
+  const Progress progress("taking the inventory");
   TreePointer tree(topology.empty() ? KyNInventoryHost::scanMachine(pool)
                                     : KyNInventoryHost::scanTopologyFile(pool, topology.c_str()));
   complainAbout(topology.empty() ? "this machine" : topology, pool);
@@ -30,11 +33,9 @@ TreePointer takeInventory(const std::string& topology)
 }
 
 // The bytes were found to read back equal before they were written; this asks the same of the file.
-bool storeAndVerify(const std::string& path, KyCInventoryItem& tree)
+bool storeAndVerify(const TargetOptions& target, KyCInventoryItem& tree)
 {
-  TargetOptions target;
-  target.output = path;
-  target.isForced = true;
+  const std::string& path = target.output;
   if (storeTree("", tree, target) != EXIT_OK) return false;
   if (!isReadableAgain(path)) return true;
   const TreePointer stored = readTreeFile(path);
@@ -53,17 +54,15 @@ bool storeAndVerify(const std::string& path, KyCInventoryItem& tree)
 
 int scan(const ScanArguments& arguments)
 {
+  if (!mayStore("", arguments.target)) return EXIT_OUTPUT;
   std::string key;
   if (arguments.isAnonymous && !readKey(arguments.key, key)) return EXIT_INPUT;
   TreePointer tree = takeInventory(arguments.topology);
   if (tree && arguments.isAnonymous) tree = anonymized(*tree, key);
   if (!tree) return EXIT_INPUT;
-  if (!arguments.output.empty()) return storeAndVerify(arguments.output, *tree) ? EXIT_OK : EXIT_OUTPUT;
-
-  KyCErrorListPool pool;
-  const KyCString text = tree->toString(pool, 0, 0);
-  complainAbout("scan", pool);
-  return pool.getErrorCount() == 0 && printText(text) ? EXIT_OK : EXIT_OUTPUT;
+  if (!arguments.target.output.empty()) return storeAndVerify(arguments.target, *tree) ? EXIT_OK : EXIT_OUTPUT;
+  Output out;
+  return printTree(out, *tree, 0, 0);
 }
 #else
 int scan(const ScanArguments&)
@@ -83,15 +82,21 @@ void addScanCommand(CLI::App& program, int& exitCode)
   CLI::App* command =
       program.add_subcommand("scan", "Take the inventory of this machine, or of one described in a file");
   command->add_option("--topology", arguments->topology, "hwloc topology file (XML) to take instead of this machine")
-      ->check(notEmpty);
-  command
-      ->add_option(
-          "-o,--output", arguments->output,
-          "Store the tree as a section file, read it back and compare; - is standard output; default: print it")
-      ->check(notEmpty);
+      ->check(notEmpty)
+      ->type_name("FILE");
+  addTargetOptions(
+      *command, arguments->target,
+      "Store the tree as a section file, read it back and compare; - is standard output; default: print it");
   CLI::Option* const anonymize = command->add_flag(
       "--anonymize", arguments->isAnonymous,
       "Put pseudonyms in place of serial numbers, MAC and IP addresses, UUIDs, asset tags and host names");
   addKeyOptions(*command, arguments->key, anonymize);
+  setManual(*command,
+            {"Takes the inventory of the machine that the program runs on: processors, caches, memory, buses, devices, "
+             "network interfaces, disks and the operating system. Some serial numbers are shown to root only.",
+             {{"kyinventory scan", "prints the inventory of this machine"},
+              {"kyinventory scan -o machine.kyinv", "stores it in a file"},
+              {"kyinventory scan --topology rack.xml -o rack.kyinv",
+               "stores the inventory of a machine that lstopo has described"}}});
   command->callback([arguments, &exitCode]() { exitCode = scan(*arguments); });
 }

@@ -7,13 +7,13 @@
 #include "Files.h"
 #include "SharedView.h"
 #include "Terminal.h"
+#include "TreeText.h"
 #include "inventory/KyCInventoryAddress.h"
 #include "inventory/KyCInventoryParameter.h"
 
 namespace
 {
 // Bits of the dump's option mask that the command sets itself.
-constexpr int optionNoItemHead = 0x10;
 constexpr int optionPlain = 0x80;
 constexpr int largestMask = 0x3FFFFF;         // every bit that the dump knows
 constexpr int optionDescriptions = 0x4800;    // of items and parameters
@@ -59,33 +59,6 @@ void cutBelow(KyCInventoryItem& top, int depth)
   }
 }
 
-int printItem(KyCInventoryItem& item, int options, int indent)
-{
-  KyCErrorListPool pool;
-  const KyCString text = item.toString(pool, options, indent);
-  if (pool.getErrorCount() != 0)
-  {
-    complainAbout("show", pool);
-    return EXIT_INPUT;
-  }
-  return printText(text) ? EXIT_OK : EXIT_OUTPUT;
-}
-
-// The dump prints items; a parameter is shown as the only one of an item whose own lines are left out.
-int printParameter(const KyCInventoryParameter& parameter, int options, int indent)
-{
-  KyCErrorListPool pool;
-  KyCInventoryItem holder(pool, parameter.getParent()->getID(), "");
-  auto* copy = new KyCInventoryParameter(parameter);
-  if (holder.addParameter(pool, KyCInventoryAddress(), copy) == nullptr)
-  {
-    delete copy;
-    complainAbout("show", pool);
-    return EXIT_INPUT;
-  }
-  return printItem(holder, options | optionNoItemHead, indent);
-}
-
 // Decimal, or hexadecimal with 0x in front; a leading 0 alone means nothing special. -1 when the text is no option mask.
 int parseMask(const std::string& text)
 {
@@ -116,10 +89,15 @@ int show(const ShowArguments& arguments)
   if (item != nullptr)
   {
     if (arguments.depth >= 0) cutBelow(*item, arguments.depth);
-    return printItem(*item, mask, arguments.indent);
+    Output out;
+    return printTree(out, *item, mask, arguments.indent);
   }
   const KyCInventoryParameter* parameter = tree->getParameter(address);
-  if (parameter != nullptr) return printParameter(*parameter, mask, arguments.indent);
+  if (parameter != nullptr)
+  {
+    Output out;
+    return printParameter(out, *parameter, mask, arguments.indent);
+  }
   complain(arguments.file + ": has no item or parameter " + arguments.address);
   return EXIT_NOT_FOUND;
 }
@@ -148,5 +126,12 @@ void addShowCommand(CLI::App& program, int& exitCode)
       ->check(CLI::NonNegativeNumber);
   command->add_option("--indent", arguments->indent, "Levels by which everything is indented")
       ->check(CLI::Range(0, 1000));
+  setManual(*command,
+            {"The text is that of the library's dump, whose options docs/text-dump.md lists. On a terminal, control "
+             "characters "
+             "of the file's texts are shown as \\xNN; elsewhere every byte is printed as it is stored.",
+             {{"kyinventory show rack.kyinv", "prints the whole tree"},
+              {"kyinventory show rack.kyinv BOARD[2] --depth 1", "prints the second board and what is right below it"},
+              {"kyinventory show rack.kyinv BOARD[2]/SIZE --plain", "prints one parameter, without mark-up"}}});
   command->callback([arguments, &exitCode]() { exitCode = show(*arguments); });
 }

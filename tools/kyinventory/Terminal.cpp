@@ -1,12 +1,9 @@
 #include "Terminal.h"
 
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <string_view>
 
+#include "Progress.h"
 #include "inventorykit/KyExplain.h"
 
 namespace
@@ -20,7 +17,6 @@ std::size_t controlLength(const char* bytes, std::size_t length)
   const bool isTwoBytes = first == 0xC2 && length > 1 && (static_cast<unsigned char>(bytes[1]) & 0xE0) == 0x80;
   return isTwoBytes ? 2 : 0;
 }
-
 }    // namespace
 
 std::string withoutControls(std::string_view text, std::string_view kept)
@@ -46,6 +42,7 @@ std::string withoutControls(std::string_view text, std::string_view kept)
 void complain(const std::string& message)
 {
   const std::string line = "kyinventory: " + withoutControls(message) + "\n";
+  Progress::hide();
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
@@ -65,23 +62,4 @@ void complainAbout(const std::string& subject, const KyCErrorList& reports)
   KyNInventoryKit::Explanation cause;
   const bool isExplained = reports.getEntryCount() != 0 && KyNInventoryKit::explain(reports.getEntry(0).code, cause);
   if (isExplained && *cause.remedy != '\0') complain(std::string("what to do: ") + cause.remedy);
-}
-
-bool printText(const KyCString& text)
-{
-  std::size_t written = 0;
-  std::size_t length = text.length();
-  if (::isatty(STDOUT_FILENO) != 0)
-  {
-    const std::string safe = withoutControls(std::string_view(text.c_str(), length), "\n\t");
-    length = safe.size();
-    written = std::fwrite(safe.data(), 1, length, stdout);
-  }
-  else
-  {
-    written = std::fwrite(text.c_str(), 1, length, stdout);
-  }
-  if (written == length && std::fflush(stdout) == 0) return true;
-  complain(std::string("standard output: ") + std::strerror(errno));
-  return false;
 }

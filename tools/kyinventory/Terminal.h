@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "composite/KyCString.h"
 #include "errorhandling/KyCErrorList.h"
 
 // The text with each byte of a control character as \xNN, but for the characters to keep. Terminals obey U+0080 .. U+009F,
@@ -21,7 +20,3 @@ void complainAbout(const std::string& subject, const KyErrorEntry& entry);
 // Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)"; behind
 // them one line "kyinventory: what to do: ..." about the first one, which names the cause.
 void complainAbout(const std::string& subject, const KyCErrorList& reports);
-
-// Writes the text to standard output. On a terminal, control characters other than line feed and tab are shown as
-// \xNN, so that a stored text cannot steer the terminal. False, with a message, when the output cannot be written.
-bool printText(const KyCString& text);

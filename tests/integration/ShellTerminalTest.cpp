@@ -1,0 +1,190 @@
+// Sessions of `kyinventory shell` at a terminal: prompt, history, completion, and the ways out.
+#include "integration/KyTerminalTest.h"
+
+namespace
+{
+namespace fs = std::filesystem;
+
+class ShellAtTerminal : public ToolAtTerminal
+{
+protected:
+  void SetUp() override
+  {
+    m_file = store("rack.kyinv", "ROOT/BOARD[2] SIZE=1 SLOT_COUNT=7; BOARD[2]/CPU; BOARD[3] NAME=\"b\"; CPU");
+  }
+
+  static void skipWithoutEditing()
+  {
+#ifndef KY_HAVE_EDITLINE
+    GTEST_SKIP() << "libedit was not there when the tool was built";
+#endif
+  }
+
+  // Without colour, so that the texts are easy to read.
+  std::string shell() const { return "NO_COLOR=1 " + tool("shell " + m_file); }
+
+  std::string m_file;
+};
+
+TEST_F(ShellAtTerminal, asksForCommandsUntilItIsLeft)
+{
+  KyTerminal terminal(shell());
+  terminal.waitFor("rack.kyinv:/> ");
+  terminal.type("cd BOARD[2]\n");
+  terminal.waitFor("rack.kyinv:/BOARD[2]> ");
+  terminal.type("get SLOT_COUNT\n");
+  terminal.waitFor("\n7\r\n");
+  terminal.waitFor("> ");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ShellAtTerminal, goesOnAfterAFailure)
+{
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("dance\n");
+  terminal.waitFor("kyinventory: dance: no such command; help lists them all\r\n");
+  terminal.waitFor("> ");
+  terminal.type("set 'A\n");
+  terminal.waitFor("kyinventory: shell: The quote ' is not closed. (0x1503000, splitCommands)\r\n");
+  terminal.waitFor("> ");
+  terminal.type("pwd\n");
+  terminal.waitFor("\n/\r\n");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ShellAtTerminal, theArrowKeyBringsFormerCommandsBack)
+{
+  skipWithoutEditing();
+  if (IsSkipped()) return;
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("get BOARD[2]/SLOT_COUNT\n");
+  terminal.waitFor("\n7\r\n");
+  terminal.waitFor("> ");
+  terminal.type("pwd\n");
+  terminal.waitFor("\n/\r\n");
+  terminal.waitFor("> ");
+  terminal.type("\x1B[A\x1B[A\n");
+  terminal.waitFor("\n7\r\n");
+  terminal.waitFor("> ");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ShellAtTerminal, theTabKeyCompletesCommandsAndAddresses)
+{
+  skipWithoutEditing();
+  if (IsSkipped()) return;
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("g\t BOARD[2]/SL\t\n");
+  terminal.waitFor("\n7\r\n");
+  terminal.waitFor("> ");
+  terminal.type("set BOARD[2]/SI\t=5; pw\t\n");
+  terminal.waitFor("\n/\r\n");
+  terminal.waitFor("rack.kyinv:/ *> ");
+  terminal.type("cd ../BOARD[3\t\n");
+  terminal.waitFor("rack.kyinv:/BOARD[3] *> ");
+  terminal.type("get ../BOARD[2]/SI\t\n");
+  terminal.waitFor("\n5\r\n");
+  terminal.waitFor("> ");
+  terminal.type("quit!\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ShellAtTerminal, theTabKeyListsWhatThereIsToChooseFrom)
+{
+  skipWithoutEditing();
+  if (IsSkipped()) return;
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("ls BO\t");
+  terminal.waitFor("ARD[");    // what both have in common
+  terminal.type("\t");
+  terminal.waitFor("\nBOARD[2]\r\nBOARD[3]\r\n");
+  terminal.waitFor("> ls BOARD[");
+  terminal.type("3]\n");
+  terminal.waitFor("NAME  String   \"b\"\r\n");
+  terminal.waitFor("> ");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ShellAtTerminal, quitAsksForADecisionAboutUnsavedChanges)
+{
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("set BOARD[2]/SIZE=5\n");
+  terminal.waitFor("rack.kyinv:/ *> ");
+  terminal.type("quit\n");
+  terminal.waitFor("kyinventory: there are unsaved changes; save stores them, quit! drops them\r\n");
+  terminal.waitFor("rack.kyinv:/ *> ");
+  terminal.type("save\n");
+  terminal.waitFor("rack.kyinv:/> ");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "5\n");
+}
+
+TEST_F(ShellAtTerminal, theEndOfInputLeavesAndTellsOfUnsavedChanges)
+{
+  KyTerminal clean(shell());
+  clean.waitFor("> ");
+  clean.type("\x04");
+  EXPECT_EQ(clean.waitForEnd(), 0);
+
+  KyTerminal changed(shell());
+  changed.waitFor("> ");
+  changed.type("set BOARD[2]/SIZE=5\n");
+  changed.waitFor(" *> ");
+  changed.type("\x04");
+  changed.waitFor("kyinventory: " + m_file + ": the changes were not saved\r\n");
+  EXPECT_EQ(changed.waitForEnd(), 1);
+  EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "1\n");
+}
+
+TEST_F(ShellAtTerminal, theInterruptKeyGivesUpTheLineAndNotTheSession)
+{
+  skipWithoutEditing();
+  if (IsSkipped()) return;
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("set BOARD[2]/SIZE=5\n");
+  terminal.waitFor(" *> ");
+  terminal.type("set BOARD[2]/SIZE=6\x03");
+  terminal.waitFor("^C");
+  terminal.waitFor(" *> ");
+  terminal.type("get BOARD[2]/SIZE\n");
+  terminal.waitFor("\n5\r\n");
+  terminal.waitFor(" *> ");
+  terminal.type("quit!\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ShellAtTerminal, longOutputGoesThroughThePagerAndTheSessionGoesOn)
+{
+  KyTerminal terminal("NO_COLOR=1 PAGER='sed s/^/paged:/' " + tool("shell " + storeLines(40)));
+  terminal.waitFor("> ");
+  terminal.type("ls\n");
+  terminal.waitFor("paged:BOARD/\r\n");
+  terminal.waitFor("paged:BOARD[40]/\r\n");
+  terminal.waitFor("> ");
+  terminal.type("pwd\n");
+  terminal.waitFor("\n/\r\n");
+  terminal.waitFor("> ");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ShellAtTerminal, theNameOfTheFileCannotSteerTheTerminal)
+{
+  fs::copy_file(m_file, path("a\x1B[31mb"));
+  KyTerminal terminal("NO_COLOR=1 " + tool("shell \"" + path("a\x1B[31mb") + "\""));
+  terminal.waitFor("a\\x1B[31mb:/> ");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+}    // namespace

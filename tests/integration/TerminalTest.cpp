@@ -1,0 +1,237 @@
+// What the tool does at a terminal: colour, the pager, progress, and control characters of stored texts.
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "integration/KyTerminalTest.h"
+
+namespace
+{
+unsigned int linesOf(const std::string& text)
+{
+  unsigned int lines = 0;
+  for (const char c : text)
+    lines += c == '\n';
+  return lines;
+}
+
+TEST_F(ToolAtTerminal, outputHasColourThere)
+{
+  const std::string file = store("a.kyinv", "ROOT/BOARD[2]");
+  KyTerminal terminal(tool("shell " + file + " -c ls"));
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output(), "\x1B[36mBOARD[2]\x1B[0m/\n");
+}
+
+TEST_F(ToolAtTerminal, outputHasNoColourElsewhereOrWhenItIsNotWanted)
+{
+  const std::string shell = tool("shell " + store("a.kyinv", "ROOT/BOARD[2]") + " -c ls");
+  for (const std::string& command : {shell + " | cat", "NO_COLOR=1 " + shell, "TERM=dumb " + shell})
+  {
+    KyTerminal terminal(command);
+    EXPECT_EQ(terminal.waitForEnd(), 0);
+    EXPECT_EQ(terminal.output(), "BOARD[2]/\n") << command;
+  }
+  KyTerminal terminal("NO_COLOR= " + shell);
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output(), "\x1B[36mBOARD[2]\x1B[0m/\n") << "an empty NO_COLOR is none";
+}
+
+TEST_F(ToolAtTerminal, controlCharactersOfStoredTextsAreShownAndNotSent)
+{
+  const std::string file = store("a.kyinv", "ROOT NAME=\"a\\x1B[31mb\\x07\\xC2\\x9Bc\\td\\ne\"");
+  KyTerminal shown(tool("show " + file + " NAME --plain --options 0xC0101"));
+  EXPECT_EQ(shown.waitForEnd(), 0);
+  EXPECT_EQ(shown.output(), "NAME String\na\\x1B[31mb\\x07\\xC2\\x9Bc\td\ne\n");
+  KyTerminal got(tool("shell " + file + " -c 'get NAME'"));
+  EXPECT_EQ(got.waitForEnd(), 0);
+  EXPECT_EQ(got.output(), "a\\x1B[31mb\\x07\\xC2\\x9Bc\\x09d\\x0Ae\n");
+  KyTerminal listed(tool("shell " + file + " -c ls"));
+  EXPECT_EQ(listed.waitForEnd(), 0);
+  EXPECT_EQ(listed.output(), "\x1B[36mNAME\x1B[0m  String   \"a\\x1B[31mb\\x07\\xC2\\x9Bc\\x09d\\x0Ae\"\n");
+}
+
+TEST_F(ToolAtTerminal, elsewhereStoredTextsAreWhatTheyAre)
+{
+  const std::string file = store("a.kyinv", "ROOT NAME=\"a\\x1B[31mb\"");
+  EXPECT_EQ(run("show " + file + " NAME --plain --options 0xC0001").out, "NAME String\na\x1B[31mb\n");
+  EXPECT_EQ(run("shell " + file + " -c 'get NAME'").out, "a\x1B[31mb\n");
+}
+
+TEST_F(ToolAtTerminal, fileNamesInMessagesCannotSteerTheTerminal)
+{
+  KyTerminal terminal(tool("show \"$(printf 'a\\033c')\""));
+  EXPECT_EQ(terminal.waitForEnd(), 3);
+  EXPECT_EQ(terminal.output(), "kyinventory: Cannot open file a\\x1Bc. (0x1300001, readInventoryDataFromFile)\n");
+}
+
+TEST_F(ToolAtTerminal, argumentsInMessagesOfWrongUsageCannotSteerTheTerminal)
+{
+  KyTerminal terminal(tool("show a \"$(printf -- '--b\\033c')\""));
+  EXPECT_EQ(terminal.waitForEnd(), 2);
+  EXPECT_EQ(terminal.output().find('\x1B'), std::string::npos) << terminal.output();
+}
+
+TEST_F(ToolAtTerminal, outputOfMoreLinesThanTheTerminalGoesThroughThePager)
+{
+  const std::string show = tool("show " + storeLines(24) + s_lines);
+  KyTerminal terminal("PAGER='sed s/^/paged:/' " + show);
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(linesOf(terminal.output()), 24u);
+  EXPECT_EQ(terminal.output().substr(0, 18), "paged:1\npaged:2\npa");
+}
+
+TEST_F(ToolAtTerminal, outputThatFitsGoesThroughNoPager)
+{
+  const std::string show = tool("show " + storeLines(23) + s_lines);
+  KyTerminal terminal("PAGER='sed s/^/paged:/' " + show);
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output().substr(0, 6), "1\n2\n3\n");
+  EXPECT_EQ(linesOf(terminal.output()), 23u);
+}
+
+TEST_F(ToolAtTerminal, linesThatTheTerminalBreaksCountAsSeveral)
+{
+  const std::string file = store("a.kyinv", "ROOT NAME=\"" + std::string(400, 'x') + "\"");
+  KyTerminal terminal("PAGER='sed s/^/paged:/' " + tool("shell " + file + " -c 'get NAME'"), 5, 80);
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output(), "paged:" + std::string(400, 'x') + "\n");
+}
+
+TEST_F(ToolAtTerminal, thePagerIsLeftOutOnRequest)
+{
+  const std::string file = storeLines(40);
+  const std::string show = tool("show " + file + s_lines);
+  const std::string mark = "PAGER='sed s/^/paged:/' ";
+  for (const std::string& command :
+       {mark + tool("--no-pager show " + file + s_lines), mark + tool("show --no-pager " + file + s_lines),
+        mark + tool("show " + file + s_lines + " --no-pager"), "PAGER= " + show, "PAGER=cat " + show,
+        mark + show + " | cat"})
+  {
+    KyTerminal terminal(command);
+    EXPECT_EQ(terminal.waitForEnd(), 0);
+    EXPECT_EQ(linesOf(terminal.output()), 40u) << command;
+    EXPECT_EQ(terminal.output().substr(0, 6), "1\n2\n3\n") << command;
+  }
+}
+
+TEST_F(ToolAtTerminal, aPagerThatIsNotThereIsNamedAndTheOutputIsPrinted)
+{
+  KyTerminal terminal("PAGER='no-such-pager -x' " + tool("show " + storeLines(40) + s_lines));
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output().find("kyinventory: the pager of PAGER is not there: no-such-pager -x\n1\n2\n"), 0u);
+  EXPECT_EQ(linesOf(terminal.output()), 41u);
+}
+
+TEST_F(ToolAtTerminal, leavingThePagerEarlyIsNoFailure)
+{
+  KyTerminal terminal("PAGER='head -n 1' " + tool("show " + storeLines(20000)));
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output(), "<ITEM ID=\"ROOT\">\n");
+}
+
+TEST_F(ToolAtTerminal, thePagerIsLessWhenNoneIsNamed)
+{
+  if (std::system("command -v less >/dev/null") != 0) GTEST_SKIP() << "less is not here";
+  KyTerminal terminal(tool("show " + storeLines(100) + s_lines));
+  terminal.waitFor("23");
+  terminal.waitFor(":");
+  terminal.type("G");
+  terminal.waitFor("100");
+  terminal.waitFor("END");
+  terminal.type("q");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ToolAtTerminal, theInterruptKeyIsThePagersAndTheToolWaitsForIt)
+{
+  KyTerminal terminal("exec env PAGER='trap : INT; echo paging; read answer </dev/tty; echo $answer; cat' " +
+                      tool("show " + storeLines(100) + s_lines));
+  terminal.waitFor("paging");
+  terminal.type("\x03");
+  terminal.waitFor("^C");
+  terminal.type("on\n");
+  terminal.waitFor("100\r\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(ToolAtTerminal, helpGoesThroughThePagerToo)
+{
+  KyTerminal terminal("PAGER='sed s/^/paged:/' " + tool("show --help"), 5);
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output().find("paged:Print the tree of a section file\n"), 0u);
+}
+
+// Work that takes as long as the test wants: reading from a pipe that it fills.
+class SlowReading : public ToolAtTerminal
+{
+protected:
+  void SetUp() override
+  {
+    m_bytes = storeSample("a.kyinv");
+    ASSERT_EQ(::mkfifo(path("slow").c_str(), 0600), 0);
+    ASSERT_EQ(::mkfifo(path("slower").c_str(), 0600), 0);
+  }
+
+  void fill(const std::string& pipe) const { std::ofstream(path(pipe), std::ios::binary) << m_bytes; }
+
+  std::string show(const std::string& pipe) const { return tool("show " + path(pipe) + " BOARD[2] --options 0x8"); }
+
+  static constexpr const char* s_shown = "<ITEM ID=\"BOARD[2]\">\n</ITEM>\n";
+  std::string m_bytes;
+};
+
+TEST_F(SlowReading, showsItsProgressAfterASecondAndTakesItAwayAgain)
+{
+  KyTerminal terminal(show("slow"));
+  terminal.waitFor("reading " + path("slow") + " ... 1 s");
+  terminal.waitFor("\rreading " + path("slow") + " ... 2 s");
+  fill("slow");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  const std::string output = terminal.output();
+  const std::string erased(("reading " + path("slow") + " ... 2 s").size(), ' ');
+  EXPECT_NE(output.find(erased + s_shown), std::string::npos) << output;
+  EXPECT_EQ(output.substr(output.size() - std::string(s_shown).size()), s_shown);
+}
+
+TEST_F(SlowReading, showsNoProgressWhereNobodySeesIt)
+{
+  KyTerminal quiet(show("slow") + " 2>" + path("errors.txt"));
+  KyTerminal watched(show("slower"));
+  watched.waitFor("... 1 s");
+  watched.waitFor("... 2 s");    // the quiet one has had its second, too
+  fill("slow");
+  fill("slower");
+  EXPECT_EQ(quiet.waitForEnd(), 0);
+  EXPECT_EQ(watched.waitForEnd(), 0);
+  EXPECT_EQ(quiet.output(), s_shown);
+  EXPECT_EQ(contentOf(path("errors.txt")), "");
+}
+
+TEST_F(SlowReading, progressThatIsLongerThanTheTerminalIsCut)
+{
+  KyTerminal terminal(show("slow"), 24, 20);
+  terminal.waitFor("\rreading " + path("slow").substr(0, 3) + " ... 1 s");
+  fill("slow");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+}
+
+TEST_F(SlowReading, progressIsTakenAwayBeforeAMessage)
+{
+  KyTerminal terminal(show("slow"));
+  terminal.waitFor("... 1 s");
+  std::ofstream(path("slow")) << "nothing";
+  EXPECT_EQ(terminal.waitForEnd(), 3);
+  const std::string line = "\r" + std::string(("reading " + path("slow") + " ... 1 s").size(), ' ') + "\r";
+  const std::string output = terminal.output();
+  EXPECT_NE(output.find(" kyinventory: " + path("slow") + " holds no inventory section"), std::string::npos) << output;
+}
+
+TEST_F(ToolAtTerminal, quickWorkShowsNoProgress)
+{
+  storeSample("a.kyinv");
+  KyTerminal terminal(tool("show " + path("a.kyinv") + " BOARD[2] --options 0x8"));
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(terminal.output(), "<ITEM ID=\"BOARD[2]\">\n</ITEM>\n");
+}
+}    // namespace

@@ -1,0 +1,297 @@
+#include "Shell.h"
+
+#include <algorithm>
+
+#include "Command.h"
+#include "Files.h"
+#include "Output.h"
+#include "Progress.h"
+#include "Terminal.h"
+#include "inventorykit/KyAddressText.h"
+#include "inventorykit/KyValueText.h"
+#if __has_include("inventorykit/KyDiff.h")
+#include "inventorykit/KyDiff.h"
+#endif
+#if __has_include("inventorykit/KyFind.h")
+#include "inventorykit/KyFind.h"
+#endif
+
+using KyNInventoryKit::Session;
+
+namespace
+{
+constexpr std::size_t s_any = static_cast<std::size_t>(-1);
+
+// The reports of a failed command, with what helps.
+int told(const KyCErrorListPool& pool, const std::string& subject)
+{
+  complainAbout(subject, pool);
+  return EXIT_NO;
+}
+
+int wrongUsage(const std::string& message)
+{
+  complain(message);
+  return EXIT_USAGE;
+}
+
+std::string padded(std::string text, std::size_t width)
+{
+  if (text.size() < width) text.append(width - text.size(), ' ');
+  return text;
+}
+
+// A value on one line, whatever is in it.
+std::string shownValue(const KyCInventoryParameter& parameter)
+{
+  const std::string value = withoutControls(KyNInventoryKit::valueText(parameter), "");
+  const bool isString = parameter.getType() == KyCParam::TYPE_STRING;
+  const std::string unit = parameter.getUnit();
+  return (isString ? "\"" + value + "\"" : value) + (unit.empty() ? "" : " " + withoutControls(unit, ""));
+}
+}    // namespace
+
+// In alphabetical order.
+const Shell::Command Shell::s_commands[] = {
+    {"cd", "[ADDRESS]", "go to an item; without an address, to the root", 0, 1, &Shell::changeItem},
+    {"diff", "", "show what differs from the stored tree", 0, 0, &Shell::diff},
+    {"find", "PATTERN [--where EXPR]", "list the addresses below the current item that fit", 1, 3, &Shell::find},
+    {"get", "ADDRESS...", "print values", 1, s_any, &Shell::get},
+    {"help", "", "show this list", 0, 0, &Shell::help},
+    {"ls", "[ADDRESS]", "list the items and parameters in an item", 0, 1, &Shell::list},
+    {"pwd", "", "print the address of the current item", 0, 0, &Shell::place},
+    {"quit", "[--force]", "leave; with unsaved changes only when forced, as by quit!", 0, 1, &Shell::quit},
+    {"quit!", "", "leave, and drop unsaved changes", 0, 0, &Shell::quit},
+    {"save", "[--force]", "store the tree in its file; forced, also when someone else has changed the file", 0, 1,
+     &Shell::save},
+    {"set", "ADDRESS=VALUE... [--create TYPE] [--unit UNIT]", "change values, or create parameters", 1, s_any,
+     &Shell::set},
+};
+
+const Shell::Command* Shell::commandOf(const std::string& name)
+{
+  const auto isMeant = [&](const Command& command) { return name == command.name; };
+  const Command* const found = std::find_if(std::begin(s_commands), std::end(s_commands), isMeant);
+  return found == std::end(s_commands) ? nullptr : found;
+}
+
+std::string Shell::overview()
+{
+  std::string text;
+  for (const Command& command : s_commands)
+  {
+    const std::string arguments = command.arguments;
+    text += std::string(command.name) + (arguments.empty() ? "" : " " + arguments) + "\n    " + command.meaning + "\n";
+  }
+  return text;
+}
+
+int Shell::execute(const Words& words)
+{
+  if (words.empty()) return EXIT_OK;
+  const Command* const command = commandOf(words.front());
+  if (command == nullptr) return wrongUsage(words.front() + ": no such command; help lists them all");
+  const Words arguments(words.begin() + 1, words.end());
+  if (arguments.size() < command->least || arguments.size() > command->most)
+    return wrongUsage("wrong usage: " + std::string(command->name) + " " + command->arguments);
+  return (this->*command->run)(words);
+}
+
+int Shell::changeItem(const Words& words)
+{
+  KyCErrorListPool pool;
+  const std::string address = words.size() < 2 ? "/" : words[1];
+  return m_session.enter(pool, address) ? EXIT_OK : told(pool, address);
+}
+
+int Shell::place(const Words&)
+{
+  Output out;
+  out.data(m_session.place(), Style::NAME).text("\n");
+  return out.finish(EXIT_OK);
+}
+
+int Shell::help(const Words&)
+{
+  Output out;
+  out.text(overview());
+  out.text(
+      "\nAddresses are relative to the current item; / at the start means the root, .. the item above.\n"
+      "Values with blanks stand in quotes: set NAME=\"second board\".\n");
+  return out.finish(EXIT_OK);
+}
+
+int Shell::list(const Words& words)
+{
+  KyCErrorListPool pool;
+  const std::string address = words.size() < 2 ? "." : words[1];
+  KyCInventoryItem* const item = m_session.item(pool, address);
+  if (item == nullptr) return told(pool, address);
+
+  Output out;
+  for (const KyCInventoryItem* sub = item->getFirstSubItem(); sub != nullptr; sub = sub->getNext())
+    out.data(KyNInventoryKit::addressText(sub->getID()), Style::NAME).text("/\n");
+  std::size_t width = 0;
+  for (const KyCInventoryParameter* p = item->getParameterByOrdinalNumber(0); p != nullptr; p = p->getNext())
+    width = std::max(width, KyNInventoryKit::addressText(p->getID()).size());
+  for (const KyCInventoryParameter* p = item->getParameterByOrdinalNumber(0); p != nullptr && !out.hasFailed();
+       p = p->getNext())
+  {
+    out.data(padded(KyNInventoryKit::addressText(p->getID()), width), Style::NAME).text("  ");
+    out.data(padded(p->getTypeAsString().c_str(), 7)).text("  ").data(shownValue(*p), Style::VALUE).text("\n");
+  }
+  return out.finish(EXIT_OK);
+}
+
+int Shell::get(const Words& words)
+{
+  Output out;
+  for (std::size_t n = 1; n < words.size(); ++n)
+  {
+    KyCErrorListPool pool;
+    const KyCInventoryParameter* const parameter = m_session.parameter(pool, words[n]);
+    if (parameter == nullptr)
+    {
+      const int exitCode = out.finish(EXIT_NO);
+      told(pool, words[n]);
+      return exitCode;
+    }
+    out.data(KyNInventoryKit::valueText(*parameter), Style::VALUE).text("\n");
+  }
+  return out.finish(EXIT_OK);
+}
+
+int Shell::set(const Words& words)
+{
+  Words assignments;
+  unsigned int type = 0;
+  std::string unit;
+  for (std::size_t n = 1; n < words.size(); ++n)
+  {
+    const bool isCreate = words[n] == "--create";
+    const bool isUnit = words[n] == "--unit";
+    if ((isCreate || isUnit) && n + 1 == words.size()) return wrongUsage("set: " + words[n] + " needs a value");
+    if (isCreate)
+    {
+      type = KyNInventoryKit::typeOfName(words[++n]);
+      if (type == 0) return wrongUsage(words[n] + ": is no type; the types are " + KyNInventoryKit::typeNames());
+    }
+    else if (isUnit)
+      unit = words[++n];
+    else if (words[n].find('=') == std::string::npos)
+      return wrongUsage("set: " + words[n] + ": a value is missing: write " + words[n] + "=VALUE");
+    else
+      assignments.push_back(words[n]);
+  }
+  if (assignments.empty()) return wrongUsage("set: nothing to set");
+  if (!unit.empty() && type == 0) return wrongUsage("set: --unit goes with --create");
+  for (const std::string& assignment : assignments)
+    if (!assign(assignment, type, unit)) return EXIT_NO;
+  return EXIT_OK;
+}
+
+bool Shell::assign(const std::string& text, unsigned int type, const std::string& unit)
+{
+  const std::size_t equals = text.find('=');
+  const std::string address = text.substr(0, equals);
+  const std::string value = text.substr(equals + 1);
+  KyCErrorListPool pool;
+  const bool isDone =
+      type == 0 ? m_session.set(pool, address, value) : m_session.create(pool, address, type, value, unit);
+  if (!isDone) told(pool, address);
+  return isDone;
+}
+
+int Shell::save(const Words& words)
+{
+  const bool isForced = words.size() > 1;
+  if (isForced && words[1] != "--force") return wrongUsage("save: " + words[1] + ": only --force may stand here");
+  KyCErrorListPool pool;
+  bool isDone = false;
+  {
+    const Progress progress("storing " + m_session.path());
+    isDone = m_session.save(pool, isForced ? Session::Others::REPLACE : Session::Others::KEEP);
+  }
+  complainAbout(m_session.path(), pool);
+  return isDone ? EXIT_OK : EXIT_OUTPUT;
+}
+
+int Shell::quit(const Words& words)
+{
+  const bool hasOption = words.size() > 1;
+  if (hasOption && words[1] != "--force") return wrongUsage("quit: " + words[1] + ": only --force may stand here");
+  const bool isForced = hasOption || words[0] == "quit!";
+  if (m_session.isChanged() && !isForced)
+  {
+    complain("there are unsaved changes; save stores them, quit! drops them");
+    return EXIT_NO;
+  }
+  m_isLeft = true;
+  return EXIT_OK;
+}
+
+#if __has_include("inventorykit/KyFind.h")
+int Shell::find(const Words& words)
+{
+  if (words.size() != 2 && (words.size() != 4 || words[2] != "--where"))
+    return wrongUsage("wrong usage: find PATTERN [--where EXPR]");
+  KyCErrorListPool pool;
+  KyNInventoryKit::Query query;
+  const bool isRead = KyNInventoryKit::readPattern(pool, words[1], query) &&
+                      (words.size() == 2 || KyNInventoryKit::readCondition(pool, words[3], query));
+  if (!isRead)
+  {
+    complainAbout("find", pool);
+    return EXIT_USAGE;
+  }
+  const std::vector<KyNInventoryKit::Node> nodes = KyNInventoryKit::find(m_session.current(), query);
+  KyNInventoryKit::AddressTexts addresses;
+  Output out;
+  for (std::size_t n = 0; n < nodes.size() && !out.hasFailed(); ++n)
+  {
+    const std::string& address = addresses.of(nodes[n]);
+    out.data(address == "." ? "/" : "/" + address, Style::NAME).text("\n");
+  }
+  return out.finish(nodes.empty() ? EXIT_NO : EXIT_OK);
+}
+#else
+int Shell::find(const Words&) { return wrongUsage("this build cannot search"); }
+#endif
+
+#if __has_include("inventorykit/KyDiff.h")
+int Shell::diff(const Words&)
+{
+  KyCErrorListPool pool;
+  const TreePointer stored = m_session.stored(pool);
+  if (!stored) return told(pool, m_session.path());
+  const KyNInventoryKit::Difference difference = KyNInventoryKit::compareTrees(*stored, m_session.root());
+  Output out;
+  for (const KyNInventoryKit::Change& change : difference.changes())
+  {
+    const bool isAdded = change.kind == KyNInventoryKit::ChangeKind::ADDED;
+    const bool isRemoved = change.kind == KyNInventoryKit::ChangeKind::REMOVED;
+    const Style style = isAdded ? Style::ADDED : isRemoved ? Style::REMOVED : Style::CHANGED;
+    const std::string text = KyNInventoryKit::changeText(change);
+    out.text(isAdded ? "+ " : isRemoved ? "- " : "* ", style).data(difference.addressOf(change), style);
+    out.text(text.empty() ? "" : "  ").data(text).text("\n");
+    if (out.hasFailed()) break;
+  }
+  return out.finish(EXIT_OK);
+}
+#else
+int Shell::diff(const Words&) { return wrongUsage("this build cannot compare"); }
+#endif
+
+std::vector<std::string> Shell::complete(const std::string& line, std::size_t& wordBegin)
+{
+  const std::size_t command = line.find_last_of(";") + 1;    // npos + 1 is 0
+  const std::size_t blank = line.find_last_of(" \t;");
+  wordBegin = blank == line.npos ? 0 : blank + 1;
+  const std::string word = line.substr(wordBegin);
+  const bool isFirst = line.find_first_not_of(" \t", command) >= wordBegin;
+  if (!isFirst) return word.find_first_of("='\"\\") == word.npos ? m_session.complete(word) : Words();
+  Words names;
+  for (const Command& known : s_commands)
+    if (std::string(known.name).compare(0, word.size(), word) == 0) names.emplace_back(known.name);
+  return names;
+}
