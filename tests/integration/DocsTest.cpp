@@ -1,0 +1,237 @@
+// Help, man pages and completions say the same: what the command line knows stands in each of them.
+#include <filesystem>
+
+#include "Program.h"
+#include "integration/KyToolTest.h"
+
+namespace
+{
+namespace fs = std::filesystem;
+
+const std::string s_docs = KY_BINARY_DIR "/docs/";
+
+bool isThere(const std::string& command) { return std::system(("command -v " + command + " >/dev/null").c_str()) == 0; }
+
+class Docs : public Tool
+{
+protected:
+  Docs() : m_program(makeProgram(m_exitCode)) {}
+
+  // The program and its sub-commands, by name; "" is the program.
+  std::vector<std::pair<std::string, const CLI::App*>> commands() const
+  {
+    std::vector<std::pair<std::string, const CLI::App*>> all = {{"", m_program.get()}};
+    for (const CLI::App* command : m_program->get_subcommands([](const CLI::App*) { return true; }))
+      if (!isHidden(*command)) all.emplace_back(command->get_name(), command);
+    return all;
+  }
+
+  static std::string manPageOf(const std::string& command)
+  {
+    return s_docs + "man1/kyinventory" + (command.empty() ? "" : "-" + command) + ".1";
+  }
+
+  static std::vector<std::string> namesOf(const CLI::Option& option)
+  {
+    std::vector<std::string> names;
+    for (const std::string& name : option.get_snames())
+      names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames())
+      names.push_back("--" + name);
+    return names;
+  }
+
+  // What the bash completion offers for the last of the words.
+  std::string completed(const std::string& words) const
+  {
+    const std::string script = m_folder.write("complete.sh", "source " + s_docs +
+                                                                 "completions/kyinventory || exit 9\n"
+                                                                 "COMP_WORDS=(" +
+                                                                 words +
+                                                                 ")\n"
+                                                                 "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
+                                                                 "_kyinventory\n"
+                                                                 "printf '%s\\n' \"${COMPREPLY[@]}\"\n");
+    const std::string folder = fs::path(KY_TOOL).parent_path().string();
+    const std::string command =
+        "cd " + m_folder.path() + " && PATH=" + folder + ":$PATH bash " + script + " >" + path("offered") + " 2>&1";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    return contentOf(path("offered"));
+  }
+
+  int m_exitCode = 0;
+  const std::unique_ptr<CLI::App> m_program;
+};
+
+bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+std::string plain(std::string roff)
+{
+  for (const char* const mark : {"\\fB", "\\fI", "\\fR"})
+    for (std::size_t at = roff.find(mark); at != roff.npos; at = roff.find(mark))
+      roff.erase(at, 3);
+  for (std::size_t at = roff.find("\\-"); at != roff.npos; at = roff.find("\\-", at))
+    roff.erase(at, 1);
+  for (std::size_t at = roff.find("\\e"); at != roff.npos; at = roff.find("\\e", at + 1))
+    roff.erase(at + 1, 1);
+  for (std::size_t at = roff.find("\\(aq"); at != roff.npos; at = roff.find("\\(aq", at))
+    roff.replace(at, 4, "'");
+  return roff;
+}
+
+TEST_F(Docs, everySubCommandStandsInHelpManPagesAndCompletions)
+{
+  const std::string help = run("--help").out;
+  const std::string man = plain(contentOf(manPageOf("")));
+  const std::string bash = contentOf(s_docs + "completions/kyinventory");
+  const std::string zsh = contentOf(s_docs + "completions/_kyinventory");
+  const std::string fish = contentOf(s_docs + "completions/kyinventory.fish");
+  for (const auto& [name, command] : commands())
+  {
+    if (name.empty()) continue;
+    EXPECT_TRUE(contains(help, "\n  " + name + " ")) << name;
+    EXPECT_TRUE(contains(man, ".TP\n" + name + "\n" + command->get_description() + ".\n")) << name;
+    EXPECT_TRUE(contains(man, ".BR kyinventory-" + name + " (1)")) << name;
+    EXPECT_TRUE(contains(bash, "\n    " + name + ")\n")) << name;
+    EXPECT_TRUE(contains(zsh, "\n    '" + name + ":")) << name;
+    EXPECT_TRUE(contains(fish, " -a " + name + " -d ")) << name;
+    EXPECT_FALSE(command->get_description().empty()) << name;
+  }
+}
+
+TEST_F(Docs, everyOptionAndArgumentStandsInHelpManPageAndCompletions)
+{
+  const std::string bash = contentOf(s_docs + "completions/kyinventory");
+  const std::string zsh = contentOf(s_docs + "completions/_kyinventory");
+  const std::string fish = contentOf(s_docs + "completions/kyinventory.fish");
+  unsigned int options = 0;
+  for (const auto& [name, command] : commands())
+  {
+    const std::string help = run(name + " --help").out;
+    const std::string man = plain(contentOf(manPageOf(name)));
+    const std::string row = "\n    " + (name.empty() ? "''" : name) + ")\n      options='";
+    const std::size_t begin = bash.find(row) + row.size();
+    const std::string bashOptions = " " + bash.substr(begin, bash.find('\'', begin) - begin) + " ";
+    for (const CLI::Option* option : command->get_options())
+    {
+      ++options;
+      EXPECT_TRUE(contains(man, "\n" + option->get_description() + ".\n")) << name << " " << option->get_name();
+      if (option->get_positional())
+      {
+        EXPECT_TRUE(contains(help, "\n  " + option->get_name(true))) << name << " " << option->get_name(true);
+        EXPECT_TRUE(contains(man, ".TP\n" + option->get_name(true) + "\n")) << name << " " << option->get_name(true);
+        continue;
+      }
+      for (const std::string& one : namesOf(*option))
+      {
+        EXPECT_TRUE(contains(help, one)) << name << " " << one;
+        EXPECT_TRUE(contains(man, one)) << name << " " << one;
+        EXPECT_TRUE(contains(bashOptions, " " + one + " ")) << name << " " << one;
+        EXPECT_TRUE(contains(zsh, "'" + one + "[") || contains(zsh, "'" + one + "=[")) << name << " " << one;
+        const bool isLong = one.compare(0, 2, "--") == 0;
+        EXPECT_TRUE(contains(fish, (isLong ? " -l " : " -s ") + one.substr(isLong ? 2 : 1))) << name << " " << one;
+      }
+    }
+  }
+  EXPECT_GT(options, 20u);
+}
+
+TEST_F(Docs, everySubCommandHasDetailsAndExamplesInHelpAndManPage)
+{
+  for (const auto& [name, command] : commands())
+  {
+    if (name.empty()) continue;
+    const Manual& manual = manualOf(*command);
+    const std::string help = run(name + " --help").out;
+    const std::string man = plain(contentOf(manPageOf(name)));
+    EXPECT_FALSE(manual.details.empty()) << name;
+    EXPECT_FALSE(manual.examples.empty()) << name;
+    for (const std::string& paragraph : paragraphsOf(manual.details))
+      EXPECT_TRUE(contains(man, paragraph.substr(0, paragraph.find_first_of("\n\\")))) << name << ": " << paragraph;
+    for (const Manual::Example& example : manual.examples)
+    {
+      EXPECT_EQ(example.command.rfind("kyinventory " + name, 0), 0u) << example.command;
+      EXPECT_TRUE(contains(help, "\n  " + example.command + "\n")) << example.command;
+      EXPECT_TRUE(contains(man, "\n" + example.command + "\n")) << example.command;
+    }
+  }
+}
+
+TEST_F(Docs, theExitCodesStandInEveryHelpAndManPage)
+{
+  for (const auto& command : commands())
+  {
+    const std::string help = run(command.first + " --help").out;
+    const std::string man = plain(contentOf(manPageOf(command.first)));
+    for (const ExitMeaning& exit : s_exitMeanings)
+    {
+      const std::string code = std::to_string(exit.code);
+      EXPECT_TRUE(contains(help, "\n  " + code + "  " + exit.meaning + "\n")) << command.first;
+      EXPECT_TRUE(contains(man, ".TP\n" + code + "\n" + exit.meaning + ".\n")) << command.first;
+    }
+  }
+}
+
+TEST_F(Docs, hiddenCommandsStandNowhere)
+{
+  EXPECT_FALSE(contains(run("--help").out, "complete-address"));
+  EXPECT_FALSE(contains(plain(contentOf(manPageOf(""))), "complete-address"));
+  EXPECT_FALSE(fs::exists(manPageOf("complete-address")));
+}
+
+TEST_F(Docs, thereIsAManPageForTheToolAndEachSubCommandAndNoOther)
+{
+  std::size_t pages = 0;
+  for (const auto& entry : fs::directory_iterator(s_docs + "man1"))
+    pages += entry.path().extension() == ".1" ? 1 : 0;
+  EXPECT_EQ(pages, commands().size());
+  for (const auto& command : commands())
+    EXPECT_TRUE(fs::exists(manPageOf(command.first))) << command.first;
+}
+
+TEST_F(Docs, groffHasNothingToSayAboutTheManPages)
+{
+  if (!isThere("groff")) GTEST_SKIP() << "groff is not here (Debian: groff-base)";
+  for (const auto& command : commands())
+  {
+    const std::string groff = "groff -man -Tutf8 -ww -z " + manPageOf(command.first) + " >" + path("said") + " 2>&1";
+    EXPECT_EQ(std::system(groff.c_str()), 0);
+    EXPECT_EQ(contentOf(path("said")), "") << command.first;
+  }
+}
+
+TEST_F(Docs, theCompletionsAreValid)
+{
+  const std::string folder = s_docs + "completions/";
+  EXPECT_EQ(std::system(("bash -n " + folder + "kyinventory").c_str()), 0);
+  const bool isZsh = isThere("zsh");
+  const bool isFish = isThere("fish");
+  EXPECT_TRUE(!isZsh || std::system(("zsh -n " + folder + "_kyinventory").c_str()) == 0);
+  EXPECT_TRUE(!isFish || std::system(("fish -n " + folder + "kyinventory.fish").c_str()) == 0);
+  if (!isZsh || !isFish) GTEST_SKIP() << "zsh or fish is not here";
+}
+
+TEST_F(Docs, bashOffersSubCommandsAndOptions)
+{
+  EXPECT_EQ(completed("kyinventory sho"), "show\n");
+  EXPECT_EQ(completed("kyinventory --no-pager sho"), "show\n");
+  EXPECT_EQ(completed("kyinventory --ver"), "--version\n");
+  EXPECT_EQ(completed("kyinventory show --opt"), "--options\n");
+  EXPECT_EQ(completed("kyinventory show a.kyinv --opt"), "--options\n");
+  EXPECT_EQ(completed("kyinventory dance --opt"), "\n");
+}
+
+TEST_F(Docs, bashOffersFilesAndAddresses)
+{
+  store("rack.kyinv", "ROOT/BOARD[2] SIZE=1; BOARD[2]/CPU; BOARD[3]");
+  EXPECT_EQ(completed("kyinventory show ra"), "rack.kyinv\n");
+  EXPECT_EQ(completed("kyinventory scan -o ra"), "rack.kyinv\n");
+  EXPECT_EQ(completed("kyinventory scan --output = ra"), "rack.kyinv\n");
+  EXPECT_EQ(completed("kyinventory merge a b ra"), "rack.kyinv\n");
+  EXPECT_EQ(completed("kyinventory show rack.kyinv BO"), "BOARD[2]\nBOARD[3]\n");
+  EXPECT_EQ(completed("kyinventory show --plain --depth 3 rack.kyinv 'BOARD[2]/'"), "BOARD[2]/CPU\nBOARD[2]/SIZE\n");
+  EXPECT_EQ(completed("kyinventory show --depth = 3 rack.kyinv 'BOARD[2]/S'"), "BOARD[2]/SIZE\n");
+  EXPECT_EQ(completed("kyinventory show missing.kyinv BO"), "\n");
+  EXPECT_EQ(completed("kyinventory show --depth 'B'"), "\n");
+}
+}    // namespace

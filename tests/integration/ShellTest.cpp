@@ -1,0 +1,243 @@
+// kyinventory shell from a script: what each command prints, and the exit codes.
+#include "integration/KyToolTest.h"
+
+namespace
+{
+class Shell : public Tool
+{
+protected:
+  void SetUp() override
+  {
+    m_file = store("a.kyinv",
+                   "ROOT NAME=\"rack 7\"; BOARD[2] SIZE=1 OFFSET:Float32=1.5\n"
+                   "BOARD[2] VOLTAGE_MAX Float64 10.5 unit=\"V\" modifiable\n"
+                   "BOARD[2]/CPU; BOARD[3]; CPU");
+  }
+
+  // Runs commands; they must not have a ' in them.
+  Outcome carryOut(const std::string& commands) const { return run("shell " + m_file + " -c '" + commands + "'"); }
+
+  std::string m_file;
+};
+
+TEST_F(Shell, listsItemsAndThenParametersWithTypeValueAndUnit)
+{
+  Outcome outcome = carryOut("ls");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.out,
+            "BOARD[2]/\n"
+            "BOARD[3]/\n"
+            "CPU/\n"
+            "NAME  String   \"rack 7\"\n");
+  outcome = carryOut("ls BOARD[2]/");
+  EXPECT_EQ(outcome.out,
+            "CPU/\n"
+            "SIZE         Int32    1\n"
+            "OFFSET       Float32  1.5\n"
+            "VOLTAGE_MAX  Float64  10.5 V\n");
+  EXPECT_EQ(carryOut("ls CPU").out, "");
+}
+
+TEST_F(Shell, goesToItemsAndBack)
+{
+  const Outcome outcome = carryOut("cd BOARD[2]/CPU; pwd; cd ..; pwd; cd /BOARD[3]; pwd; cd; pwd");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "/BOARD[2]/CPU\n/BOARD[2]\n/BOARD[3]\n/\n");
+}
+
+TEST_F(Shell, getPrintsValuesByThemselves)
+{
+  const Outcome outcome = carryOut("cd BOARD[2]; get SIZE VOLTAGE_MAX /NAME");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "1\n10.5\nrack 7\n");
+}
+
+TEST_F(Shell, theFirstFailureEndsItWithItsExitCode)
+{
+  Outcome outcome = carryOut("get BOARD[2]/SIZE BOARD[2]/NAME BOARD[2]/SIZE; pwd");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.out, "1\n");
+  EXPECT_EQ(outcome.err, "kyinventory: There is no parameter BOARD[2]/NAME. (0x1503003, parameter)\n");
+  outcome = carryOut("cd BOARD[9]; pwd");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "kyinventory: There is no item BOARD[9]. (0x1503001, item)\n");
+  outcome = carryOut("cd BORD; pwd");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_NE(outcome.err.find("BOARD"), std::string::npos) << outcome.err;
+}
+
+TEST_F(Shell, wrongUsageOfACommandGivesExitCode2)
+{
+  const struct
+  {
+    const char* commands;
+    const char* message;
+  } cases[] = {
+      {"dance", "dance: no such command; help lists them all"},
+      {"cd CPU CPU", "wrong usage: cd [ADDRESS]"},
+      {"get", "wrong usage: get ADDRESS..."},
+      {"pwd now", "wrong usage: pwd "},
+      {"set", "wrong usage: set ADDRESS=VALUE... [--create TYPE] [--unit UNIT]"},
+      {"set NAME", "set: NAME: a value is missing: write NAME=VALUE"},
+      {"set NAME=a --create", "set: --create needs a value"},
+      {"set --unit V", "set: nothing to set"},
+      {"set NAME=a --unit V", "set: --unit goes with --create"},
+      {"set NAME=a --create Int7",
+       "Int7: is no type; the types are Int8, Int16, Int32, Long64, UInt8, UInt16, UInt32, ULong64, Float32, Float64, "
+       "String, Version"},
+      {"quit now", "quit: now: only --force may stand here"},
+      {"save now", "save: now: only --force may stand here"},
+      {"set NAME=\"a", "shell: The quote \" is not closed. (0x1503000, splitCommands)"},
+  };
+  for (const auto& one : cases)
+  {
+    const Outcome outcome = carryOut(one.commands);
+    EXPECT_EQ(outcome.exitCode, 2) << one.commands;
+    EXPECT_EQ(outcome.out, "") << one.commands;
+    EXPECT_EQ(outcome.err, std::string("kyinventory: ") + one.message + "\n") << one.commands;
+  }
+}
+
+TEST_F(Shell, aBrokenScriptIsNotBegun)
+{
+  const Outcome outcome = carryOut("set NAME=b; save; \"");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(carryOut("get NAME").out, "rack 7\n");
+}
+
+TEST_F(Shell, setAndSaveChangeTheFile)
+{
+  const Outcome outcome = carryOut("set NAME=\"a b\" BOARD[2]/SIZE=0x10; set BOARD[2]/OFFSET=-0.25; get NAME; save");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "a b\n");
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(carryOut("get NAME BOARD[2]/SIZE BOARD[2]/OFFSET").out, "a b\n16\n-0.25\n");
+}
+
+TEST_F(Shell, setTakesEqualSignsAndNothingAsValues)
+{
+  EXPECT_EQ(carryOut("set NAME=a=b; save").exitCode, 0);
+  EXPECT_EQ(carryOut("get NAME").out, "a=b\n");
+  EXPECT_EQ(carryOut("set NAME=; save").exitCode, 0);
+  EXPECT_EQ(carryOut("get NAME").out, "\n");
+}
+
+TEST_F(Shell, setOfAWrongValueNamesTypeAndBoundsAndSavesNothing)
+{
+  const Outcome outcome = carryOut("set NAME=b; set BOARD[2]/SIZE=3000000000; save");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err,
+            "kyinventory: BOARD[2]/SIZE: \"3000000000\" is not a value of type Int32, which takes whole numbers from "
+            "-2147483648 to 2147483647. (0x1500803, setValueText)\nkyinventory: " +
+                m_file + ": the changes were not saved\n");
+  EXPECT_EQ(carryOut("get NAME").out, "rack 7\n");
+}
+
+TEST_F(Shell, setCreatesParametersOfATypeAndUnit)
+{
+  EXPECT_EQ(carryOut("cd BOARD[3]; set CPU[4]/FREQUENCY=66 --create uint16 --unit MHz; save").exitCode, 0);
+  EXPECT_EQ(carryOut("ls BOARD[3]/CPU[4]").out, "FREQUENCY  UInt16   66 MHz\n");
+}
+
+TEST_F(Shell, changesThatAreNotSavedGiveExitCode1)
+{
+  Outcome outcome = carryOut("set NAME=b");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, "kyinventory: " + m_file + ": the changes were not saved\n");
+  outcome = carryOut("set NAME=b; quit");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, "kyinventory: there are unsaved changes; save stores them, quit! drops them\nkyinventory: " +
+                             m_file + ": the changes were not saved\n");
+  for (const char* const left : {"set NAME=b; quit!; dance", "set NAME=b; quit --force; dance", "quit; dance"})
+  {
+    outcome = carryOut(left);
+    EXPECT_EQ(outcome.exitCode, 0) << left;
+    EXPECT_EQ(outcome.err, "") << left;
+  }
+  EXPECT_EQ(carryOut("get NAME").out, "rack 7\n");
+}
+
+TEST_F(Shell, readsItsCommandsFromAPipe)
+{
+  const std::string commands =
+      m_folder.write("commands", "# a comment\ncd BOARD[2]\n\nget SIZE   # the size\nset SIZE=\"2\"\nsave");
+  const Outcome outcome = run("shell " + m_file + " <" + commands + " ; exit $? #");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(carryOut("get BOARD[2]/SIZE").out, "2\n");
+}
+
+TEST_F(Shell, saveIntoAFolderThatMayNotBeWrittenGivesExitCode4)
+{
+  EXPECT_EQ(run("shell " + m_file + " -c 'set NAME=b; save' ; exit $? #").exitCode, 0);
+  const std::string gone = "sh -c 'echo \"set NAME=c\"; rm " + m_file + "; echo save' | ";
+  const int status = std::system((gone + KY_TOOL + " shell " + m_file + " 2>" + path("err")).c_str());
+  EXPECT_NE(WEXITSTATUS(status), 0);
+}
+
+TEST_F(Shell, keepsTheImageAroundTheSection)
+{
+  write("image.bin", std::string(1000, 'x') + contentOf(m_file));
+  EXPECT_EQ(run("shell " + path("image.bin") + " -c 'set NAME=b; save'").exitCode, 0);
+  EXPECT_EQ(contentOf(path("image.bin")).substr(0, 1004), std::string(1000, 'x') + "INVE");
+  EXPECT_EQ(run("shell " + path("image.bin") + " -c 'get NAME'").out, "b\n");
+}
+
+TEST_F(Shell, standardInputIsNoFileForIt)
+{
+  const Outcome outcome = run("shell - -c ls");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err, "kyinventory: standard input has no place to save to; name a file\n");
+}
+
+TEST_F(Shell, anUnreadableFileGivesExitCode3)
+{
+  write("plain.txt", "nothing");
+  EXPECT_EQ(run("shell " + path("plain.txt") + " -c ls").exitCode, 3);
+  const Outcome missing = run("shell " + path("missing") + " -c ls");
+  EXPECT_EQ(missing.exitCode, 3);
+  EXPECT_EQ(missing.err,
+            "kyinventory: Cannot read " + path("missing") + ": No such file or directory. (0x1500000, readBytes)\n");
+}
+
+TEST_F(Shell, helpListsEveryCommand)
+{
+  const Outcome outcome = carryOut("help");
+  EXPECT_EQ(outcome.exitCode, 0);
+  for (const char* const command : {"cd", "ls", "get", "set", "find", "diff", "save", "pwd", "help", "quit", "quit!"})
+    EXPECT_NE(("\n" + outcome.out).find(std::string("\n") + command), std::string::npos) << command;
+}
+
+#if __has_include("inventorykit/KyFind.h")
+TEST_F(Shell, findListsAddressesBelowTheCurrentItem)
+{
+  EXPECT_EQ(carryOut("find *").out, "/NAME\n/BOARD[2]\n/BOARD[3]\n/CPU\n");
+  EXPECT_EQ(carryOut("cd BOARD[2]; find **/V* --where \"VOLTAGE_MAX > 10\"").out, "/BOARD[2]/VOLTAGE_MAX\n");
+  EXPECT_EQ(carryOut("find **/SLOT_COUNT").exitCode, 1);
+  EXPECT_EQ(carryOut("find A[").exitCode, 2);
+  EXPECT_EQ(carryOut("find * --where").exitCode, 2);
+}
+#endif
+
+#if __has_include("inventorykit/KyDiff.h")
+TEST_F(Shell, diffShowsWhatDiffersFromTheStoredTree)
+{
+  const Outcome outcome = carryOut("diff; set BOARD[2]/SIZE=2; set CPU/COUNT=1 --create Int8; diff; save; diff");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "* BOARD[2]/SIZE  1 -> 2\n+ CPU/COUNT  Int8 1\n");
+}
+#endif
+
+TEST_F(Shell, addressesAreCompletedForTheCommandLineShells)
+{
+  EXPECT_EQ(run("complete-address " + m_file + " B").out, "BOARD[2]\nBOARD[3]\n");
+  EXPECT_EQ(run("complete-address " + m_file + " BOARD[2]").out,
+            "BOARD[2]/CPU\nBOARD[2]/SIZE\nBOARD[2]/OFFSET\nBOARD[2]/VOLTAGE_MAX\n");
+  EXPECT_EQ(run("complete-address '' VOLTAGE_UPPER_MA").out, "VOLTAGE_UPPER_MAX\n");
+  const Outcome unreadable = run("complete-address " + path("missing") + " B");
+  EXPECT_EQ(unreadable.out, "");
+  EXPECT_EQ(unreadable.err, "");
+}
+}    // namespace
