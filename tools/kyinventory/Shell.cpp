@@ -268,11 +268,12 @@ int Shell::diff(const Words&)
   Output out;
   for (const KyNInventoryKit::Change& change : difference.changes())
   {
+    if (change.kind == KyNInventoryKit::ChangeKind::MOVED) continue;    // no content
     const bool isAdded = change.kind == KyNInventoryKit::ChangeKind::ADDED;
     const bool isRemoved = change.kind == KyNInventoryKit::ChangeKind::REMOVED;
     const Style style = isAdded ? Style::ADDED : isRemoved ? Style::REMOVED : Style::CHANGED;
     const std::string text = KyNInventoryKit::changeText(change);
-    out.text(isAdded ? "+ " : isRemoved ? "- " : "* ", style).data(difference.addressOf(change), style);
+    out.text(isAdded ? "+ " : isRemoved ? "- " : "~ ", style).data(difference.addressOf(change), style);
     out.text(text.empty() ? "" : "  ").data(text).text("\n");
     if (out.hasFailed()) break;
   }

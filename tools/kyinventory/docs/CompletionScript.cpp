@@ -306,7 +306,7 @@ function __kyinventory_arguments
     string match -q -- '-?*' $word; or set -a found $word
   end
   set -e found[1]
-  printf '%s\n' $found
+  string join \n -- $found
 end
 
 # Whether the cursor is at an argument, counted from 0, or (more) behind it.
