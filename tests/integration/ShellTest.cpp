@@ -226,7 +226,7 @@ TEST_F(Shell, diffShowsWhatDiffersFromTheStoredTree)
 {
   const Outcome outcome = carryOut("diff; set BOARD[2]/SIZE=2; set CPU/COUNT=1 --create Int8; diff; save; diff");
   EXPECT_EQ(outcome.exitCode, 0);
-  EXPECT_EQ(outcome.out, "~ BOARD[2]/SIZE  1 -> 2\n+ CPU/COUNT  Int8 1\n");
+  EXPECT_EQ(outcome.out, "~ BOARD[2]/SIZE  1 -> 2\n+ CPU/COUNT  Int8 1, modifiable\n");
 }
 #endif
 

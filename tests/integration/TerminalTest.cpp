@@ -222,7 +222,6 @@ TEST_F(SlowReading, progressIsTakenAwayBeforeAMessage)
   terminal.waitFor("... 1 s");
   std::ofstream(path("slow")) << "nothing";
   EXPECT_EQ(terminal.waitForEnd(), 3);
-  const std::string line = "\r" + std::string(("reading " + path("slow") + " ... 1 s").size(), ' ') + "\r";
   const std::string output = terminal.output();
   EXPECT_NE(output.find(" kyinventory: " + path("slow") + " holds no inventory section"), std::string::npos) << output;
 }

@@ -27,8 +27,9 @@ public:
     ::el_set(m_edit, EL_PROMPT, &Editor::promptOf);
     ::el_set(m_edit, EL_EDITOR, "emacs");
     ::el_set(m_edit, EL_HIST, ::history, m_history);
-    ::el_set(m_edit, EL_ADDFN, "ky-complete", "Complete the word", &Editor::completeWord);
-    ::el_set(m_edit, EL_ADDFN, "ky-cancel", "Give the line up", &Editor::cancelLine);
+    // The narrow form would make copies of the texts that nobody frees.
+    ::el_wset(m_edit, EL_ADDFN, L"ky-complete", L"Complete the word", &Editor::completeWord);
+    ::el_wset(m_edit, EL_ADDFN, L"ky-cancel", L"Give the line up", &Editor::cancelLine);
     ::el_source(m_edit, nullptr);    // the user's own settings
     ::el_set(m_edit, EL_BIND, "^I", "ky-complete", nullptr);
     ::el_set(m_edit, EL_SETTY, "-d", "-isig", nullptr);    // the key gives the line up; a signal would give up all

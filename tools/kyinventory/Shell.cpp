@@ -264,7 +264,11 @@ int Shell::diff(const Words&)
   KyCErrorListPool pool;
   const TreePointer stored = m_session.stored(pool);
   if (!stored) return told(pool, m_session.path());
-  const KyNInventoryKit::Difference difference = KyNInventoryKit::compareTrees(*stored, m_session.root());
+  KyNInventoryKit::Difference difference;
+  {
+    const Progress progress("comparing");
+    difference = KyNInventoryKit::compareTrees(*stored, m_session.root());
+  }
   Output out;
   for (const KyNInventoryKit::Change& change : difference.changes())
   {
