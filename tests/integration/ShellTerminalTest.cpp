@@ -179,6 +179,25 @@ TEST_F(ShellAtTerminal, longOutputGoesThroughThePagerAndTheSessionGoesOn)
   EXPECT_EQ(terminal.waitForEnd(), 0);
 }
 
+TEST_F(ShellAtTerminal, saveDoesNotWriteOverWhatSomeoneElseHasStored)
+{
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("set BOARD[2]/SIZE=5\n");
+  terminal.waitFor(" *> ");
+  store("rack.kyinv", "ROOT/BOARD[2] SIZE=9");
+  terminal.type("save\n");
+  terminal.waitFor("kyinventory: " + m_file +
+                   " has been changed by someone else since it was read. (0x1503005, save)\r\n");
+  terminal.waitFor(" *> ");
+  EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "9\n");
+  terminal.type("save --force\n");
+  terminal.waitFor("rack.kyinv:/> ");
+  terminal.type("quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "5\n");
+}
+
 TEST_F(ShellAtTerminal, theNameOfTheFileCannotSteerTheTerminal)
 {
   fs::copy_file(m_file, path("a\x1B[31mb"));
