@@ -23,7 +23,7 @@ TreePointer readTreeFile(const std::string& path)
   KyCErrorListPool pool;
   TreePointer tree;
   {
-    const Progress progress("reading " + path);
+    const Progress progress("reading " + (path == "-" ? "standard input" : path));
     tree = KyNInventoryKit::readTree(pool, path);
   }
   complainAbout(path, pool);
@@ -63,7 +63,7 @@ int storeTree(const std::string& input, KyCInventoryItem& tree, const TargetOpti
 {
   KyCErrorListPool pool;
   const std::string& path = target.output.empty() ? input : target.output;
-  const Progress progress("storing " + path);
+  const Progress progress("storing " + (path == "-" ? "standard output" : path));
   const bool isDone = target.output.empty() ? KyNInventoryKit::replaceTree(pool, path, tree)
                                             : KyNInventoryKit::writeTree(pool, path, tree, overwriteOf(target));
   return told(pool, path, isDone);
@@ -74,7 +74,7 @@ int storeBytes(const std::string& input, const std::string& bytes, const TargetO
   KyCErrorListPool pool;
   const bool isInPlace = target.output.empty();
   const std::string& path = isInPlace ? input : target.output;
-  const Progress progress("storing " + path);
+  const Progress progress("storing " + (path == "-" ? "standard output" : path));
   const bool isDone = KyNInventoryKit::writeBytes(pool, path, bytes, isInPlace ? Overwrite::YES : overwriteOf(target));
   return told(pool, path, isDone);
 }
