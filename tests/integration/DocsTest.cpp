@@ -1,4 +1,5 @@
 // Help, man pages and completions say the same: what the command line knows stands in each of them.
+#include <algorithm>
 #include <filesystem>
 
 #include "Program.h"
@@ -65,18 +66,22 @@ protected:
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
-std::string plain(std::string roff)
+// The text of a man page without roff's escapes.
+std::string plain(const std::string& roff)
 {
-  for (const char* const mark : {"\\fB", "\\fI", "\\fR"})
-    for (std::size_t at = roff.find(mark); at != roff.npos; at = roff.find(mark))
-      roff.erase(at, 3);
-  for (std::size_t at = roff.find("\\-"); at != roff.npos; at = roff.find("\\-", at))
-    roff.erase(at, 1);
-  for (std::size_t at = roff.find("\\e"); at != roff.npos; at = roff.find("\\e", at + 1))
-    roff.erase(at + 1, 1);
-  for (std::size_t at = roff.find("\\(aq"); at != roff.npos; at = roff.find("\\(aq", at))
-    roff.replace(at, 4, "'");
-  return roff;
+  const std::pair<std::string, std::string> escapes[] = {{"\\fB", ""},   {"\\fI", ""},   {"\\fR", ""},   {"\\&", ""},
+                                                         {"\\-", "-"},   {"\\(aq", "'"}, {"\\(ti", "~"}, {"\\(ha", "^"},
+                                                         {"\\(ga", "`"}, {"\\e", "\\"}};
+  std::string text;
+  for (std::size_t n = 0; n < roff.size();)
+  {
+    const auto isHere = [&](const auto& escape) { return roff.compare(n, escape.first.size(), escape.first) == 0; };
+    const auto* const escape = std::find_if(std::begin(escapes), std::end(escapes), isHere);
+    const bool isEscape = escape != std::end(escapes);
+    text += isEscape ? escape->second : std::string(1, roff[n]);
+    n += isEscape ? escape->first.size() : 1;
+  }
+  return text;
 }
 
 TEST_F(Docs, everySubCommandStandsInHelpManPagesAndCompletions)
@@ -147,7 +152,7 @@ TEST_F(Docs, everySubCommandHasDetailsAndExamplesInHelpAndManPage)
     EXPECT_FALSE(manual.details.empty()) << name;
     EXPECT_FALSE(manual.examples.empty()) << name;
     for (const std::string& paragraph : paragraphsOf(manual.details))
-      EXPECT_TRUE(contains(man, paragraph.substr(0, paragraph.find_first_of("\n\\")))) << name << ": " << paragraph;
+      EXPECT_TRUE(contains(man, paragraph)) << name << ": " << paragraph;
     for (const Manual::Example& example : manual.examples)
     {
       EXPECT_EQ(example.command.rfind("kyinventory " + name, 0), 0u) << example.command;
