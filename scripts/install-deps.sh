@@ -5,16 +5,15 @@ usage='usage: scripts/install-deps.sh [--ci]
 Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
 all are there. As another user than root it prints the command to run and exits with 1.
 
-  --ci    also what only the continuous integration uses: git, clang, clang-format, valgrind, python3-jsonschema'
   --ci    also what only the continuous integration uses: git, clang, clang-format, valgrind,
-          and groff, zsh and fish, which read man pages and completions'
+          python3-jsonschema, and groff, zsh and fish, which read man pages and completions'
 set -eu
 
 packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev nlohmann-json3-dev libpugixml-dev libedit-dev'
 case "${1-}" in
   '') ;;
-  --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind python3-jsonschema" ;;
-  --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind groff-base zsh fish" ;;
+  --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind python3-jsonschema
+    groff-base zsh fish" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;
   *) printf '%s\n' "$usage" >&2; exit 2 ;;
 esac

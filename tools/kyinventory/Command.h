@@ -47,6 +47,7 @@ struct Manual
 void addAnonymizeCommand(CLI::App& program, int& exitCode);
 void addAppendCommand(CLI::App& program, int& exitCode);
 void addCheckCommand(CLI::App& program, int& exitCode);
+void addCompleteAddressCommand(CLI::App& program, int& exitCode);
 void addDiffCommand(CLI::App& program, int& exitCode);
 void addExplainCommand(CLI::App& program, int& exitCode);
 void addExportCommand(CLI::App& program, int& exitCode);
@@ -56,7 +57,6 @@ void addGetCommand(CLI::App& program, int& exitCode);
 void addIdsCommand(CLI::App& program, int& exitCode);
 void addImportCommand(CLI::App& program, int& exitCode);
 void addInspectCommand(CLI::App& program, int& exitCode);
-void addCompleteAddressCommand(CLI::App& program, int& exitCode);
 void addMergeCommand(CLI::App& program, int& exitCode);
 void addPatchCommand(CLI::App& program, int& exitCode);
 void addRemoveCommand(CLI::App& program, int& exitCode);

@@ -16,6 +16,7 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addGetCommand,
     addFindCommand,
     addSetCommand,
+    addRemoveCommand,
     addRenameCommand,
     addMergeCommand,
     addDiffCommand,
@@ -30,9 +31,9 @@ constexpr void (*s_commands[])(CLI::App&, int&) = {
     addStripCommand,
     addIdsCommand,
     addExplainCommand,
+    addShellCommand,
     addWatchCommand,
-    addRemoveCommand,
-    addScanCommand, addShowCommand, addMergeCommand, addShellCommand, addCompleteAddressCommand,
+    addCompleteAddressCommand,
 };
 // clang-format on
 

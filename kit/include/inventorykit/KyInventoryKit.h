@@ -15,7 +15,7 @@
 #include "inventorykit/KyLookUp.h"
 #include "inventorykit/KyPatch.h"
 #include "inventorykit/KySectionFile.h"
-#include "inventorykit/KyStreamReader.h"
 #include "inventorykit/KySession.h"
+#include "inventorykit/KyStreamReader.h"
 #include "inventorykit/KyTree.h"
 #include "inventorykit/KyValueText.h"
