@@ -201,7 +201,6 @@ TEST_F(Shell, helpListsEveryCommand)
     EXPECT_NE(("\n" + outcome.out).find(std::string("\n") + command), std::string::npos) << command;
 }
 
-#if __has_include("inventorykit/KyFind.h")
 TEST_F(Shell, findListsAddressesBelowTheCurrentItem)
 {
   EXPECT_EQ(carryOut("find *").out, "/NAME\n/BOARD[2]\n/BOARD[3]\n/CPU\n");
@@ -210,16 +209,13 @@ TEST_F(Shell, findListsAddressesBelowTheCurrentItem)
   EXPECT_EQ(carryOut("find A[").exitCode, 2);
   EXPECT_EQ(carryOut("find * --where").exitCode, 2);
 }
-#endif
 
-#if __has_include("inventorykit/KyDiff.h")
 TEST_F(Shell, diffShowsWhatDiffersFromTheStoredTree)
 {
   const Outcome outcome = carryOut("diff; set BOARD[2]/SIZE=2; set CPU/COUNT=1 --create Int8; diff; save; diff");
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.out, "~ BOARD[2]/SIZE  1 -> 2\n+ CPU/COUNT  Int8 1, modifiable\n");
 }
-#endif
 
 TEST_F(Shell, addressesAreCompletedForTheCommandLineShells)
 {

@@ -8,13 +8,9 @@
 #include "Progress.h"
 #include "Terminal.h"
 #include "inventorykit/KyAddressText.h"
-#include "inventorykit/KyValueText.h"
-#if __has_include("inventorykit/KyDiff.h")
 #include "inventorykit/KyDiff.h"
-#endif
-#if __has_include("inventorykit/KyFind.h")
 #include "inventorykit/KyFind.h"
-#endif
+#include "inventorykit/KyValueText.h"
 
 using KyNInventoryKit::Session;
 
@@ -230,7 +226,6 @@ int Shell::quit(const Words& words)
   return EXIT_OK;
 }
 
-#if __has_include("inventorykit/KyFind.h")
 int Shell::find(const Words& words)
 {
   if (words.size() != 2 && (words.size() != 4 || words[2] != "--where"))
@@ -254,11 +249,7 @@ int Shell::find(const Words& words)
   }
   return out.finish(nodes.empty() ? EXIT_NO : EXIT_OK);
 }
-#else
-int Shell::find(const Words&) { return wrongUsage("this build cannot search"); }
-#endif
 
-#if __has_include("inventorykit/KyDiff.h")
 int Shell::diff(const Words&)
 {
   KyCErrorListPool pool;
@@ -283,9 +274,6 @@ int Shell::diff(const Words&)
   }
   return out.finish(EXIT_OK);
 }
-#else
-int Shell::diff(const Words&) { return wrongUsage("this build cannot compare"); }
-#endif
 
 std::vector<std::string> Shell::complete(const std::string& line, std::size_t& wordBegin)
 {
