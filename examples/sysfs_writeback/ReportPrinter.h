@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "Printable.h"
 #include "errorhandling/KyCErrorManager.h"
 
 // Is the error manager's listener for as long as it lives.
@@ -19,7 +20,7 @@ public:
 
   void onError(const KyErrorEntry& entry) override
   {
-    std::fprintf(m_stream, "0x%X %s: %s\n", entry.code, entry.function, entry.text);
+    std::fprintf(m_stream, "0x%X %s: %s\n", entry.code, entry.function, printable(entry.text).c_str());
   }
   void onWarning(const KyErrorEntry& entry) override { onError(entry); }
 

@@ -10,6 +10,7 @@
 #include "AttributeFile.h"
 #include "Messages.h"
 #include "Methods.h"
+#include "Printable.h"
 #include "inventory/KyNInventoryIDs.h"
 
 namespace fs = std::filesystem;
@@ -164,9 +165,10 @@ std::string lineOf(const KyCInventoryParameter& parameter, const AttributeFile* 
   KyCErrorListPool pool;
   const bool isText = parameter.getType() == KyCParam::TYPE_STRING;
   std::string line = column(parameter.getAddress().toString().c_str(), 28);
-  line += column(isText ? valuesOf<KyCString>(pool, parameter) : valuesOf<unsigned int>(pool, parameter), 26);
+  line +=
+      column(printable(isText ? valuesOf<KyCString>(pool, parameter) : valuesOf<unsigned int>(pool, parameter)), 26);
   if (file == nullptr) return line.erase(line.find_last_not_of(' ') + 1);
-  return line + (parameter.getWriteMethod() != nullptr ? "settable  " : "read-only ") + file->shown;
+  return line + (parameter.getWriteMethod() != nullptr ? "settable  " : "read-only ") + printable(file->shown);
 }
 }    // namespace
 

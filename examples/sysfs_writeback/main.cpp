@@ -6,6 +6,7 @@
 
 #include "Demo.h"
 #include "Messages.h"
+#include "Printable.h"
 #include "ReportPrinter.h"
 #include "SysfsTree.h"
 
@@ -50,7 +51,7 @@ int showAndSet(const std::string& directory, const std::vector<std::string>& wis
   std::error_code error;
   if (!std::filesystem::is_directory(directory, error))
   {
-    std::fprintf(stderr, "sysfs_writeback: %s: %s\n", directory.c_str(),
+    std::fprintf(stderr, "sysfs_writeback: %s: %s\n", printable(directory).c_str(),
                  error ? error.message().c_str() : "no directory");
     return EXIT_INPUT;
   }
@@ -59,7 +60,8 @@ int showAndSet(const std::string& directory, const std::vector<std::string>& wis
   SysfsTree tree(pool, directory);
   if (tree.root().getFirstSubItem() == nullptr)
   {
-    std::fprintf(stderr, "sysfs_writeback: %s: no LED, fan, GPIO line or processor in it\n", directory.c_str());
+    std::fprintf(stderr, "sysfs_writeback: %s: no LED, fan, GPIO line or processor in it\n",
+                 printable(directory).c_str());
     return EXIT_INPUT;
   }
   setValues(pool, tree, wishes);
@@ -84,7 +86,7 @@ int run(const std::vector<std::string>& arguments)
   for (const std::string& wish : wishes)
   {
     if (wish.find('=') != std::string::npos) continue;
-    std::fprintf(stderr, "sysfs_writeback: %s: not ADDRESS=VALUE\n%s", wish.c_str(), s_usage);
+    std::fprintf(stderr, "sysfs_writeback: %s: not ADDRESS=VALUE\n%s", printable(wish).c_str(), s_usage);
     return EXIT_USAGE;
   }
   if (arguments[0].empty() || arguments[0][0] == '-')
