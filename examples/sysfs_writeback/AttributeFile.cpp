@@ -13,11 +13,15 @@
 
 namespace
 {
-// A file descriptor that closes itself.
+// A file descriptor that closes itself. It waits for nobody: a FIFO in an attribute's place has nothing to read, or is
+// refused where nobody reads it.
 class OpenFile
 {
 public:
-  OpenFile(const std::string& path, int flags) : m_descriptor(open(path.c_str(), flags | O_CLOEXEC)) {}
+  OpenFile(const std::string& path, int flags)
+      : m_descriptor(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
+  {
+  }
   ~OpenFile()
   {
     if (m_descriptor >= 0) close(m_descriptor);
