@@ -1,13 +1,16 @@
 // The whole cycle on a made-up sysfs.
 #include "Demo.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <system_error>
 
+#include "EndSignals.h"
 #include "ReportPrinter.h"
 #include "SysfsTree.h"
 
@@ -69,7 +72,15 @@ const Content s_machine[] = {
     {"devices/system/cpu/cpufreq/policy0/scaling_available_governors", "performance powersave"},
 };
 
-void write(const fs::path& path, const char* value) { std::ofstream(path) << value << '\n'; }
+void write(const fs::path& path, const char* value)
+{
+  errno = 0;
+  std::ofstream file(path);
+  file << value << '\n';
+  file.close();
+  if (file) return;
+  throw fs::filesystem_error("cannot write", path, {errno != 0 ? errno : EIO, std::generic_category()});
+}
 
 void makeMachine(const fs::path& directory)
 {
@@ -168,6 +179,7 @@ void runCycle(const std::string& directory)
 
 bool runDemo()
 {
+  const EndSignals signals;    // before the directory, so that a signal waits until that is removed
   const TemporaryDirectory directory;
   if (directory.path().empty())
   {

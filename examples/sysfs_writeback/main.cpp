@@ -1,4 +1,6 @@
 // sysfs_writeback: attribute files as the parameters of an inventory tree, looked at and set.
+#include <signal.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -100,6 +102,9 @@ int run(const std::vector<std::string>& arguments)
 
 int main(int argc, char** argv)
 {
+  // What cannot be written is a failure to be told, and no reason to leave things behind.
+  signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
   const MessageTable messages;
   const int exitCode = run(std::vector<std::string>(argv + 1, argv + argc));
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return exitCode;
