@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
 #include <system_error>
 
@@ -190,6 +191,13 @@ bool isLinkDown(const KyHostSources& sources, const KyCInventoryItem& interface)
   return status.value && !(*status.value == KyCString("up"));
 }
 
+// Whether the kernel does not tell a file's value now: there is no link, or the driver has no such question, which is
+// the same error number as of an interface that is switched off.
+bool isUntold(const KyFileText& file, const KyHostSources& sources, const KyCInventoryItem& interface)
+{
+  return file.error == EINVAL || (file.error != 0 && isLinkDown(sources, interface));
+}
+
 // 0: there is no link, or the driver does not know its speed.
 KyNumberReading readLinkSpeed(const KyHostSources& sources, const KyCInventoryItem& interface)
 {
@@ -197,7 +205,7 @@ KyNumberReading readLinkSpeed(const KyHostSources& sources, const KyCInventoryIt
   const KyFileText file = readInterfaceFile(sources, interface, "speed");
   KyNumber speed = file.error == 0 ? KyNHostText::toNumber(file.text) : std::nullopt;
   const bool isUnknown = speed == unknownSpeed || KyNHostText::clean(file.text) == "-1";
-  if (isUnknown || (file.error != 0 && isLinkDown(sources, interface))) speed = 0;
+  if (isUnknown || isUntold(file, sources, interface)) speed = 0;
   return readingOf(file, speed);
 }
 
@@ -208,7 +216,7 @@ KyReading<KyCString> readDuplex(const KyHostSources& sources, const KyCInventory
   const std::string mode = KyNHostText::clean(file.text);
   if (file.error == 0 && (mode == "full" || mode == "half" || mode == unknown))
     return readingOf<KyCString>(file, KyCString(mode.c_str()));
-  if (file.error != 0 && isLinkDown(sources, interface)) return readingOf<KyCString>(file, KyCString(unknown));
+  if (isUntold(file, sources, interface)) return readingOf<KyCString>(file, KyCString(unknown));
   return readingOf<KyCString>(file, std::nullopt);
 }
 
@@ -339,6 +347,13 @@ std::optional<KyCString> told(const KyReading<KyCString>& reading)
 {
   return reading.value && !KyNHostText::told(reading.value->c_str()).empty() ? reading.value : std::nullopt;
 }
+
+// Whether the interface has the file and may tell more by it once there is a link.
+bool isForLater(const KyHostSources& sources, const KyCInventoryItem& interface, const char* file)
+{
+  const std::optional<KyCString> status = told(readLinkStatus(sources, interface));
+  return status && !(*status == KyCString("up")) && readInterfaceFile(sources, interface, file).error != ENOENT;
+}
 }    // namespace
 
 void addLiveAvailableMemory(const KyHostScan& scan)
@@ -367,9 +382,13 @@ void addLiveLink(const KyHostScan& scan, KyCInventoryItem& interface)
   if (scan.sources == nullptr) return;
   addLive(scan, interface, KyNInventoryIDs::STATUS, told(readLinkStatus(*scan.sources, interface)), "",
           updateLinkStatus);
-  addLive(scan, interface, KyNInventoryIDs::SPEED, nonZero(readLinkSpeed(*scan.sources, interface)), "Mbit/s",
-          updateLinkSpeed);
-  addLive(scan, interface, KyNInventoryIDs::DUPLEX, told(readDuplex(*scan.sources, interface)), "", updateDuplex);
+  // Where there is no link yet, the two are there as the update would leave them, so that it shows when there is one.
+  const KyNumberReading speed = readLinkSpeed(*scan.sources, interface);
+  addLive(scan, interface, KyNInventoryIDs::SPEED,
+          isForLater(*scan.sources, interface, "speed") ? speed.value : nonZero(speed), "Mbit/s", updateLinkSpeed);
+  const KyReading<KyCString> duplex = readDuplex(*scan.sources, interface);
+  addLive(scan, interface, KyNInventoryIDs::DUPLEX,
+          isForLater(*scan.sources, interface, "duplex") ? duplex.value : told(duplex), "", updateDuplex);
 }
 
 bool addLiveTemperature(const KyHostScan& scan, const KyCInventoryAddress& id, const std::string& name,

@@ -272,6 +272,91 @@ TEST_F(KyLiveValues, aLinkThatGoesDownIsAStateAndNoFailure)
   EXPECT_EQ(linesOf(*tree, "NETWORK/INTERFACE/"), down);
 }
 
+TEST_F(KyLiveValues, aLinkWithoutCarrierAtTheScanShowsWhenTheCableIsPluggedIn)
+{
+  for (const char* const state : {"down\n", "lowerlayerdown\n", "dormant\n"})
+  {
+    writeEth0(state, "-1\n", "unknown\n");
+    scan();
+    EXPECT_TRUE(hasLine(*tree, "NETWORK/INTERFACE/SPEED ULong64 0 Mbit/s")) << state;
+    EXPECT_TRUE(hasLine(*tree, "NETWORK/INTERFACE/DUPLEX String \"unknown\"")) << state;
+    EXPECT_EQ(countOfLiveValues(*tree), 3u) << state;
+    writeEth0("up\n", "1000\n", "full\n");
+    update();
+    EXPECT_NO_REPORTS(pool);
+    EXPECT_TRUE(hasLine(*tree, "NETWORK/INTERFACE/STATUS String \"up\"")) << state;
+    EXPECT_TRUE(hasLine(*tree, "NETWORK/INTERFACE/SPEED ULong64 1000 Mbit/s")) << state;
+    EXPECT_TRUE(hasLine(*tree, "NETWORK/INTERFACE/DUPLEX String \"full\"")) << state;
+  }
+}
+
+TEST_F(KyLiveValues, anInterfaceThatIsSwitchedOffAtTheScanShowsWhenItIsSwitchedOn)
+{
+  writeEth0("down\n", "", "");
+  for (const char* const file : {"speed", "duplex"})    // are there, and refuse to be read
+  {
+    machine.remove(ETH0 + std::string(file));
+    machine.write(ETH0 + std::string(file) + "/x", "");
+  }
+  scan();
+  const Lines down = {"NETWORK/INTERFACE/NAME String \"eth0\"", "NETWORK/INTERFACE/STATUS String \"down\"",
+                      "NETWORK/INTERFACE/SPEED ULong64 0 Mbit/s", "NETWORK/INTERFACE/DUPLEX String \"unknown\""};
+  EXPECT_EQ(linesOf(*tree, "NETWORK/INTERFACE/"), down);
+  machine.remove(ETH0 + std::string("speed"));
+  machine.remove(ETH0 + std::string("duplex"));
+  writeEth0("up\n", "100\n", "half\n");
+  update();
+  EXPECT_NO_REPORTS(pool);
+  EXPECT_TRUE(hasLine(*tree, "NETWORK/INTERFACE/SPEED ULong64 100 Mbit/s"));
+  EXPECT_TRUE(hasLine(*tree, "NETWORK/INTERFACE/DUPLEX String \"half\""));
+}
+
+TEST_F(KyLiveValues, aLinkWithoutCarrierHasNoSpeedOrDuplexWithoutTheirFiles)
+{
+  writeEth0("down\n", "-1\n", "unknown\n");
+  machine.remove(ETH0 + std::string("speed"));
+  scan();
+  const Lines withoutSpeed = {"NETWORK/INTERFACE/NAME String \"eth0\"", "NETWORK/INTERFACE/STATUS String \"down\"",
+                              "NETWORK/INTERFACE/DUPLEX String \"unknown\""};
+  EXPECT_EQ(linesOf(*tree, "NETWORK/INTERFACE/"), withoutSpeed);
+  machine.remove(ETH0 + std::string("duplex"));
+  scan();
+  const Lines withoutBoth = {"NETWORK/INTERFACE/NAME String \"eth0\"", "NETWORK/INTERFACE/STATUS String \"down\""};
+  EXPECT_EQ(linesOf(*tree, "NETWORK/INTERFACE/"), withoutBoth);
+}
+
+TEST_F(KyLiveValues, aLinkThatIsUpOrOfUnknownStateHasNoSpeedThatIsNotTold)
+{
+  for (const char* const state : {"up\n", "unknown\n", "odd\n"})
+  {
+    writeEth0(state, "-1\n", "unknown\n");
+    scan();
+    EXPECT_EQ(linesOf(*tree, "NETWORK/INTERFACE/SPEED"), Lines{}) << state;
+    EXPECT_EQ(linesOf(*tree, "NETWORK/INTERFACE/DUPLEX"), Lines{}) << state;
+  }
+}
+
+// The kernel answers EINVAL for drivers that have no such question, as it does for interfaces that are switched off.
+TEST_F(KyLiveValues, aDriverThatIsNeverAskedForTheSpeedGivesZeroWhenTheLinkGoesUp)
+{
+  const char* const refused = "/sys/class/net/lo/speed";
+  std::string text;
+  if (KyHostSources::readFile(refused, KyHostSources::MAX_FILE, text) != EINVAL) GTEST_SKIP() << "no file that refuses";
+  writeEth0("down\n", "", "");
+  for (const char* const file : {"speed", "duplex"})
+  {
+    machine.remove(ETH0 + std::string(file));
+    std::filesystem::create_symlink(refused, machine.path(ETH0 + std::string(file)));
+  }
+  scan();
+  machine.write(std::string(ETH0) + "operstate", "up\n");
+  update();
+  EXPECT_NO_REPORTS(pool);
+  const Lines expected = {"NETWORK/INTERFACE/NAME String \"eth0\"", "NETWORK/INTERFACE/STATUS String \"up\"",
+                          "NETWORK/INTERFACE/SPEED ULong64 0 Mbit/s", "NETWORK/INTERFACE/DUPLEX String \"unknown\""};
+  EXPECT_EQ(linesOf(*tree, "NETWORK/INTERFACE/"), expected);
+}
+
 TEST_F(KyLiveValues, aDriverThatKnowsNoSpeedGivesZero)
 {
   writeEth0("up\n", "1000\n", "full\n");

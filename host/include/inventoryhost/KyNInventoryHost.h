@@ -28,7 +28,8 @@ namespace KyNInventoryHost
 // of network links, temperatures, the time since the start. The walk's context is not used. Types and units stay as they
 // are, and no parameter comes or goes. A value that cannot be read stays as it is and is reported as 0x1400007 (the file
 // cannot be read or holds something else; functions "update..."), in front of the walk's own 0x1300807. A link that
-// goes down is no failure. Stored and copied trees hold the values without the methods.
+// goes down is no failure: its speed is 0 and its duplex mode "unknown" then, as with a link that is not up at the scan.
+// Stored and copied trees hold the values without the methods.
 //
 // Result:     the root of the new tree; null on failure.
 // Errors:     0x1400004  hwloc cannot find out the topology
