@@ -371,9 +371,10 @@ TEST_F(Tool, watchEndsWithExitCode0WhenInterrupted)
   {
     const std::string out = path("watched.txt");
     // The first line tells that it watches: only then the signal is sent.
-    const std::string script = std::string("rm -f ") + out + "; env --default-signal=INT " + KY_TOOL +
-                               " watch --initial --count 1 --interval 30 >" + out + " & n=0; until [ -s " + out +
-                               " ] || [ $n = 600 ]; do sleep 0.1; n=$((n+1)); done; kill -" + signal + " $!; wait $!";
+    const std::string script = std::string("rm -f ") + out +
+                               "; timeout --foreground -s KILL 60 env --default-signal=INT " + KY_TOOL +
+                               " watch --initial --interval 86400 >" + out + " & n=0; until [ -s " + out +
+                               " ] || [ $n = 500 ]; do sleep 0.1; n=$((n+1)); done; kill -" + signal + " $!; wait $!";
     const int status = std::system(("bash -c '" + script + "'").c_str());
     EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 0) << signal;
     EXPECT_NE(contentOf(out).find("OS_INFO/TIMER"), std::string::npos) << signal;
