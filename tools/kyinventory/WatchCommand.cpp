@@ -1,5 +1,6 @@
 // kyinventory watch: shows how the live values of this machine change.
 #include "Command.h"
+#include "Numbers.h"
 #include "Terminal.h"
 #ifdef KY_HAVE_HOST
 #include <poll.h>
@@ -15,17 +16,19 @@
 #include "inventoryhost/KyNInventoryHost.h"
 #endif
 #include <charconv>
+#include <optional>
 #include <string>
 
 namespace
 {
 constexpr double shortestInterval = 0.01;    // seconds
 constexpr double longestInterval = 86400;
+constexpr unsigned int mostRounds = 1000000000;
 
 struct WatchArguments
 {
   std::string interval = "1";
-  unsigned int count = 0;    // rounds; 0: for ever
+  std::string count;    // rounds; empty: for ever
   bool initial = false;
 };
 
@@ -195,7 +198,8 @@ int watch(const WatchArguments& arguments)
   const auto interval = std::chrono::duration_cast<std::chrono::steady_clock::duration>(
       std::chrono::duration<double>(parseInterval(arguments.interval)));
   SteadyTime next = std::chrono::steady_clock::now();
-  for (unsigned int round = 0; arguments.count == 0 || round < arguments.count; round += arguments.count != 0 ? 1 : 0)
+  const std::optional<unsigned int> count = parseWholeNumber(arguments.count, 1, mostRounds);
+  for (unsigned int round = 0; !count || round < *count; round += count ? 1 : 0)
   {
     // Rounds that were missed (a stopped program, a stuck output) are not made up for.
     next = std::max(next + interval, std::chrono::steady_clock::now());
@@ -219,21 +223,13 @@ void addWatchCommand(CLI::App& program, int& exitCode)
       [](const std::string& text)
       { return std::string(parseInterval(text) < 0 ? "must be a number of seconds from 0.01 to 86400" : ""); },
       "SECONDS");
-  const CLI::Validator count(
-      [](const std::string& text)
-      {
-        unsigned int number = 0;
-        const char* const last = text.data() + text.size();
-        const auto [end, error] = std::from_chars(text.data(), last, number);
-        const bool isCount = error == std::errc() && end == last && number >= 1 && number <= 1000000000;
-        return std::string(isCount ? "" : "must be a whole number from 1 to 1000000000");
-      },
-      "");
   auto arguments = std::make_shared<WatchArguments>();
   CLI::App* command = program.add_subcommand("watch", "Show how values of this machine change while it runs");
   command->add_option("--interval", arguments->interval, "Seconds from round to round, 0.01 to 86400; default: 1")
       ->check(interval);
-  command->add_option("--count", arguments->count, "Rounds; default: until interrupted")->check(count);
+  command->add_option("--count", arguments->count, "Rounds; default: until interrupted")
+      ->check(wholeNumber(1, mostRounds))
+      ->type_name("UINT");
   command->add_flag("--initial", arguments->initial, "Print all values that can change first");
   command->callback([arguments, &exitCode]() { exitCode = watch(*arguments); });
 }
