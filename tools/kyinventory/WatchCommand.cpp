@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <ctime>
 
@@ -47,22 +48,30 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 
 volatile sig_atomic_t s_isToEnd = 0;
 
-void askForEnd(int) { s_isToEnd = 1; }
-
-// Lets SIGINT and SIGTERM end the program after the current round. A second one ends it at once, in case the output is
-// stuck. A signal that whoever started the program has it ignore stays ignored.
-void catchSignals()
+// Changes what SIGINT and SIGTERM do. A signal that whoever started the program has it ignore stays ignored. May be
+// called by a signal's handler.
+void setSignals(void (*handler)(int))
 {
+  struct sigaction action = {};
+  action.sa_handler = handler;
+  action.sa_flags = SA_RESTART;
+  sigemptyset(&action.sa_mask);
+  sigaddset(&action.sa_mask, SIGINT);
+  sigaddset(&action.sa_mask, SIGTERM);
   for (const int number : {SIGINT, SIGTERM})
   {
     struct sigaction old = {};
-    if (sigaction(number, nullptr, &old) != 0 || old.sa_handler == SIG_IGN) continue;
-    struct sigaction action = {};
-    action.sa_handler = askForEnd;
-    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
-    sigemptyset(&action.sa_mask);
-    sigaction(number, &action, nullptr);
+    if (sigaction(number, nullptr, &old) == 0 && old.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
   }
+}
+
+// The program ends after the current round; a second signal of either kind ends it at once, in case the output is stuck.
+void askForEnd(int)
+{
+  const int error = errno;
+  s_isToEnd = 1;
+  setSignals(SIG_DFL);
+  errno = error;
 }
 
 // False when the program was asked to end. The signals are let in only while it sleeps, so that none comes between the
@@ -181,7 +190,7 @@ bool printRound(LiveValues& live, Lines& lines)
 
 int watch(const WatchArguments& arguments)
 {
-  catchSignals();
+  setSignals(askForEnd);
   KyCErrorListPool pool;
   const TreePointer tree(KyNInventoryHost::scanMachine(pool));
   complainAbout("this machine", pool);
