@@ -98,9 +98,9 @@ std::vector<LiveValues::Value> LiveValues::values() const
 
 LiveValues::Round LiveValues::update()
 {
-  KyCErrorListPool pool;
-  m_root.updateParameters(pool, &m_root);
   Round round;
+  round.pool = std::make_unique<KyCErrorListPool>();
+  m_root.updateParameters(*round.pool, &m_root);
   for (Entry& entry : m_entries)
   {
     std::string value = textOf(*entry.parameter);
@@ -108,7 +108,7 @@ LiveValues::Round LiveValues::update()
     std::string oldValue = std::exchange(entry.known.value, std::move(value));
     round.changes.push_back({entry.known.address, std::move(oldValue), entry.known.value, entry.known.unit});
   }
-  round.failures = newFailures(pool);
+  round.failures = newFailures(*round.pool);
   return round;
 }
 

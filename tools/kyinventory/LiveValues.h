@@ -1,6 +1,7 @@
 // LiveValues.h: which values of a tree are live, and what became of them since they were last looked at. Prints nothing.
 #pragma once
 
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -33,8 +34,9 @@ public:
   };
   struct Round
   {
-    std::vector<Change> changes;      // in the tree's order
-    std::vector<Failure> failures;    // only of values that could be updated in the round before
+    std::unique_ptr<KyCErrorListPool> pool;    // owns the texts of the failures' reports
+    std::vector<Change> changes;               // in the tree's order
+    std::vector<Failure> failures;             // only of values that could be updated in the round before
   };
 
   explicit LiveValues(KyCInventoryItem& root);
