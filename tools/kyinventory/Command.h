@@ -39,7 +39,7 @@ struct Manual
     std::string command;    // "kyinventory get rack.kyinv BOARD[2]/SIZE"
     std::string meaning;    // "prints the size of the second board"
   };
-  std::string details;    // paragraphs, separated by empty lines
+  std::string details;    // paragraphs, separated by empty lines; one that begins with a blank keeps its lines
   std::vector<Example> examples;
 };
 

@@ -63,7 +63,7 @@ std::string footerOf(const CLI::App& command)
   const Manual& manual = manualOf(command);
   std::string text;
   for (const std::string& paragraph : paragraphsOf(manual.details))
-    text += wrapped(paragraph, "") + "\n";
+    text += (paragraph[0] == ' ' ? paragraph + "\n" : wrapped(paragraph, "")) + "\n";
   if (!manual.examples.empty()) text += "Examples:\n";
   for (const Manual::Example& example : manual.examples)
     text += "  " + example.command + "\n" + wrapped(example.meaning, "      ");

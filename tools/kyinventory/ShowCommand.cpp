@@ -5,6 +5,7 @@
 
 #include "Command.h"
 #include "Files.h"
+#include "Numbers.h"
 #include "SharedView.h"
 #include "Terminal.h"
 #include "TreeText.h"
@@ -18,6 +19,9 @@ constexpr int optionPlain = 0x80;
 constexpr int largestMask = 0x3FFFFF;         // every bit that the dump knows
 constexpr int optionDescriptions = 0x4800;    // of items and parameters
 
+constexpr unsigned int s_mostLevels = 1000000000;
+constexpr unsigned int s_mostIndentation = 1000;
+
 struct ShowArguments
 {
   std::string file;
@@ -25,9 +29,15 @@ struct ShowArguments
   bool plain = false;
   bool shared = false;
   std::string options = "0";
-  int depth = -1;    // levels of sub-items to show; negative: all
-  int indent = 0;
+  std::string depth;    // levels of sub-items to show; empty: all
+  std::string indent = "0";
 };
+
+// Of an option that was checked.
+int numberOf(const std::string& text, unsigned int highest)
+{
+  return static_cast<int>(parseWholeNumber(text, 0, highest).value_or(0));
+}
 
 // Takes away everything more than `depth` levels below the item. The tree is the command's own.
 void cutBelow(KyCInventoryItem& top, int depth)
@@ -88,15 +98,15 @@ int show(const ShowArguments& arguments)
   KyCInventoryItem* item = tree->getItem(address);
   if (item != nullptr)
   {
-    if (arguments.depth >= 0) cutBelow(*item, arguments.depth);
+    if (!arguments.depth.empty()) cutBelow(*item, numberOf(arguments.depth, s_mostLevels));
     Output out;
-    return printTree(out, *item, mask, arguments.indent);
+    return printTree(out, *item, mask, numberOf(arguments.indent, s_mostIndentation));
   }
   const KyCInventoryParameter* parameter = tree->getParameter(address);
   if (parameter != nullptr)
   {
     Output out;
-    return printParameter(out, *parameter, mask, arguments.indent);
+    return printParameter(out, *parameter, mask, numberOf(arguments.indent, s_mostIndentation));
   }
   complain(arguments.file + ": has no item or parameter " + arguments.address);
   return EXIT_NOT_FOUND;
@@ -123,9 +133,11 @@ void addShowCommand(CLI::App& program, int& exitCode)
   command->add_option("--options", arguments->options, "Option mask of the text dump, such as 0xC0000")
       ->check(checkMask, "MASK");
   command->add_option("--depth", arguments->depth, "Levels of sub-items to print; 0: the item alone; default: all")
-      ->check(CLI::NonNegativeNumber);
+      ->check(wholeNumber(0, s_mostLevels))
+      ->type_name("UINT");
   command->add_option("--indent", arguments->indent, "Levels by which everything is indented")
-      ->check(CLI::Range(0, 1000));
+      ->check(wholeNumber(0, s_mostIndentation))
+      ->type_name("UINT");
   setManual(*command,
             {"The text is that of the library's dump, whose options docs/text-dump.md lists. On a terminal, control "
              "characters "

@@ -240,5 +240,25 @@ void addWatchCommand(CLI::App& program, int& exitCode)
       ->check(wholeNumber(1, mostRounds))
       ->type_name("UINT");
   command->add_flag("--initial", arguments->initial, "Print all values that can change first");
+  setManual(
+      *command,
+      {"Takes the inventory of this machine, reads its live values again every SECONDS and prints those that "
+       "changed: available memory, clock frequencies, state, speed and duplex mode of network links, temperatures, "
+       "the time since the start. The first round compares with the inventory as it was taken. SIGINT and SIGTERM "
+       "end it after the current round, with exit code 0; a second signal ends it at once.\n\n"
+       "On a terminal the lines are aligned and begin with the local time. Elsewhere each change is one line of "
+       "five fields separated by tabs: UTC time with milliseconds, address, old value, new value, unit. Control "
+       "characters in values are shown as \\xNN. A value that cannot be read is complained about once, until it can "
+       "be read again. A run on a virtual machine, into a pipe:\n\n"
+       "  $ kyinventory watch --count 3 | cat\n"
+       "  2026-11-21T05:30:06.676Z\tAVAILABLE\t24688963584\t24697106432\tB\n"
+       "  2026-11-21T05:30:06.676Z\tOS_INFO/TIMER\t14042050\t14043050\tms\n"
+       "  2026-11-21T05:30:07.676Z\tAVAILABLE\t24697106432\t24712757248\tB\n"
+       "  2026-11-21T05:30:07.676Z\tOS_INFO/TIMER\t14043050\t14044050\tms\n"
+       "  2026-11-21T05:30:08.676Z\tAVAILABLE\t24712757248\t24728346624\tB\n"
+       "  2026-11-21T05:30:08.676Z\tOS_INFO/TIMER\t14044050\t14045050\tms",
+       {{"kyinventory watch", "shows changes until it is interrupted"},
+        {"kyinventory watch --interval 0.5 --count 10", "watches for five seconds"},
+        {"kyinventory watch --initial --count 1", "prints every live value first"}}});
   command->callback([arguments, &exitCode]() { exitCode = watch(*arguments); });
 }

@@ -59,7 +59,7 @@ std::string description(const CommandRow& row)
 {
   std::string text = ".SH DESCRIPTION\n" + escaped(row.meaning) + (row.meaning.back() == '.' ? "\n" : ".\n");
   for (const std::string& paragraph : paragraphsOf(row.manual.details))
-    text += ".PP\n" + escaped(paragraph) + "\n";
+    text += paragraph[0] == ' ' ? ".PP\n.nf\n" + escaped(paragraph) + "\n.fi\n" : ".PP\n" + escaped(paragraph) + "\n";
   return text;
 }
 
