@@ -23,6 +23,13 @@ function(ky_make_unloadable target)
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 endfunction()
 
+# ky_bind_inside(<target>): calls of a library's own functions are bound, and may be inlined, when it is built; nobody puts
+# functions of another program in their place. Its data stays replaceable, which programs that are not
+# position-independent need.
+function(ky_bind_inside target)
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+endfunction()
+
 # ky_add_shared_library(<target> <alias> SOURCES <file>... [LINK <library>...] [INCLUDE <public folder>])
 # One shared library of the house: versioned, hidden by default, nothing left undefined.
 function(ky_add_shared_library target alias)
@@ -33,6 +40,8 @@ function(ky_add_shared_library target alias)
     PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_compile_features(${target} PUBLIC cxx_std_17)
   ky_make_unloadable(${target})
+  ky_bind_inside(${target})
+  target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
   target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:ky_options>)
   if(NOT KY_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)

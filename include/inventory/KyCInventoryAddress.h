@@ -219,6 +219,7 @@ private:
 
   bool reserve(unsigned int count) noexcept;
   void appendSlow(const KyCInventoryAddress& tail) noexcept;
+  static TElement* newElements(unsigned int count) noexcept;
   static KyCInventoryAddress joined(const TElement* head, unsigned int headLength, const TElement* tail,
                                     unsigned int tailLength) noexcept;
 

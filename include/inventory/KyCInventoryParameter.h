@@ -51,9 +51,10 @@ public:
   //
   // Result:  only a check method's counts: false rejects the pending value.
   // Called:  by KyCInventoryItem's walks check, apply and updateParameters, on the thread that runs the walk, once for
-  //          each parameter concerned. It may change values, and add or remove items and parameters, but neither the
-  //          parameter that it is called for nor the items above it. Among the parameters of one item, the walk goes on
-  //          with the next ordinal number, whatever stands there then.
+  //          each parameter concerned. It may change values, add items and parameters, and detach or delete others. Not
+  //          so its own parameter and the items above it, of which only the lowest, its own item, may be detached: the
+  //          walk then goes on at that one's parent. Among the parameters of one item, the walk goes on with the next
+  //          ordinal number, whatever stands there then.
   typedef bool (*TMethod)(KyCErrorListPool& pool, KyCInventoryItem* context, KyCInventoryParameter* parameter);
 
   // Construction, one constructor for each value type.
@@ -237,8 +238,20 @@ public:
 private:
   friend struct KyInventoryAccess;    // the library's own way to the base class and the fields
 
-  void init(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description, const char* unit,
-            bool modifiable, unsigned int relevance);
+  // The ID, description and flags that the base class is built with.
+  struct TIdentity
+  {
+    unsigned int id;
+    const char* description;
+    unsigned int flags;
+  };
+  static TIdentity identityOf(const KyCInventoryAddress& address, const char* description) noexcept;
+  template <typename T>
+  KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, const T& value, const char* unit,
+                        bool modifiable, unsigned int relevance);
+  KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, unsigned int typeAndFlags);
+
+  void checkAddress(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description) const;
   template <typename T>
   void adoptDesignatedValueAs(KyCErrorListPool& pool);
 

@@ -18,7 +18,10 @@ unsigned int sumOfLengths(unsigned int a, unsigned int b) noexcept
 
 void copyElements(TElement* to, const TElement* from, unsigned int count) noexcept
 {
-  if (count != 0) std::memcpy(to, from, count * sizeof(TElement));
+  if (count == 1)    // nearly always; less than a call costs
+    *to = *from;
+  else if (count != 0)
+    std::memcpy(to, from, count * sizeof(TElement));
 }
 }    // namespace
 
@@ -59,13 +62,22 @@ void KyCInventoryAddress::appendSlow(const KyCInventoryAddress& tail) noexcept
   m_length = length;
 }
 
+// Never null.
+KyCInventoryAddress::TElement* KyCInventoryAddress::newElements(unsigned int count) noexcept
+{
+  const std::uint64_t size = std::uint64_t{count} * sizeof(TElement);
+  void* const block = size <= SIZE_MAX ? std::malloc(static_cast<std::size_t>(size)) : nullptr;
+  if (block == nullptr) std::abort();
+  return static_cast<TElement*>(block);
+}
+
 // Two lists of elements as one address, in one allocation.
 KyCInventoryAddress KyCInventoryAddress::joined(const TElement* head, unsigned int headLength, const TElement* tail,
                                                 unsigned int tailLength) noexcept
 {
   KyCInventoryAddress result;
   const unsigned int length = sumOfLengths(headLength, tailLength);
-  result.resize(length);
+  if (length > 1) result.m_elements = newElements(length);
   copyElements(result.m_elements, head, headLength);
   copyElements(result.m_elements + headLength, tail, tailLength);
   result.m_length = length;

@@ -1,5 +1,7 @@
 #include "inventory/KyCInventoryBinDeSerializer.h"
 
+#include <cstring>
+
 #include "base/KyMessageCodes.h"
 #include "errorhandling/KyNPoolAllocator.h"
 #include "persistence/KyInventorySection.h"
@@ -16,7 +18,7 @@ KyCInventoryBinDeSerializer::~KyCInventoryBinDeSerializer() = default;
 KyCParam* KyCInventoryBinDeSerializer::createCustomParameter(KyCErrorListPool& pool, unsigned int id, unsigned int type,
                                                              const char* description)
 {
-  return KyInventoryAccess::toParam(new (pool) KyCInventoryParameter(pool, KyCInventoryAddress(id), description, type));
+  return KyInventoryAccess::toParam(KyInventoryAccess::newParameter(pool, id, description, type));
 }
 
 void KyCInventoryBinDeSerializer::handleCustomParameter(KyCErrorListPool& pool, KyCParam* parameter)
@@ -33,9 +35,9 @@ void KyCInventoryBinDeSerializer::handleCustomParameter(KyCErrorListPool& pool, 
     return;
   }
 
-  char unit[KY_STORED_UNIT_LIMIT + 1] = {};
-  m_buffer->readBuffer(pool, unit, unitLength, 1, -1);
-  unit[unitLength] = '\0';
+  char unit[KY_STORED_UNIT_LIMIT + 1];
+  std::memset(unit, 0, unitLength + 1u);
+  if (unitLength != 0) m_buffer->readBuffer(pool, unit, unitLength, 1, -1);
   KyInventoryAccess::setUnit(pool, target, unit, KyCString::strlen(unit));
 
   unsigned char modifiable = 0;

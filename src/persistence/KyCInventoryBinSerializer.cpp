@@ -28,7 +28,7 @@ void KyCInventoryBinSerializer::handleCustomParameter(KyCErrorListPool& pool, co
 
   KyCBuffer& buffer = *getBuffer();
   buffer.writeBuffer(pool, &unitLength, sizeof unitLength, 0, -1);
-  buffer.writeBuffer(pool, unit, unitLength, 1, -1);
+  if (unitLength != 0) buffer.writeBuffer(pool, unit, unitLength, 1, -1);
   buffer.writeBuffer(pool, &modifiable, sizeof modifiable, 0, -1);
   buffer.writeBuffer(pool, &relevance, sizeof relevance, 0, -1);
 }

@@ -39,24 +39,28 @@ private:
   unsigned int m_limit = 2;
 };
 
-// The sub-item that answers to one element of a path: the item's own or, where it has none, its friend's, and so on along
-// the chain of friends; null: none. The rest of the path then goes on below whichever has answered.
-KyCInventoryItem* findBelowItemOrFriends(KyCInventoryItem* item, const TElement& element)
+// The sub-item that answers to one element of a path where the item itself has none: its friend's, or that one's
+// friend's, and so on along the chain; null: none. The rest of the path then goes on below it.
+KyCInventoryItem* findBelowFriends(KyCInventoryItem* item, const TElement& element)
 {
+  if (KyInventoryAccess::getFriend(*item) == nullptr) return nullptr;
   KyCFriendChain friends(item);
-  while (item != nullptr)
+  for (item = friends.next(*item); item != nullptr; item = friends.next(*item))
   {
     KyCInventoryItem* const found = KyInventoryAccess::findSubItem(*item, element);
     if (found != nullptr) return found;
-    item = friends.next(*item);
   }
   return nullptr;
 }
 
 KyCInventoryItem* findItem(KyCInventoryItem* item, const TElement* path, unsigned int length)
 {
-  for (unsigned int n = 0; item != nullptr && n < length; ++n)
-    item = findBelowItemOrFriends(item, path[n]);
+  for (unsigned int n = 0; n < length; ++n)
+  {
+    KyCInventoryItem* const own = KyInventoryAccess::findSubItem(*item, path[n]);
+    item = own != nullptr ? own : findBelowFriends(item, path[n]);
+    if (item == nullptr) return nullptr;
+  }
   return item;
 }
 

@@ -5,6 +5,7 @@
 #include "errorhandling/KyNPoolAllocator.h"
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
+#include "tree/KyHangParameter.h"
 #include "tree/KyInventoryAccess.h"
 #include "tree/KyPlaceText.h"
 #include "tree/KyTypeTraits.h"
@@ -15,13 +16,13 @@ using TElement = KyCInventoryAddress::TElement;
 
 void reportNotPredefined(KyCErrorListPool& pool, unsigned int line, const char* function, const KyCInventoryAddress& id)
 {
-  pool.setError(KY_MSG_ID_NOT_PREDEFINED, line, function, "%s", id.toString().c_str());
+  pool.setError(KY_MSG_ID_NOT_PREDEFINED, line, function, "%s", KyPlaceText(id).c_str());
 }
 
 void reportAlreadyExists(KyCErrorListPool& pool, unsigned int line, const char* function, const KyCInventoryAddress& id,
                          const KyCInventoryItem& place)
 {
-  pool.setError(KY_MSG_ID_ALREADY_EXISTS, line, function, "%s%s", id.toString().c_str(), kyItemPlace(place).c_str());
+  pool.setError(KY_MSG_ID_ALREADY_EXISTS, line, function, "%s%s", KyPlaceText(id).c_str(), KyItemPlace(place).c_str());
 }
 
 // A free item that may take its place below the parent, which has no sub-item of this ID; null: reported.
@@ -81,7 +82,7 @@ TPathEnd followPath(KyCErrorListPool& pool, KyCInventoryItem& start, const TElem
 struct TParameterPlace
 {
   TPathEnd path;
-  KyCInventoryAddress id;
+  unsigned int id = 0;
   const char* name = nullptr;
 };
 
@@ -100,11 +101,11 @@ TParameterPlace findParameterPlace(KyCErrorListPool& pool, KyCInventoryItem& sta
     pool.setError(KY_MSG_CANNOT_FIND_OR_CREATE_PATH, __LINE__, "createParameter", nullptr);
     return place;
   }
-  place.id = address.getLastElement();
-  place.name = place.id.getCategoryNameCStr();
+  place.id = address.getCategory();
+  place.name = address.getCategoryNameCStr();
   if (*place.name == '\0')
   {
-    reportNotPredefined(pool, __LINE__, "createParameter", place.id);
+    reportNotPredefined(pool, __LINE__, "createParameter", address.getLastElement());
     delete path.loose;
     return place;
   }
@@ -116,17 +117,32 @@ TParameterPlace findParameterPlace(KyCErrorListPool& pool, KyCInventoryItem& sta
 KyCInventoryParameter* hookParameter(KyCErrorListPool& pool, const TParameterPlace& place,
                                      KyCInventoryParameter* parameter, unsigned int errorCount)
 {
-  if (parameter != nullptr && pool.getErrorCount() == errorCount)
-  {
-    place.path.item->addParameter(pool, KyNInventoryIDs::THIS_NODE, parameter);
-    if (pool.getErrorCount() == errorCount) return parameter;
-  }
+  const bool isMade = parameter != nullptr && pool.getErrorCount() == errorCount;
+  if (isMade && kyHangParameter(pool, *place.path.item, parameter)) return parameter;
   pool.setError(KY_MSG_CANNOT_CREATE_PARAMETER, __LINE__, "createParameter", "%s", place.name);
   delete parameter;
   delete place.path.loose;
   return nullptr;
 }
 }    // namespace
+
+bool kyHangParameter(KyCErrorListPool& pool, KyCInventoryItem& item, KyCInventoryParameter* parameter)
+{
+  const unsigned int id = KyInventoryAccess::getId(*parameter);
+  const bool isIdUnused = !KyInventoryAccess::mayHave(item, id) && KyInventoryAccess::getFriend(item) == nullptr;
+  if (!isIdUnused && item.getItem(id) != nullptr)
+  {
+    reportAlreadyExists(pool, __LINE__, "addParameter", id, item);
+    return false;
+  }
+  const unsigned int errorCount = pool.getErrorCount();
+  KyInventoryAccess::addParameter(pool, item, parameter);
+  if (pool.getErrorCount() == errorCount) return true;
+
+  pool.setError(KY_MSG_CANNOT_ADD_PARAMETER, __LINE__, "addParameter", "%s%s",
+                KyPlaceText(KyCInventoryAddress(id)).c_str(), KyItemPlace(item).c_str());
+  return false;
+}
 
 KyCInventoryItem* KyCInventoryItem::addPath(KyCErrorListPool& pool, const KyCInventoryAddress& path)
 {
@@ -139,19 +155,7 @@ KyCInventoryItem* KyCInventoryItem::addParameter(KyCErrorListPool& pool, const K
   KyCInventoryItem* const item = addItem(path, nullptr);
   if (item == nullptr || parameter == nullptr) return item;
 
-  const KyCInventoryAddress id = parameter->getID();
-  if (item->getItem(id) != nullptr)
-  {
-    reportAlreadyExists(pool, __LINE__, "addParameter", id, *item);
-    return nullptr;
-  }
-  const unsigned int errorCount = pool.getErrorCount();
-  item->KyCComposite::addParameter(pool, KyInventoryAccess::toParam(parameter));
-  if (pool.getErrorCount() == errorCount) return item;
-
-  pool.setError(KY_MSG_CANNOT_ADD_PARAMETER, __LINE__, "addParameter", "%s%s", id.toString().c_str(),
-                kyItemPlace(*item).c_str());
-  return nullptr;
+  return kyHangParameter(pool, *item, parameter) ? item : nullptr;
 }
 
 void KyCInventoryItem::setID(const KyCInventoryAddress& id)
@@ -159,7 +163,7 @@ void KyCInventoryItem::setID(const KyCInventoryAddress& id)
   KyCErrorListPool& pool = kyErrorManager().getMasterErrorList();
   if (!id.isSingleElement())
   {
-    pool.setError(KY_MSG_ID_NOT_ONE_ELEMENT, __LINE__, "setID", "%s", id.toString().c_str());
+    pool.setError(KY_MSG_ID_NOT_ONE_ELEMENT, __LINE__, "setID", "%s", KyPlaceText(id).c_str());
     return;
   }
   if (*id.getCategoryNameCStr() == '\0')
@@ -172,8 +176,8 @@ void KyCInventoryItem::setID(const KyCInventoryAddress& id)
   {
     const KyCInventoryItem* const item = parent->getItem(id);
     if ((item != nullptr && item != this) || parent->getParameter(id) != nullptr)
-      pool.setError(KY_MSG_ID_ALREADY_EXISTS_AT_PARENT, __LINE__, "setID", "%s%s", id.toString().c_str(),
-                    kyItemPlace(*this).c_str());
+      pool.setError(KY_MSG_ID_ALREADY_EXISTS_AT_PARENT, __LINE__, "setID", "%s%s", KyPlaceText(id).c_str(),
+                    KyItemPlace(*this).c_str());
   }
   // A conflict is told, not prevented.
   setIds(id.getCategory(), id.getIndex());
@@ -190,7 +194,7 @@ KyCInventoryParameter* KyCInventoryItem::createParameter(KyCErrorListPool& pool,
 
   const unsigned int errorCount = pool.getErrorCount();
   KyCInventoryParameter* const parameter =
-      new (pool) KyCInventoryParameter(pool, place.id, place.name, value, unit, modifiable, relevance);
+      KyInventoryAccess::newNamedParameter(pool, place.id, place.name, value, unit, modifiable, relevance);
   return hookParameter(pool, place, parameter, errorCount);
 }
 

@@ -6,6 +6,8 @@
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "tree/KyFrameStack.h"
+#include "tree/KyHangParameter.h"
+#include "tree/KyPlaceText.h"
 
 namespace
 {
@@ -54,7 +56,7 @@ void copyParameters(KyCErrorListPool& pool, const KyCInventoryItem& original, Ky
        parameter = parameter->getNext())
   {
     KyCInventoryParameter* const made = copyParameter(*parameter);
-    if (made != nullptr && copy.addParameter(pool, KyNInventoryIDs::THIS_NODE, made) != nullptr) continue;
+    if (made != nullptr && kyHangParameter(pool, copy, made)) continue;
     pool.setError(KY_MSG_CANNOT_HOOK_PARAMETER, __LINE__, "copyTree", nullptr);
     delete made;
   }
@@ -78,8 +80,8 @@ void finishSubItem(KyCErrorListPool& pool, KyCInventoryItem& parent, const TCopy
 {
   if (pool.getErrorCount() != level.errorsBefore) reportCannotCopySubtree(pool);
   if (parent.addItem(KyNInventoryIDs::THIS_NODE, level.copy) != nullptr) return;
-  pool.setError(KY_MSG_CANNOT_ADD_ITEM, __LINE__, "copyTree", "%s%s", level.copy->getID().toString().c_str(),
-                parent.getID().toString().c_str());
+  pool.setError(KY_MSG_CANNOT_ADD_ITEM, __LINE__, "copyTree", "%s%s", KyPlaceText(level.copy->getID()).c_str(),
+                KyPlaceText(parent.getID()).c_str());
   delete level.copy;
 }
 }    // namespace

@@ -61,8 +61,8 @@ bool mergeSubItem(KyCErrorListPool& pool, TLevels& levels, KyCInventoryItem& tar
   if (counterpart != nullptr && enterLevel(pool, levels, *counterpart, *subItem, flags)) return true;
   if (counterpart == nullptr && target.getParameter(id) != nullptr)
   {
-    pool.setError(KY_MSG_ID_ALREADY_EXISTS, __LINE__, "mergeTree", "%s%s", id.toString().c_str(),
-                  kyItemPlace(target).c_str());
+    pool.setError(KY_MSG_ID_ALREADY_EXISTS, __LINE__, "mergeTree", "%s%s", KyPlaceText(id).c_str(),
+                  KyItemPlace(target).c_str());
     return true;    // given up on purpose: in neither tree, and not destroyed
   }
   if (counterpart == nullptr && target.addItem(KyNInventoryIDs::THIS_NODE, subItem) != nullptr) return true;

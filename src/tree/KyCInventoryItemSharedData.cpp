@@ -5,6 +5,7 @@
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "tree/KyInventoryAccess.h"
+#include "tree/KyPlaceText.h"
 
 using KyNInventoryIDs::SHARED_DATA;
 using KyNInventoryIDs::SHARED_DATA_INDEX;
@@ -13,8 +14,8 @@ namespace
 {
 void warn(unsigned int code, unsigned int line, const KyCInventoryItem& item, const KyCInventoryAddress& other)
 {
-  kyErrorManager().sendWarning(code, line, "linkSharedData", "%s%s", item.getAddress().toString().c_str(),
-                               other.toString().c_str());
+  kyErrorManager().sendWarning(code, line, "linkSharedData", "%s%s", KyPlaceText(item).c_str(),
+                               KyPlaceText(other).c_str());
 }
 
 bool isSharedData(const KyCInventoryItem& item)

@@ -2,6 +2,7 @@
 
 #include "base/KyMessageCodes.h"
 #include "inventory/KyCInventoryItem.h"
+#include "tree/KyPlaceText.h"
 #include "tree/KyTypeTraits.h"
 
 namespace
@@ -10,8 +11,8 @@ namespace
 void reportMissing(KyCErrorListPool& pool, unsigned int line, const char* function, const KyCInventoryAddress& address,
                    const KyCInventoryItem& item)
 {
-  pool.setError(KY_MSG_PARAMETER_DOES_NOT_EXIST, line, function, "%s%s", address.toString().c_str(),
-                item.getAddress().toString().c_str());
+  pool.setError(KY_MSG_PARAMETER_DOES_NOT_EXIST, line, function, "%s%s", KyPlaceText(address).c_str(),
+                KyPlaceText(item).c_str());
 }
 
 // What getValue reports as, and what it gives for a missing parameter.

@@ -11,41 +11,46 @@
 #include "tree/KyStaticDescription.h"
 #include "tree/KyTypeTraits.h"
 
-namespace
-{
-// The description and the flags that the base class is built with.
-struct TBaseArguments
-{
-  const char* description;
-  unsigned int flags;
-};
-
-TBaseArguments baseArguments(const KyCInventoryAddress& address, const char* description) noexcept
+KyCInventoryParameter::TIdentity KyCInventoryParameter::identityOf(const KyCInventoryAddress& address,
+                                                                   const char* description) noexcept
 {
   const char* const name = kyStaticDescription(address, description);
-  if (name != nullptr) return {name, KyCParam::FLAG_CUSTOM | KyCParam::FLAG_STATIC_DESCRIPTION};
-  return {description, KyCParam::FLAG_CUSTOM};
+  if (name != nullptr) return {address.getCategory(), name, FLAG_CUSTOM | FLAG_STATIC_DESCRIPTION};
+  return {address.getCategory(), description, FLAG_CUSTOM};
 }
-}    // namespace
+
+template <typename T>
+KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, const T& value,
+                                             const char* unit, bool modifiable, unsigned int relevance)
+    : KyCParam(pool, identity.id, identity.description, identity.flags, value, static_cast<T*>(nullptr)),
+      m_modifiable(modifiable),
+      m_relevance(relevance)
+{
+  if (unit != nullptr) m_unit.assign(pool, unit, KyCString::strlen(unit));
+}
 
 #define KY_TYPED_CONSTRUCTOR(T)                                                                                     \
   KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address,          \
                                                const char* description, KyValueArgument<T> value, const char* unit, \
                                                bool modifiable, unsigned int relevance)                             \
-      : KyCParam(pool, address.getCategory(), baseArguments(address, description).description,                      \
-                 baseArguments(address, description).flags, value, static_cast<T*>(nullptr))                        \
+      : KyCInventoryParameter(pool, identityOf(address, description), value, unit, modifiable, relevance)           \
   {                                                                                                                 \
-    init(pool, address, description, unit, modifiable, relevance);                                                  \
+    checkAddress(pool, address, description);                                                                       \
   }
 KY_FOR_EACH_VALUE_TYPE(KY_TYPED_CONSTRUCTOR)
 
+KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity,
+                                             unsigned int typeAndFlags)
+    : KyCParam(pool, identity.id, identity.description,
+               (typeAndFlags & ~static_cast<unsigned int>(FLAG_STATIC_DESCRIPTION)) | identity.flags)
+{
+}
+
 KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address,
                                              const char* description, unsigned int typeAndFlags)
-    : KyCParam(pool, address.getCategory(), baseArguments(address, description).description,
-               (typeAndFlags & ~static_cast<unsigned int>(FLAG_STATIC_DESCRIPTION)) |
-                   baseArguments(address, description).flags)
+    : KyCInventoryParameter(pool, identityOf(address, description), typeAndFlags)
 {
-  init(pool, address, description, nullptr, false, 0);
+  checkAddress(pool, address, description);
 }
 
 KyCInventoryParameter::KyCInventoryParameter()
@@ -76,16 +81,12 @@ KyCInventoryParameter::~KyCInventoryParameter()
   m_auxInfo = nullptr;
 }
 
-void KyCInventoryParameter::init(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description,
-                                 const char* unit, bool modifiable, unsigned int relevance)
+void KyCInventoryParameter::checkAddress(KyCErrorListPool& pool, const KyCInventoryAddress& address,
+                                         const char* description) const
 {
   if (!address.isSingleElement())
     pool.setError(KY_MSG_PARAMETER_INIT_ID_NOT_ONE_ELEMENT, __LINE__, "init", "%s",
                   description != nullptr ? description : "not specified");
-  if (unit != nullptr) m_unit.assign(pool, unit, KyCString::strlen(unit));
-  m_modifiable = modifiable;
-  m_auxInfo = nullptr;
-  m_relevance = relevance;
 }
 
 const char* KyCInventoryParameter::getUnit() const { return m_unit.c_str(); }
@@ -172,3 +173,24 @@ KyCInventoryParameter* KyCInventoryParameter::detach()
   KyCInventoryItem* const parent = getParent();
   return parent != nullptr ? parent->detachParameter(getId()) : nullptr;
 }
+
+KyCInventoryParameter* KyInventoryAccess::newParameter(KyCErrorListPool& pool, unsigned int id, const char* description,
+                                                       unsigned int type)
+{
+  return new (pool) KyCInventoryParameter(pool, KyCInventoryParameter::identityOf(id, description), type);
+}
+
+template <typename T>
+KyCInventoryParameter* KyInventoryAccess::newNamedParameter(KyCErrorListPool& pool, unsigned int id, const char* name,
+                                                            const T& value, const char* unit, bool modifiable,
+                                                            unsigned int relevance)
+{
+  constexpr unsigned int flags = KyCParam::FLAG_CUSTOM | KyCParam::FLAG_STATIC_DESCRIPTION;
+  return new (pool) KyCInventoryParameter(pool, KyCInventoryParameter::TIdentity{id, name, flags}, value, unit,
+                                          modifiable, relevance);
+}
+
+#define KY_INSTANTIATE(T)                                                  \
+  template KyCInventoryParameter* KyInventoryAccess::newNamedParameter<T>( \
+      KyCErrorListPool&, unsigned int, const char*, const T&, const char*, bool, unsigned int);
+KY_FOR_EACH_VALUE_TYPE(KY_INSTANTIATE)

@@ -11,7 +11,7 @@ T KyCInventoryParameter::getValue(KyCErrorListPool& pool) const
   const unsigned int errorCount = pool.getErrorCount();
   T value = (this->*KyValueAccess<T>::get)(pool);
   if (pool.getErrorCount() != errorCount)
-    pool.setError(KY_MSG_CANNOT_GET_VALUE, __LINE__, "getValue", "%s", kyParameterPlace(*this).c_str());
+    pool.setError(KY_MSG_CANNOT_GET_VALUE, __LINE__, "getValue", "%s", KyParameterPlace(*this).c_str());
   return value;
 }
 
@@ -21,7 +21,7 @@ void KyCInventoryParameter::setValue(KyCErrorListPool& pool, const T& value)
   const unsigned int errorCount = pool.getErrorCount();
   (this->*KyValueAccess<T>::set)(pool, kySetterArgument(value));
   if (pool.getErrorCount() != errorCount)
-    pool.setError(KY_MSG_CANNOT_SET_VALUE, __LINE__, "setValue", "%s", kyParameterPlace(*this).c_str());
+    pool.setError(KY_MSG_CANNOT_SET_VALUE, __LINE__, "setValue", "%s", KyParameterPlace(*this).c_str());
 }
 
 #define KY_INSTANTIATE_GETTER(T) \

@@ -49,6 +49,29 @@ struct KyInventoryAccess
     return toItem(item.findChild(element.id, element.index));
   }
 
+  // False only when the item itself has neither a sub-item nor a parameter of this ID.
+  static bool mayHave(const KyCInventoryItem& item, unsigned int id) noexcept { return item.mayHave(id); }
+
+  // Adds a free parameter to the item, whose ID no sub-item has; reports what the base library refuses.
+  static void addParameter(KyCErrorListPool& pool, KyCInventoryItem& item, KyCInventoryParameter* parameter) noexcept
+  {
+    static_cast<KyCComposite&>(item).addParameter(pool, parameter);
+  }
+  static unsigned int getId(const KyCInventoryParameter& parameter) noexcept
+  {
+    return static_cast<const KyCParam&>(parameter).getId();
+  }
+
+  // A free parameter described by the name of its ID, which is kept by pointer; null or reported when memory runs out.
+  template <typename T>
+  static KyCInventoryParameter* newNamedParameter(KyCErrorListPool& pool, unsigned int id, const char* name,
+                                                  const T& value, const char* unit, bool modifiable,
+                                                  unsigned int relevance);
+
+  // As above, with any description and the zero value of a type.
+  static KyCInventoryParameter* newParameter(KyCErrorListPool& pool, unsigned int id, const char* description,
+                                             unsigned int type);
+
   static unsigned int getClassId(const KyCInventoryItem& item) noexcept
   {
     return static_cast<const KyCComposite&>(item).getClassId();

@@ -1,21 +1,56 @@
 // KyPlaceText.h: how reports name a place in a tree.
 #pragma once
 
-#include "composite/KyCString.h"
+#include <cstddef>
+
 #include "inventory/KyCInventoryAddress.h"
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyCInventoryParameter.h"
 
-// The item's address as text; "root item" where that is empty. For the reports of building and merging.
-inline KyCString kyItemPlace(const KyCInventoryItem& item)
+// The address of something as text, for one report: the same text as KyCInventoryAddress::toString, made so that a report
+// about exhausted memory can be made: nothing throws, and without memory for a long address its end stands behind "...".
+class KyPlaceText
 {
-  const KyCInventoryAddress address = item.getAddress();
-  return address.isEmpty() ? KyCString("root item") : address.toString();
-}
+public:
+  explicit KyPlaceText(const KyCInventoryAddress& address) noexcept;
+  explicit KyPlaceText(const KyCInventoryItem& item) noexcept;              // empty for a root
+  explicit KyPlaceText(const KyCInventoryParameter& parameter) noexcept;    // empty for a free one
+  ~KyPlaceText();
+  KyPlaceText(const KyPlaceText&) = delete;
+  KyPlaceText& operator=(const KyPlaceText&) = delete;
 
-// The parameter's address as text; its ID as text when it hangs nowhere. For the reports of reading and writing values.
-inline KyCString kyParameterPlace(const KyCInventoryParameter& parameter)
+  const char* c_str() const noexcept { return m_text; }
+  bool isEmpty() const noexcept { return *m_text == '\0'; }
+
+private:
+  template <typename ForEachBackwards>
+  void compose(ForEachBackwards forEachBackwards) noexcept;
+
+  static constexpr std::size_t INLINE_SIZE = 256;
+  char m_inline[INLINE_SIZE];
+  char* m_block = nullptr;    // of a longer text
+  const char* m_text = m_inline;
+};
+
+// The item's address; "root item" where that is empty. For the reports of building and merging.
+class KyItemPlace : public KyPlaceText
 {
-  const KyCInventoryAddress address = parameter.getAddress();
-  return address.isEmpty() ? parameter.getID().toString() : address.toString();
-}
+public:
+  using KyPlaceText::KyPlaceText;
+  const char* c_str() const noexcept { return isEmpty() ? "root item" : KyPlaceText::c_str(); }
+};
+
+// The parameter's address; its ID where it hangs nowhere. For the reports of reading and writing values.
+class KyParameterPlace
+{
+public:
+  explicit KyParameterPlace(const KyCInventoryParameter& parameter) noexcept
+      : m_address(parameter), m_id(parameter.getID())
+  {
+  }
+  const char* c_str() const noexcept { return m_address.isEmpty() ? m_id.c_str() : m_address.c_str(); }
+
+private:
+  KyPlaceText m_address;
+  KyPlaceText m_id;
+};

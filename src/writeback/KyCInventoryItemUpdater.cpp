@@ -4,6 +4,7 @@
 #include "inventory/KyCInventoryAuxInfo.h"
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
+#include "tree/KyPlaceText.h"
 #include "writeback/KyAuxInfoKinds.h"
 
 void KyCInventoryItem::setUpdater(KyCErrorListPool& pool, KyIUpdater* updater)
@@ -11,13 +12,12 @@ void KyCInventoryItem::setUpdater(KyCErrorListPool& pool, KyIUpdater* updater)
   const bool isUpdateElement = getID()[1] == KyNInventoryIDs::UPDATE_ELEMENT;
   if (!isUpdateElement || m_auxInfo != nullptr)
   {
-    pool.setError(KY_MSG_CANNOT_SET_UPDATER, __LINE__, "setUpdater", "%s", getAddress().toString().c_str());
+    pool.setError(KY_MSG_CANNOT_SET_UPDATER, __LINE__, "setUpdater", "%s", KyPlaceText(*this).c_str());
     return;
   }
   if (updater == nullptr)
   {
-    pool.setError(KY_MSG_CANNOT_SET_UPDATE_CREATE_METHOD, __LINE__, "setUpdater", "%s",
-                  getAddress().toString().c_str());
+    pool.setError(KY_MSG_CANNOT_SET_UPDATE_CREATE_METHOD, __LINE__, "setUpdater", "%s", KyPlaceText(*this).c_str());
     return;
   }
   m_auxInfo = new KyNInventoryItem::KyCAuxInfoUpdate(updater);

@@ -8,8 +8,8 @@
 // parameters of an item by ordinal number. Shared data is not visited.
 //
 // The next parameter is looked up by its number after each call and no iterator is held across it. So what is called may
-// add items and parameters and may take others away, but neither the parameter that it is called for nor the items above
-// that one.
+// add items and parameters and may take others away, the item of the parameter that it is called for as well (the walk then
+// goes on at its parent), but neither that parameter itself nor the items farther up.
 template <typename Visit>
 void kyForEachParameterBelow(KyCInventoryItem& top, Visit visit)
 {
@@ -21,10 +21,13 @@ void kyForEachParameterBelow(KyCInventoryItem& top, Visit visit)
   };
   for (KyCInventoryItem* item = deepestFirst(&top);;)
   {
+    KyCInventoryItem* const parent = item->getParent();
     KyCInventoryParameter* parameter = nullptr;
     for (unsigned int n = 0; (parameter = item->getParameterByOrdinalNumber(n)) != nullptr; ++n)
       visit(*parameter);
-    if (item == &top) return;
-    item = item->getNext() != nullptr ? deepestFirst(item->getNext()) : item->getParent();
+    if (item == &top || parent == nullptr) return;
+    // An item that has left its place has no siblings there any more: its parent is next.
+    KyCInventoryItem* const next = item->getParent() == parent ? item->getNext() : nullptr;
+    item = next != nullptr ? deepestFirst(next) : parent;
   }
 }

@@ -1,9 +1,11 @@
-// KyBlockCount.h: counts every allocation of the process. For one source of a program of its own, as it replaces the C
-// allocator's functions.
+// KyBlockCount.h: counts every allocation of the process, and lets them fail. For one source of a program of its own, as it
+// replaces the C allocator's functions.
 //
 //   const KyCBlockCount blocks;
 //   lookUp();
 //   EXPECT_EQ(blocks.get(), 0u);
+//
+//   const KyCBlockLimit limit(2);    // as long as it lives, there is memory for two blocks more
 #pragma once
 
 #include <cstddef>
@@ -33,6 +35,25 @@ public:
 private:
   unsigned int m_before;
 };
+
+unsigned int s_blocksLeft = 0xFFFFFFFFu;
+
+class KyCBlockLimit
+{
+public:
+  explicit KyCBlockLimit(unsigned int blocks) { s_blocksLeft = blocks; }
+  ~KyCBlockLimit() { s_blocksLeft = 0xFFFFFFFFu; }
+  KyCBlockLimit(const KyCBlockLimit&) = delete;
+  KyCBlockLimit& operator=(const KyCBlockLimit&) = delete;
+};
+
+bool takeBlock()
+{
+  ++s_blocks;
+  if (s_blocksLeft == 0) return false;
+  if (s_blocksLeft != 0xFFFFFFFFu) --s_blocksLeft;
+  return true;
+}
 }    // namespace
 
 #if KY_COUNTS_BLOCKS
@@ -43,13 +64,8 @@ extern "C"
 
   void* malloc(std::size_t size)    // operator new ends here, too
   {
-    ++s_blocks;
-    return __libc_malloc(size);
+    return takeBlock() ? __libc_malloc(size) : nullptr;
   }
-  void* realloc(void* block, std::size_t size)
-  {
-    ++s_blocks;
-    return __libc_realloc(block, size);
-  }
+  void* realloc(void* block, std::size_t size) { return takeBlock() ? __libc_realloc(block, size) : nullptr; }
 }
 #endif

@@ -120,9 +120,9 @@ void KyCComposite::deleteParameters() noexcept
 
 void KyCComposite::replaceDescription(const char* description, bool isOwned) noexcept
 {
-  if (m_ownsDescription) KyNPoolAllocator::release(const_cast<char*>(m_description));
+  if ((m_filterAndFlag & OWNS_DESCRIPTION) != 0) KyNPoolAllocator::release(const_cast<char*>(m_description));
   m_description = description;
-  m_ownsDescription = isOwned;
+  m_filterAndFlag = (m_filterAndFlag & ~OWNS_DESCRIPTION) | (isOwned ? OWNS_DESCRIPTION : 0);
 }
 
 void KyCComposite::setDescription(KyCErrorListPool& pool, const char* description) noexcept
@@ -196,6 +196,7 @@ int KyCComposite::attach(KyCComposite* child) noexcept
   child->m_next = nullptr;
   (m_lastChild != nullptr ? m_lastChild->m_next : m_firstChild) = child;
   m_lastChild = child;
+  enterFilter(child->m_classId);
   if (m_indexes != nullptr) appendToIndex(m_indexes->children, child);
   return 0;
 }
@@ -213,6 +214,7 @@ void KyCComposite::unlinkChild(KyCComposite* child) noexcept
   (child->m_previous != nullptr ? child->m_previous->m_next : m_firstChild) = child->m_next;
   (child->m_next != nullptr ? child->m_next->m_previous : m_lastChild) = child->m_previous;
   child->m_parent = child->m_next = child->m_previous = nullptr;
+  if (m_found == child) m_found = nullptr;
 }
 
 void KyCComposite::setIds(unsigned int classId, unsigned int unitId) noexcept
@@ -220,20 +222,27 @@ void KyCComposite::setIds(unsigned int classId, unsigned int unitId) noexcept
   const std::uint64_t oldKey = keyOf(this);
   m_classId = classId;
   m_unitId = unitId;
-  KyCListIndex* const index = m_parent != nullptr ? m_parent->childIndex() : nullptr;
-  if (index != nullptr && keyOf(this) != oldKey) index->changeKey(this, oldKey, keyOf(this));
+  if (m_parent == nullptr || keyOf(this) == oldKey) return;
+  m_parent->m_found = nullptr;    // another child may be the first with its numbers now
+  m_parent->enterFilter(classId);
+  if (m_parent->childIndex() != nullptr) m_parent->childIndex()->changeKey(this, oldKey, keyOf(this));
 }
 
-KyCComposite* KyCComposite::findChild(unsigned int classId, unsigned int unitId) const noexcept
+KyCComposite* KyCComposite::searchChild(unsigned int classId, unsigned int unitId) const noexcept
 {
+  if (!mayHave(classId)) return nullptr;
+  KyCComposite* found = nullptr;
   KyCListIndex* index = childIndex();
   unsigned int walked = 0;
-  for (KyCComposite* child = m_firstChild; index == nullptr && child != nullptr; child = child->m_next)
+  for (KyCComposite* child = m_firstChild; index == nullptr && found == nullptr && child != nullptr;
+       child = child->m_next)
   {
     if (walked++ == WALKED_LENGTH && (index = makeChildIndex()) != nullptr) break;
-    if (child->m_classId == classId && child->m_unitId == unitId) return child;
+    if (child->m_classId == classId && child->m_unitId == unitId) found = child;
   }
-  return index != nullptr ? static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId))) : nullptr;
+  if (index != nullptr) found = static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId)));
+  if (found != nullptr) m_found = found;
+  return found;
 }
 
 // ---- Parameters ----
@@ -260,6 +269,7 @@ void KyCComposite::addParameter(KyCErrorListPool& pool, KyCParam* parameter) noe
   parameter->m_next = nullptr;
   (m_lastParameter != nullptr ? m_lastParameter->m_next : m_firstParameter) = parameter;
   m_lastParameter = parameter;
+  enterFilter(parameter->m_id);
   if (m_indexes != nullptr) appendToIndex(m_indexes->parameters, parameter);
 }
 
@@ -298,16 +308,18 @@ KyCParam* KyCComposite::parameterBefore(const KyCParam* parameter) const noexcep
   return static_cast<KyCParam*>(index->predecessor(parameter, keyOf(parameter)));
 }
 
-KyCParam* KyCComposite::getParameterById(unsigned int id) const noexcept
+KyCParam* KyCComposite::searchParameter(unsigned int id) const noexcept
 {
   KyCListIndex* index = parameterIndex();
+  if (index != nullptr) return static_cast<KyCParam*>(index->findFirst(id));
   unsigned int walked = 0;
-  for (KyCParam* parameter = m_firstParameter; index == nullptr && parameter != nullptr; parameter = parameter->m_next)
+  for (KyCParam* parameter = m_firstParameter; parameter != nullptr; parameter = parameter->m_next)
   {
-    if (walked++ == WALKED_LENGTH && (index = makeParameterIndex()) != nullptr) break;
     if (parameter->m_id == id) return parameter;
+    if (++walked == WALKED_LENGTH && parameter->m_next != nullptr && (index = makeParameterIndex()) != nullptr)
+      return static_cast<KyCParam*>(index->findFirst(id));
   }
-  return index != nullptr ? static_cast<KyCParam*>(index->findFirst(id)) : nullptr;
+  return nullptr;
 }
 
 KyCParam* KyCComposite::getParameterByIndex(unsigned int place) const noexcept
@@ -325,6 +337,7 @@ KyCParam* KyCComposite::getParameterByIndex(unsigned int place) const noexcept
 // The id has changed already.
 void KyCComposite::parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept
 {
+  enterFilter(parameter->m_id);
   KyCListIndex* const index = parameterIndex();
   if (index != nullptr) index->changeKey(parameter, oldId, parameter->m_id);
 }

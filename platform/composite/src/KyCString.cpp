@@ -33,7 +33,8 @@ KyCString::TBlock* KyCString::newBlock(std::uint64_t capacity)
 void KyCString::release() noexcept
 {
   TBlock* const old = block();
-  if (old->references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+  // Who holds the only reference needs no locked instruction: nobody else can make another one meanwhile.
+  if (old->isShared() && old->references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
   old->~TBlock();
   ::operator delete(old);
 }
@@ -51,7 +52,8 @@ unsigned int KyCString::textLength(const char* text)
 std::uint64_t KyCString::packInline(const char* text, unsigned int length) noexcept
 {
   unsigned char bytes[8] = {};
-  if (length != 0) std::memcpy(bytes + TEXT_BYTE, text, length);
+  for (unsigned int n = 0; n < length; ++n)    // at most 6: less than a call costs
+    bytes[TEXT_BYTE + n] = static_cast<unsigned char>(text[n]);
   bytes[TAG_BYTE] = static_cast<unsigned char>(length << 1 | 1u);
   std::uint64_t bits;
   std::memcpy(&bits, bytes, sizeof(bits));

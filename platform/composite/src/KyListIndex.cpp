@@ -51,23 +51,9 @@ void KyCListIndex::TTable::drop() noexcept
   slots = nullptr;
 }
 
-std::uint32_t KyCListIndex::hashKey(std::uint64_t key) const noexcept
-{
-  return static_cast<std::uint32_t>(mix(mix(key ^ m_seed) + m_seed));
-}
-
 std::uint32_t KyCListIndex::hashEntry(const void* entry) const noexcept
 {
   return static_cast<std::uint32_t>(mix(reinterpret_cast<std::uintptr_t>(entry)));
-}
-
-// The slot of the key's heap, or the free one where it belongs.
-std::uint32_t KyCListIndex::keySlot(std::uint64_t key) const noexcept
-{
-  std::uint32_t slot = hashKey(key) & m_byKey.mask;
-  while (m_byKey.slots[slot] != NONE && m_records[m_byKey.slots[slot]].key != key)
-    slot = (slot + 1) & m_byKey.mask;
-  return slot;
 }
 
 std::uint32_t KyCListIndex::entrySlot(const void* entry) const noexcept
@@ -171,7 +157,7 @@ void KyCListIndex::leaveHeap(std::uint32_t record) noexcept
 // ---- Records ----
 
 KyCListIndex::KyCListIndex() noexcept
-    : m_seed(mix(reinterpret_cast<std::uintptr_t>(this)) ^ reinterpret_cast<std::uintptr_t>(&mix))
+    : m_multiplier(mix(mix(reinterpret_cast<std::uintptr_t>(this)) ^ reinterpret_cast<std::uintptr_t>(&mix)) | 1)
 {
 }
 
@@ -269,12 +255,6 @@ void KyCListIndex::changeKey(const void* entry, std::uint64_t oldKey, std::uint6
 }
 
 // ---- Finding ----
-
-void* KyCListIndex::findFirst(std::uint64_t key) const noexcept
-{
-  const std::uint32_t root = m_byKey.slots[keySlot(key)];
-  return root != NONE ? m_records[root].entry : nullptr;
-}
 
 // The record of an entry of the list.
 std::uint32_t KyCListIndex::recordOf(const void* entry, std::uint64_t key) noexcept

@@ -37,7 +37,11 @@ public:
   void remove(const void* entry, std::uint64_t key) noexcept;
   void changeKey(const void* entry, std::uint64_t oldKey, std::uint64_t newKey) noexcept;
 
-  void* findFirst(std::uint64_t key) const noexcept;                   // null when none has the key
+  void* findFirst(std::uint64_t key) const noexcept    // null when none has the key
+  {
+    const std::uint32_t root = m_byKey.slots[keySlot(key)];
+    return root != NONE ? m_records[root].entry : nullptr;
+  }
   void* predecessor(const void* entry, std::uint64_t key) noexcept;    // null for the first entry
   void* at(unsigned int place) noexcept;                               // from 0; null beyond the end
   unsigned int count() const noexcept { return m_recordCount - m_gapCount; }
@@ -68,9 +72,21 @@ private:
     void drop() noexcept;
   };
 
-  std::uint32_t hashKey(std::uint64_t key) const noexcept;
+  // Multiplication by a secret odd number, then by a fixed one: the upper bits of both depend on the whole key.
+  std::uint32_t hashKey(std::uint64_t key) const noexcept
+  {
+    const std::uint64_t hash = key * m_multiplier;
+    return static_cast<std::uint32_t>(((hash ^ hash >> 32) * 0x9E3779B97F4A7C15u) >> 32);
+  }
   std::uint32_t hashEntry(const void* entry) const noexcept;
-  std::uint32_t keySlot(std::uint64_t key) const noexcept;
+  // The slot of the key's heap, or the free one where it belongs.
+  std::uint32_t keySlot(std::uint64_t key) const noexcept
+  {
+    std::uint32_t slot = hashKey(key) & m_byKey.mask;
+    while (m_byKey.slots[slot] != NONE && m_records[m_byKey.slots[slot]].key != key)
+      slot = (slot + 1) & m_byKey.mask;
+    return slot;
+  }
   std::uint32_t entrySlot(const void* entry) const noexcept;
   void eraseKeySlot(std::uint32_t slot) noexcept;
 
@@ -94,9 +110,9 @@ private:
   std::uint32_t m_recordCount = 0;    // gaps included
   std::uint32_t m_recordCapacity = 0;
   std::uint32_t m_gapCount = 0;
-  TTable m_byKey;      // roots of the heaps
-  TTable m_byEntry;    // all entries, or no slots
-  std::uint64_t m_seed;
+  TTable m_byKey;                      // roots of the heaps
+  TTable m_byEntry;                    // all entries, or no slots
+  std::uint64_t m_multiplier;          // odd
   std::uint32_t m_cursorRecord = 0;    // any record, and how many entries stand before it
   std::uint32_t m_cursorPlace = 0;
   std::uint32_t m_cursorSteps = 0;    // gone since the gaps were closed

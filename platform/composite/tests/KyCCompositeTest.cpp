@@ -263,6 +263,61 @@ TEST(KyCComposite, findChildGivesTheFirstInListOrder)
   EXPECT_EQ(6u, second->getUnitId());
 }
 
+TEST(KyCComposite, anEarlierChildThatGetsTheNumbersOfTheOneFoundLastIsFoundInItsPlace)
+{
+  KyTestPool pool;
+  KyTestNode root(pool, 1, 1);
+  KyTestNode* const first = makeNode(pool, 5, 1);
+  KyTestNode* const second = makeNode(pool, 5, 2);
+  root.attach(first);
+  root.attach(second);
+  EXPECT_EQ(second, root.findChild(5, 2));
+  first->setIds(5, 2);
+  EXPECT_EQ(first, root.findChild(5, 2));
+  EXPECT_EQ(nullptr, root.findChild(5, 1));
+  first->setIds(5, 1);
+  EXPECT_EQ(second, root.findChild(5, 2));
+}
+
+TEST(KyCComposite, theChildFoundLastIsNotFoundOnceItIsDetachedDeletedOrRenamed)
+{
+  KyTestPool pool;
+  KyTestNode root(pool, 1, 1);
+  KyTestNode* const child = makeNode(pool, 5, 1);
+  root.attach(child);
+  EXPECT_EQ(child, root.findChild(5, 1));
+  child->setIds(6, 1);
+  EXPECT_EQ(nullptr, root.findChild(5, 1));
+  EXPECT_EQ(child, root.findChild(6, 1));
+  root.detachChild(child);
+  EXPECT_EQ(nullptr, root.findChild(6, 1));
+  root.attach(child);
+  EXPECT_EQ(child, root.findChild(6, 1));
+  delete child;
+  EXPECT_EQ(nullptr, root.findChild(6, 1));
+}
+
+TEST(KyCComposite, everyIdIsFoundAndNoOtherAmongChildrenAndParameters)
+{
+  KyTestPool pool;
+  for (const unsigned int step : {1u, 3u, 64u, 0x10000001u})
+  {
+    KyTestNode root(pool, 1, 1);
+    for (unsigned int n = 0; n < 15; ++n)
+    {
+      root.attach(makeNode(pool, 2 * n * step, 1));
+      root.addParameter(pool, new (pool) KyTestParam(pool, (2 * n + 1) * step));
+    }
+    for (unsigned int n = 0; n < 40; ++n)
+    {
+      const bool isChild = n % 2 == 0 && n < 30;
+      const bool isParameter = n % 2 == 1 && n < 30;
+      EXPECT_EQ(root.findChild(n * step, 1) != nullptr, isChild) << n << " " << step;
+      EXPECT_EQ(root.getParameterById(n * step) != nullptr, isParameter) << n << " " << step;
+    }
+  }
+}
+
 TEST(KyCComposite, friendIsKeptAndNotOwned)
 {
   KyTestPool pool;

@@ -48,8 +48,6 @@ KyCErrorList::KyEntries KyCErrorList::takeEntries() noexcept
   return {std::exchange(m_entries, nullptr), std::exchange(m_entryCount, 0U)};
 }
 
-unsigned int KyCErrorList::getErrorCount() const noexcept { return m_errorCount; }
-
 unsigned int KyCErrorList::getEntryCount() const noexcept { return m_entryCount; }
 
 const KyErrorEntry& KyCErrorList::getEntry(unsigned int n) const noexcept

@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
+#include <string>
 
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "support/KyBlockCount.h"
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
+#include "tree/KyPlaceText.h"
 
 using namespace KyNInventoryIDs;
 
@@ -117,4 +120,18 @@ TEST_F(KyCInventoryAllocation, anAddressIsAtMostOneBlock)
   EXPECT_EQ(blocks.get(), 1u);
   EXPECT_EQ(deep->getAddress().getLength(), 4u);
   EXPECT_EQ(blocks.get(), 2u);
+}
+
+TEST_F(KyCInventoryAllocation, aLongPlaceIsNamedByItsEndWhenThereIsNoMemory)
+{
+  KyCInventoryAddress address;
+  for (unsigned int n = 0; n < 100; ++n)
+    address.append(KyNInventoryIDs::BOARD[10 + n % 90]);
+  const std::string whole = address.toString().c_str();
+  const KyCBlockLimit limit(0);
+  const KyPlaceText place(address);
+  const std::size_t length = std::strlen(place.c_str());
+  EXPECT_EQ(std::strncmp(place.c_str(), "...", 3), 0);
+  EXPECT_GT(length, 200u);
+  EXPECT_EQ(whole.compare(whole.size() - (length - 3), std::string::npos, place.c_str() + 3), 0);
 }

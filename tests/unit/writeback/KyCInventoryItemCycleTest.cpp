@@ -688,6 +688,18 @@ TEST_F(KyCInventoryItemCycle, anItemRemovedInFrontDisturbsNothing)
             (TCalls{"write BOARD/CPU/SIZE", "write BOARD/SIZE", "write BOARD[2]/SIZE", "write SIZE", "write OFFSET"}));
 }
 
+TEST_F(KyCInventoryItemCycle, anItemDetachedByItsOwnMethodEndsTheWalkOverItsSiblings)
+{
+  designateAll();
+  KyCInventoryItem* const board = m_root.getItem(BOARD);
+  write("BOARD/SIZE").action = [&](KyCErrorListPool&) { board->detach(); };
+  m_root.apply(m_pool, nullptr);
+  // Its next sibling is not to be found from it any more; the root still has its turn.
+  EXPECT_EQ(m_methods.takeCalls(), (TCalls{"write BOARD/CPU/SIZE", "write BOARD/SIZE", "write SIZE", "write OFFSET"}));
+  EXPECT_TRUE(m_root.getItem(BOARD[2])->getParameter(SIZE)->isDesignatedValueValid());
+  delete board;
+}
+
 TEST_F(KyCInventoryItemCycle, aMethodMayChangeTheTreeInCheckAndUpdateToo)
 {
   designate("BOARD/SIZE");

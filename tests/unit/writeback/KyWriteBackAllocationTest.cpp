@@ -1,4 +1,5 @@
-// What the walks cost in heap blocks. A program of its own: it counts every allocation of the process.
+// What the walks cost in heap blocks, and what they do when there are none. A program of its own: it counts every
+// allocation of the process.
 
 #include <gtest/gtest.h>
 
@@ -104,4 +105,115 @@ TEST_F(KyWriteBackAllocation, aPendingNumberIsOneBlockAndReplacingItNone)
   EXPECT_EQ(size->getDesignatedValue<double>(m_pool), 3.0);
   size->adoptDesignatedValue(m_pool);
   EXPECT_EQ(blocks.get(), 0u);
+}
+
+// ---- Without memory: reports may be missing from the list, but they are counted, and nothing else changes ----
+
+namespace
+{
+bool refuse(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return false; }
+bool fail(KyCErrorListPool& pool, KyCInventoryItem*, KyCInventoryParameter*)
+{
+  pool.setError(0x7000000, __LINE__, "fail", nullptr);
+  return true;
+}
+
+constexpr unsigned int MOST_BLOCKS = 40;    // more than any of the operations takes
+
+// A pending text five levels down, in a tree of its own.
+struct KyPendingText
+{
+  explicit KyPendingText(KyCInventoryParameter::TMethod check = accept, KyCInventoryParameter::TMethod write = accept)
+  {
+    parameter =
+        root.createParameter<KyCString>(pool, BOARD[2] / IOCHANNEL[3] / CPU[4] / RAM[5] / NAME, "old", "", true, 0);
+    parameter->setCheckAndWriteMethod(pool, check, write, THIS_NODE, nullptr);
+  }
+  void designate() { parameter->setDesignatedValue<KyCString>(pool, "a text that needs a block of its own"); }
+
+  KyCErrorListPool pool;
+  KyCInventoryItem root{pool, ROOT, "ROOT"};
+  KyCInventoryParameter* parameter;
+};
+}    // namespace
+
+TEST_F(KyWriteBackAllocation, aValueThatCannotBeStoredIsReportedAndNotPending)
+{
+  bool isStored = false;
+  for (unsigned int blocks = 0; !isStored; ++blocks)
+  {
+    ASSERT_LT(blocks, MOST_BLOCKS);
+    KyPendingText text;
+    const KyCString value = "a text that needs a block of its own";
+    {
+      const KyCBlockLimit limit(blocks);
+      text.parameter->setDesignatedValue<KyCString>(text.pool, value);
+    }
+    isStored = text.parameter->isDesignatedValueValid();
+    EXPECT_EQ(text.pool.getErrorCount() == 0, isStored) << blocks;
+  }
+}
+
+TEST_F(KyWriteBackAllocation, aVetoEndsThePendingValueWithoutMemoryToo)
+{
+  for (unsigned int blocks = 0; blocks < MOST_BLOCKS; ++blocks)
+  {
+    KyPendingText text(refuse);
+    text.designate();
+    {
+      const KyCBlockLimit limit(blocks);
+      text.root.check(text.pool, nullptr);
+    }
+    EXPECT_FALSE(text.parameter->isDesignatedValueValid()) << blocks;
+    EXPECT_EQ(text.pool.getErrorCount(), 1u) << blocks;
+  }
+}
+
+TEST_F(KyWriteBackAllocation, aFailedWriteEndsThePendingValueWithoutMemoryToo)
+{
+  for (unsigned int blocks = 0; blocks < MOST_BLOCKS; ++blocks)
+  {
+    KyPendingText text(accept, fail);
+    text.designate();
+    {
+      const KyCBlockLimit limit(blocks);
+      text.root.apply(text.pool, nullptr);
+    }
+    EXPECT_FALSE(text.parameter->isDesignatedValueValid()) << blocks;
+    EXPECT_EQ(text.pool.getErrorCount(), 2u) << blocks;
+  }
+}
+
+TEST_F(KyWriteBackAllocation, aValueThatCannotBeAdoptedStaysPendingAndALaterApplyAdoptsIt)
+{
+  bool isAdopted = false;
+  for (unsigned int blocks = 0; !isAdopted; ++blocks)
+  {
+    ASSERT_LT(blocks, MOST_BLOCKS);
+    KyPendingText text;
+    text.designate();
+    {
+      const KyCBlockLimit limit(blocks);
+      text.root.apply(text.pool, nullptr);
+    }
+    isAdopted = !text.parameter->isDesignatedValueValid();
+    EXPECT_EQ(text.pool.getErrorCount() == 0, isAdopted) << blocks;
+    if (isAdopted) break;
+    text.root.apply(text.pool, nullptr);
+    EXPECT_FALSE(text.parameter->isDesignatedValueValid()) << blocks;
+  }
+}
+
+TEST_F(KyWriteBackAllocation, refusalsAreCountedWithoutMemory)
+{
+  for (unsigned int blocks = 0; blocks < MOST_BLOCKS; ++blocks)
+  {
+    KyPendingText text;
+    const KyCBlockLimit limit(blocks);
+    text.parameter->setUpdateMethod(text.pool, accept);
+    text.parameter->setDesignatedValue<int>(text.pool, 1);
+    text.parameter->adoptDesignatedValue(text.pool);
+    text.root.setUpdater(text.pool, nullptr);
+    EXPECT_GE(text.pool.getErrorCount(), 4u) << blocks;
+  }
 }

@@ -81,6 +81,15 @@ public:
         return;
       }
     }
+    // And a few bytes as they are.
+    if (flag == 1 && position == -1 && src != nullptr && size - 1 < SHORT && m_capacity - m_writePosition >= size)
+    {
+      const unsigned char* const from = static_cast<const unsigned char*>(src);
+      for (unsigned int n = 0; n < size; ++n)
+        m_storage[m_writePosition + n] = from[n];
+      m_writePosition += size;
+      return;
+    }
     writeBufferSlow(pool, src, size, flag, position);
   }
 
@@ -115,6 +124,14 @@ public:
         return;
       }
     }
+    if (flag == 1 && position == -1 && dst != nullptr && size - 1 < SHORT && m_writePosition - m_readPosition >= size)
+    {
+      unsigned char* const to = static_cast<unsigned char*>(dst);
+      for (unsigned int n = 0; n < size; ++n)
+        to[n] = m_storage[m_readPosition + n];
+      m_readPosition += size;
+      return;
+    }
     readBufferSlow(pool, dst, size, flag, position);
   }
 
@@ -124,7 +141,8 @@ public:
   unsigned int getReadPosition() const noexcept { return m_readPosition; }
 
 private:
-  friend class KyCBinSerializer;    // write and read whole records in place
+  static constexpr unsigned int SHORT = 8;    // bytes that take less than a call
+  friend class KyCBinSerializer;              // write and read whole records in place
   friend class KyCBinDeserializer;
   bool checkArguments(KyCErrorListPool& pool, const char* function, const void* bytes, unsigned int size,
                       unsigned int flag, int position) const noexcept;

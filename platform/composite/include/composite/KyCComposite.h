@@ -7,6 +7,8 @@
 //   delete root;                                                                  // and all below it
 #pragma once
 
+#include <cstdint>
+
 #include "composite/KyCParam.h"
 #include "composite/KyCompositeApi.h"
 #include "errorhandling/KyCErrorListPool.h"
@@ -100,7 +102,7 @@ public:
   KyCParam* removeParameter(KyCErrorListPool& pool, unsigned int id) noexcept;
 
   // Null when there is none.
-  KyCParam* getParameterById(unsigned int id) const noexcept;
+  KyCParam* getParameterById(unsigned int id) const noexcept { return mayHave(id) ? searchParameter(id) : nullptr; }
   // From 0, in list order; null beyond the end. Cost: near-constant, also while parameters are removed on the way.
   KyCParam* getParameterByIndex(unsigned int place) const noexcept;
 
@@ -115,8 +117,15 @@ protected:
 
   // Gives the node new numbers; its parent finds it under them from then on, at its old place in the list.
   void setIds(unsigned int classId, unsigned int unitId) noexcept;
-  // The first child, in list order, with these numbers; null when none. Near-constant cost however many children.
-  KyCComposite* findChild(unsigned int classId, unsigned int unitId) const noexcept;
+  // The first child, in list order, with these numbers; null when none. Near-constant cost however many children, and
+  // least for the one that was found last.
+  KyCComposite* findChild(unsigned int classId, unsigned int unitId) const noexcept
+  {
+    const bool isFoundAgain = m_found != nullptr && m_found->m_classId == classId && m_found->m_unitId == unitId;
+    return isFoundAgain ? m_found : searchChild(classId, unitId);
+  }
+  // False only when no child has this class id and no parameter has this id. Constant cost.
+  bool mayHave(unsigned int id) const noexcept { return (m_filterAndFlag & filterBit(id)) != 0; }
   KyCParam* getFirstParameter() const noexcept { return m_firstParameter; }    // null when none
 
 private:
@@ -124,6 +133,15 @@ private:
   void parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept;
   void unlinkParameter(KyCParam* parameter) noexcept;
 
+  // One of the lower 63 bits.
+  static std::uint64_t filterBit(unsigned int id) noexcept
+  {
+    const unsigned int hash = id * 0x9E3779B9u >> 26;
+    return std::uint64_t{1} << (hash ^ (hash == 63 ? 1u : 0u));
+  }
+  void enterFilter(unsigned int id) noexcept { m_filterAndFlag |= filterBit(id); }
+  KyCComposite* searchChild(unsigned int classId, unsigned int unitId) const noexcept;
+  KyCParam* searchParameter(unsigned int id) const noexcept;
   void replaceDescription(const char* description, bool isOwned) noexcept;
   bool isInside(const KyCComposite* root) const noexcept;
   void unlinkChild(KyCComposite* child) noexcept;
@@ -149,5 +167,9 @@ private:
   KyCParam* m_firstParameter = nullptr;
   KyCParam* m_lastParameter = nullptr;
   mutable KyCNodeIndexes* m_indexes = nullptr;    // only while there are many children or parameters, or have been
-  bool m_ownsDescription = false;
+  mutable KyCComposite* m_found = nullptr;        // what findChild gave last: the first child with its numbers, still
+  // A bit for each class id of a child and each id of a parameter that has ever been here; in the highest bit, whether
+  // the description is this node's own.
+  static constexpr std::uint64_t OWNS_DESCRIPTION = std::uint64_t{1} << 63;
+  std::uint64_t m_filterAndFlag = 0;
 };

@@ -55,7 +55,7 @@ public:
 
   // The number of errors recorded so far. It only grows, also where the entry could not be kept: a call failed if it
   // has grown. Cannot fail.
-  unsigned int getErrorCount() const noexcept;
+  unsigned int getErrorCount() const noexcept { return m_errorCount; }
 
   // The number of entries at hand: fewer than errors after KyCErrorManager::sendErrorList, which takes them away, or
   // when memory was exhausted. Cannot fail.

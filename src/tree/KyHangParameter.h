@@ -1,0 +1,9 @@
+// KyHangParameter.h: the last step of adding a parameter.
+#pragma once
+
+#include "inventory/KyCInventoryItem.h"
+
+// Hangs a free parameter into an item. Reports as KyCInventoryItem::addParameter does, whose second half this is.
+//
+// Result:  false on failure; the parameter is then the caller's still.
+bool kyHangParameter(KyCErrorListPool& pool, KyCInventoryItem& item, KyCInventoryParameter* parameter);
