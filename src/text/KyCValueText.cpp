@@ -1,4 +1,4 @@
-// Escaping of string values: each byte of the text is looked at once to measure, once to write.
+// Escaping of string values: the text is looked at once to measure, once to write, in runs of bytes that stay.
 #include "text/KyCValueText.h"
 
 #include <cstdint>
@@ -8,6 +8,36 @@
 
 namespace
 {
+// The bytes at which a run ends.
+constexpr unsigned char STOP_END = 1;
+constexpr unsigned char STOP_LINE_FEED = 2;
+constexpr unsigned char STOP_ESCAPE = 4;    // what escaping changes or looks closer at
+
+struct TStops
+{
+  unsigned char of[256];
+
+  constexpr TStops() : of()
+  {
+    of[0] = STOP_END;
+    of[static_cast<unsigned char>('\n')] = STOP_LINE_FEED;
+    for (const char* special = "\"&'<>"; *special != '\0'; ++special)
+      of[static_cast<unsigned char>(*special)] = STOP_ESCAPE;
+    for (unsigned int byte = 0x80; byte <= 0xFF; ++byte)
+      of[byte] = STOP_ESCAPE;
+  }
+};
+
+constexpr TStops stops;
+
+std::size_t runLength(const char* text, int stopAt)
+{
+  const char* end = text;
+  while ((stops.of[static_cast<unsigned char>(*end)] & stopAt) == 0)
+    ++end;
+  return static_cast<std::size_t>(end - text);
+}
+
 const char* entityOf(char character)
 {
   switch (character)
@@ -59,7 +89,8 @@ TPiece nextPiece(const char* text, char (&latin1)[2])
   {
     const char* const entity = entityOf(*text);
     if (entity != nullptr) return {1, entity, std::strlen(entity)};
-    return {1, text, 1};
+    const std::size_t run = runLength(text, STOP_END | STOP_ESCAPE);
+    return {run, text, run};
   }
   const std::size_t sequence = sequenceLength(text);
   if (sequence != 0) return {sequence, text, sequence};
@@ -96,12 +127,18 @@ void escapeInto(char* target, const char* text)
 }
 }    // namespace
 
-KyCValueText::KyCValueText(const char* text, bool escape) : m_text(nullptr)
+std::size_t KyCValueText::unchangedLength(const char* text, bool escape, bool breakLines)
+{
+  return runLength(text, STOP_END | (escape ? STOP_ESCAPE : 0) | (breakLines ? STOP_LINE_FEED : 0));
+}
+
+KyCValueText::KyCValueText(const char* text, bool escape) : m_text(nullptr), m_length(0)
 {
   const std::uint64_t length = escape ? escapedLength(text) : std::strlen(text);
   if (length >= std::numeric_limits<unsigned int>::max()) return;    // longer than any string of the base library
   m_text = static_cast<char*>(std::malloc(static_cast<std::size_t>(length) + 1));
   if (m_text == nullptr) return;
+  m_length = static_cast<std::size_t>(length);
   if (escape)
     escapeInto(m_text, text);
   else

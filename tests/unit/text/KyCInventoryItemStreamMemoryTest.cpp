@@ -204,6 +204,36 @@ TEST_F(DumpMemory, toStringReportsBehindTheBaseLibraryWhenTheFinishedStringFails
   EXPECT_TRUE(result.isEmpty());
 }
 
+TEST_F(DumpMemory, nothingIsReportedBehindTheWriteThatFails)
+{
+  root.createParameter<KyCString>(pool, KyNInventoryIDs::NAME, text(1000).c_str(), "", false, 0);
+  auto* unknown = new KyCInventoryParameter(pool, KyNInventoryIDs::SIZE, "SIZE", 0x999u);
+  ASSERT_EQ(root.addParameter(pool, KyNInventoryIDs::THIS_NODE, unknown), &root);
+  ASSERT_EQ(pool.takeReports().size(), 0u);
+  MyStream stream(false);
+  {
+    const KyWatchedAllocator watcher(0);
+    EXPECT_FALSE(root.writeToStream(pool, 0, 0, stream));
+  }
+  EXPECT_NO_REPORTS(pool);
+  EXPECT_TRUE(stream.getString().isEmpty());
+}
+
+TEST_F(DumpMemory, aStreamKeepsWhatStandsBeforeAValueThatCannotBeCopied)
+{
+  root.createParameter<KyCString>(pool, KyNInventoryIDs::NAME, "<value>", "", false, 0);
+  MyStream stream(false);
+  {
+    const KyWatchedAllocator watcher(0);
+    EXPECT_FALSE(root.writeToStream(pool, 0, 0, stream));
+  }
+  EXPECT_STREQ(stream.getString().c_str(),
+               "<ITEM ID=\"ROOT\">\n"
+               "    <PARAM ID=\"NAME\" Type=\"String\">\n"
+               "        <VALUE>");
+  EXPECT_NO_REPORTS(pool);
+}
+
 TEST_F(DumpMemory, printTreeReportsNothingWhenAValueCannotBeCopied)
 {
   root.createParameter<KyCString>(pool, KyNInventoryIDs::NAME, "value", "", false, 0);
