@@ -5,9 +5,8 @@ usage='usage: scripts/install-deps.sh [--ci | --bench]
 Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
 all are there. As another user than root it prints the command to run and exits with 1.
 
-  --ci    also what only the continuous integration uses: git, clang, clang-format, valgrind,
-          python3-jsonschema, and groff, zsh and fish, which read man pages and completions'
-  --ci     also what only the continuous integration uses: git, clang, clang-format, valgrind
+  --ci     also what only the continuous integration uses: git, clang, clang-format, valgrind,
+           python3-jsonschema, and groff, zsh and fish, which read man pages and completions
   --bench  also what only the benchmarks use: Google Benchmark, protocol buffers'
 set -eu
 
@@ -16,7 +15,6 @@ case "${1-}" in
   '') ;;
   --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind python3-jsonschema
     groff-base zsh fish" ;;
-  --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind" ;;
   --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;
   *) printf '%s\n' "$usage" >&2; exit 2 ;;

@@ -121,7 +121,9 @@ public:
 private:
   friend class KyCInventoryItem;
   bool grow(unsigned int textLength);
-  bool takeString(KyCErrorListPool& pool, KyCString& text) const;    // as getString; no memory is an error report
+
+  // As getString, but no memory is an error report, and the sink may be without its buffer afterwards.
+  bool takeString(KyCErrorListPool& pool, KyCString& text);
 
   bool m_print;
   char* m_buffer;             // from the C allocator; no terminator; null in print mode and after a failure

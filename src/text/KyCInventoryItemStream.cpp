@@ -13,6 +13,7 @@ namespace
 constexpr unsigned int growthReserve = 1024;     // bytes: the first block, and what each growth adds to the need
 constexpr unsigned int formattedSize = 1024;     // bytes of writef's local buffer
 constexpr unsigned int formattedLimit = 1023;    // bytes of it that are used, the terminator included
+constexpr unsigned int takenOverFrom = 65536;    // bytes: from here on the finished string takes over the buffer
 }    // namespace
 
 KyCInventoryItem::MyStream::MyStream(bool print) : m_print(print), m_buffer(nullptr), m_capacity(0), m_length(0)
@@ -62,9 +63,14 @@ KyCString KyCInventoryItem::MyStream::getString() const
   return KyCString(m_buffer, m_length);
 }
 
-bool KyCInventoryItem::MyStream::takeString(KyCErrorListPool& pool, KyCString& text) const
+// A long text is not copied: with two blocks of it, half the time of a dump would go into fresh pages.
+bool KyCInventoryItem::MyStream::takeString(KyCErrorListPool& pool, KyCString& text)
 {
-  return m_buffer != nullptr && text.assign(pool, m_buffer, m_length);
+  if (m_buffer == nullptr) return false;
+  if (m_length < takenOverFrom || !text.takeOver(m_buffer, m_length)) return text.assign(pool, m_buffer, m_length);
+  m_capacity = 0;
+  m_length = 0;
+  return true;
 }
 
 // Makes room for a text that does not fit; without memory the sink is left without a buffer.

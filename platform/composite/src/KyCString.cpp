@@ -2,6 +2,7 @@
 #include "composite/KyCString.h"
 
 #include <charconv>
+#include <cstdlib>
 #include <new>
 
 #include "KyCompositeMessages.h"
@@ -35,8 +36,12 @@ void KyCString::release() noexcept
   TBlock* const old = block();
   // Who holds the only reference needs no locked instruction: nobody else can make another one meanwhile.
   if (old->isShared() && old->references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+  const bool isTakenOver = old->capacity == 0;
   old->~TBlock();
-  ::operator delete(old);
+  if (isTakenOver)
+    std::free(old);
+  else
+    ::operator delete(old);
 }
 
 // ---- Storing a text ----
@@ -135,6 +140,30 @@ bool KyCString::assign(KyCErrorListPool& pool, const char* text, unsigned int le
   void* const memory = ::operator new (sizeof(TBlock) + std::size_t{length} + 1, pool);
   if (memory == nullptr) return false;
   adopt(startBlock(memory, length), text, length);
+  return true;
+}
+
+// A capacity of 0 has the block replaced, never written to, by whatever changes the text.
+bool KyCString::takeOver(char*& buffer, unsigned int length) noexcept
+{
+  if (length <= INLINE_CAPACITY)
+  {
+    storeInPlace(buffer, length);
+    std::free(buffer);
+    buffer = nullptr;
+    return true;
+  }
+  if (!fitsAddressSpace(length)) return false;
+  void* const memory = std::realloc(buffer, sizeof(TBlock) + std::size_t{length} + 1);
+  if (memory == nullptr) return false;
+  buffer = nullptr;
+  char* const text = static_cast<char*>(memory) + sizeof(TBlock);
+  std::memmove(text, memory, length);
+  text[length] = '\0';
+  TBlock* const block = startBlock(memory, 0);
+  block->length = length;
+  if (!isInline()) release();
+  m_bits = blockBits(block);
   return true;
 }
 

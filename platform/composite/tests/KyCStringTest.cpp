@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdlib>
+#include <cstring>
 #include <new>
 #include <string>
 #include <thread>
@@ -326,6 +328,62 @@ TEST(KyCString, assignReportsExhaustedMemoryAndKeepsTheText)
   }
   EXPECT_STREQ("before", text.c_str());
   EXPECT_REPORTS(pool, {OUT_OF_MEMORY, "", "Out of memory."});
+}
+
+TEST(KyCString, takeOverMakesACollectedTextItsOwn)
+{
+  for (const unsigned int length : {0u, 1u, 7u, 4096u, 1000000u})
+  {
+    const std::string text(length, 'x');
+    for (const char* const before : s_texts)
+    {
+      char* buffer = static_cast<char*>(std::malloc(length + 1));
+      ASSERT_NE(nullptr, buffer);
+      text.copy(buffer, length);
+      KyCString string(before);
+      ASSERT_TRUE(string.takeOver(buffer, length));
+      EXPECT_EQ(nullptr, buffer);
+      EXPECT_EQ(text, bytesOf(string));
+      EXPECT_EQ('\0', string.c_str()[length]);
+      EXPECT_TRUE(string == KyCString(text.c_str()));
+    }
+  }
+}
+
+TEST(KyCString, aTextTakenOverIsSharedAndChangedLikeAnyOther)
+{
+  for (const char* const tail : s_texts)
+  {
+    char* buffer = static_cast<char*>(std::malloc(9));
+    ASSERT_NE(nullptr, buffer);
+    std::memcpy(buffer, "collected", 9);
+    KyCString string;
+    ASSERT_TRUE(string.takeOver(buffer, 9));
+    KyCString copy = string;
+    const KyCString moved = std::move(string);
+    copy += tail;
+    EXPECT_EQ(std::string("collected") + tail, bytesOf(copy));
+    EXPECT_EQ("collected", bytesOf(moved));
+    KyCString assigned = moved;
+    assigned = tail;
+    EXPECT_EQ(tail, bytesOf(assigned));
+    KyCString alone(moved);
+    EXPECT_TRUE(alone == moved);
+  }
+}
+
+TEST(KyCString, aTextTakenOverAndNotSharedMayBeAssignedTo)
+{
+  for (const char* const text : s_texts)
+  {
+    char* buffer = static_cast<char*>(std::malloc(9));
+    ASSERT_NE(nullptr, buffer);
+    std::memcpy(buffer, "collected", 9);
+    KyCString string;
+    ASSERT_TRUE(string.takeOver(buffer, 9));
+    string = text;
+    EXPECT_EQ(text, bytesOf(string));
+  }
 }
 
 TEST(KyCString, assignOfAShortTextNeedsNoMemory)

@@ -204,6 +204,17 @@ TEST_F(DumpMemory, toStringReportsBehindTheBaseLibraryWhenTheFinishedStringFails
   EXPECT_TRUE(result.isEmpty());
 }
 
+TEST_F(DumpMemory, aLongDumpIsHeldOnce)
+{
+  const std::string value(100000, 'x');
+  root.createParameter<KyCString>(pool, KyNInventoryIDs::NAME, value.c_str(), "", false, 0);
+  KyNPoolAllocator::failAfter(0);    // nothing is asked for
+  const KyCString result = root.toString(pool, 0, 0);
+  KyNPoolAllocator::reset();
+  EXPECT_GT(result.length(), 100000u);
+  EXPECT_NO_REPORTS(pool);
+}
+
 TEST_F(DumpMemory, nothingIsReportedBehindTheWriteThatFails)
 {
   root.createParameter<KyCString>(pool, KyNInventoryIDs::NAME, text(1000).c_str(), "", false, 0);

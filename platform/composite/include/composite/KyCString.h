@@ -56,6 +56,16 @@ public:
   // A null text is taken as empty; length is then ignored.
   bool assign(KyCErrorListPool& pool, const char* text, unsigned int length) noexcept;
 
+  // Makes a text that was collected with std::malloc and std::realloc this string's own, without a second block.
+  //
+  //   buffer   from std::malloc; its first `length` characters are the text
+  //
+  // Result:     true; the string owns the memory and buffer is null. False when realloc could not make room for the
+  //             string's own 16 bytes and the NUL, or the length does not fit into the address space; then nothing has
+  //             changed.
+  // Cost:       one realloc and one memmove of the text.
+  bool takeOver(char*& buffer, unsigned int length) noexcept;
+
   // The text with a NUL behind it; never null. The pointer holds until the string is changed, assigned, moved or
   // destroyed.
   const char* c_str() const noexcept { return isInline() ? inlineText() : block()->text(); }
@@ -86,7 +96,7 @@ private:
   {
     std::atomic<std::size_t> references;
     unsigned int length;
-    unsigned int capacity;    // characters there is room for, the NUL not counted
+    unsigned int capacity;    // characters there is room for, the NUL not counted; 0: a block from malloc, for one text
 
     char* text() noexcept { return reinterpret_cast<char*>(this + 1); }
     const char* text() const noexcept { return reinterpret_cast<const char*>(this + 1); }
