@@ -14,6 +14,7 @@
 
 #include "Files.h"
 #include "LiveValues.h"
+#include "Output.h"
 #include "inventoryhost/KyNInventoryHost.h"
 #endif
 #include <charconv>
@@ -153,7 +154,12 @@ public:
   }
 
   // False, with a message, when the output cannot be written.
-  bool print() const { return m_text.empty() || printText(KyCString(m_text.c_str())); }
+  bool print() const
+  {
+    Output out;
+    out.lines(m_text).flush();
+    return out.finish(EXIT_OK) == EXIT_OK;
+  }
 
 private:
   static std::string blanks(std::size_t width, const std::string& text)
