@@ -87,7 +87,7 @@ TEST_F(AnonymizeTool, nothingThatNamesARealMachineIsLeft)
   for (const auto& entry : fs::directory_iterator(folder))
   {
     if (entry.path().extension() != ".xml") continue;
-    const std::string scan = "scan --topology " + entry.path().string() + " -o ";
+    const std::string scan = "scan --force --topology " + entry.path().string() + " -o ";
     EXPECT_EQ(run(scan + path("m.kyinv")).exitCode, 0);
     EXPECT_EQ(run(scan + path("n.kyinv") + " --anonymize --key k").exitCode, 0);
     EXPECT_EQ(run("anonymize --key k --force " + path("m.kyinv") + " -o " + path("o.kyinv")).exitCode, 0);

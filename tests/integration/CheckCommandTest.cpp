@@ -152,7 +152,7 @@ TEST_F(Check, treesOfRealMachinesAreFine)
   for (const auto& entry : fs::directory_iterator(folder))
   {
     if (entry.path().extension() != ".xml") continue;
-    EXPECT_EQ(run("scan --topology " + entry.path().string() + " -o " + path("machine")).exitCode, 0);
+    EXPECT_EQ(run("scan --force --topology " + entry.path().string() + " -o " + path("machine")).exitCode, 0);
     const Outcome outcome = run("check " + path("machine"));
     EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
     const Outcome bytes = run("inspect --bytes " + path("machine"));

@@ -241,7 +241,7 @@ TEST_F(EditCommands, realMachinesAreChangedAndTakenApart)
   {
     if (entry.path().extension() != ".xml") continue;
     const std::string file = path("machine.kyinv");
-    ASSERT_EQ(run("scan --topology " + entry.path().string() + " -o " + file).exitCode, 0);
+    ASSERT_EQ(run("scan --force --topology " + entry.path().string() + " -o " + file).exitCode, 0);
     const std::string all = "$(" + tool + " find --parameters " + file + " '**' | cut -f1)";
     EXPECT_EQ(run("set " + file + " --relevance 9 " + all).exitCode, 0) << entry.path();
     EXPECT_EQ(run("get --all " + file + " " + all + " | cut -f6 | sort -u >" + path("unique.txt") + " #").exitCode, 0);

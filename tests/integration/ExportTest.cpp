@@ -222,7 +222,7 @@ TEST_F(ExportTool, topologyFilesOfRealMachinesComeBackFromEveryFormat)
   {
     if (entry.path().extension() != ".xml") continue;
     ++files;
-    EXPECT_EQ(run("scan --topology " + entry.path().string() + " -o " + path("m.kyinv")).exitCode, 0);
+    EXPECT_EQ(run("scan --force --topology " + entry.path().string() + " -o " + path("m.kyinv")).exitCode, 0);
     const std::string bytes = contentOf(path("m.kyinv"));
     for (const std::string format : {"json", "jsonl", "markup"})
     {

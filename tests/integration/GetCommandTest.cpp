@@ -145,7 +145,7 @@ TEST_F(GetCommand, givesEveryValueThatFindGivesForRealMachines)
   {
     if (entry.path().extension() != ".xml") continue;
     const std::string file = path("machine.kyinv");
-    ASSERT_EQ(run("scan --topology " + entry.path().string() + " -o " + file).exitCode, 0);
+    ASSERT_EQ(run("scan --force --topology " + entry.path().string() + " -o " + file).exitCode, 0);
     const Outcome found = run("find --parameters " + file + " '**'");
     EXPECT_EQ(found.exitCode, 0) << entry.path();
     EXPECT_EQ(run("get --unit " + file + " $(" + KY_TOOL + " find --items " + file + " '**' | cut -f1)").out,

@@ -58,11 +58,15 @@ TEST_F(Shell, theFirstFailureEndsItWithItsExitCode)
   Outcome outcome = carryOut("get BOARD[2]/SIZE BOARD[2]/NAME BOARD[2]/SIZE; pwd");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.out, "1\n");
-  EXPECT_EQ(outcome.err, "kyinventory: There is no parameter BOARD[2]/NAME. (0x1503003, parameter)\n");
+  EXPECT_EQ(outcome.err,
+            "kyinventory: There is no parameter BOARD[2]/NAME. (0x1503003, parameter)\n"
+            "kyinventory: what to do: See what ls lists; set --create TYPE makes a parameter.\n");
   outcome = carryOut("cd BOARD[9]; pwd");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err, "kyinventory: There is no item BOARD[9]. (0x1503001, item)\n");
+  EXPECT_EQ(outcome.err,
+            "kyinventory: There is no item BOARD[9]. (0x1503001, item)\n"
+            "kyinventory: what to do: See what ls lists; addresses are relative to the current item.\n");
   outcome = carryOut("cd BORD; pwd");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_NE(outcome.err.find("BOARD"), std::string::npos) << outcome.err;
@@ -89,7 +93,9 @@ TEST_F(Shell, wrongUsageOfACommandGivesExitCode2)
        "String, Version"},
       {"quit now", "quit: now: only --force may stand here"},
       {"save now", "save: now: only --force may stand here"},
-      {"set NAME=\"a", "shell: The quote \" is not closed. (0x1503000, splitCommands)"},
+      {"set NAME=\"a",
+       "shell: The quote \" is not closed. (0x1503000, splitCommands)\nkyinventory: what to do: "
+       "Close the quote; a \\ in front of a quote takes its meaning away."},
   };
   for (const auto& one : cases)
   {
@@ -130,7 +136,8 @@ TEST_F(Shell, setOfAWrongValueNamesTypeAndBoundsAndSavesNothing)
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.err,
             "kyinventory: BOARD[2]/SIZE: \"3000000000\" is not a value of type Int32, which takes whole numbers from "
-            "-2147483648 to 2147483647. (0x1500803, setValueText)\nkyinventory: " +
+            "-2147483648 to 2147483647. (0x1500803, setValueText)\n"
+            "kyinventory: what to do: Give a value that the type takes.\nkyinventory: " +
                 m_file + ": the changes were not saved\n");
   EXPECT_EQ(carryOut("get NAME").out, "rack 7\n");
 }
@@ -190,7 +197,9 @@ TEST_F(Shell, anUnreadableFileGivesExitCode3)
   const Outcome missing = run("shell " + path("missing") + " -c ls");
   EXPECT_EQ(missing.exitCode, 3);
   EXPECT_EQ(missing.err,
-            "kyinventory: Cannot read " + path("missing") + ": No such file or directory. (0x1500000, readBytes)\n");
+            "kyinventory: Cannot read " + path("missing") +
+                ": No such file or directory. (0x1500000, readBytes)\n"
+                "kyinventory: what to do: Check the path and the permissions; see what the system says.\n");
 }
 
 TEST_F(Shell, helpListsEveryCommand)

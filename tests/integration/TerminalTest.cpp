@@ -62,7 +62,9 @@ TEST_F(ToolAtTerminal, fileNamesInMessagesCannotSteerTheTerminal)
 {
   KyTerminal terminal(tool("show \"$(printf 'a\\033c')\""));
   EXPECT_EQ(terminal.waitForEnd(), 3);
-  EXPECT_EQ(terminal.output(), "kyinventory: Cannot open file a\\x1Bc. (0x1300001, readInventoryDataFromFile)\n");
+  EXPECT_EQ(terminal.output(),
+            "kyinventory: Cannot open file a\\x1Bc. (0x1300001, readInventoryDataFromFile)\n"
+            "kyinventory: what to do: Check the path and the permissions.\n");
 }
 
 TEST_F(ToolAtTerminal, argumentsInMessagesOfWrongUsageCannotSteerTheTerminal)
