@@ -61,9 +61,9 @@ TEST_F(GetCommand, jsonHasEverythingOfEachParameter)
       "[\n"
       "  {\"address\": \"BOARD/NAME\", \"type\": \"String\", \"value\": \"a\\tb\\n\\\\\", \"unit\": \"u\", "
       "\"modifiable\": true, \"relevance\": 7, \"description\": \"NAME\"},\n"
-      "  {\"address\": \"BOARD/VOLTAGE_MAX\", \"type\": \"Float32\", \"value\": 0.1, \"unit\": \"V\", "
+      "  {\"address\": \"BOARD/VOLTAGE_MAX\", \"type\": \"Float32\", \"value\": \"0.1\", \"unit\": \"V\", "
       "\"modifiable\": false, \"relevance\": 0, \"description\": \"VOLTAGE_MAX\"},\n"
-      "  {\"address\": \"BOARD[2]/SIZE\", \"type\": \"ULong64\", \"value\": 18446744073709551615, \"unit\": \"\", "
+      "  {\"address\": \"BOARD[2]/SIZE\", \"type\": \"ULong64\", \"value\": \"18446744073709551615\", \"unit\": \"\", "
       "\"modifiable\": false, \"relevance\": 0, \"description\": \"SIZE\"}\n"
       "]\n");
 }

@@ -44,7 +44,6 @@ std::string base64(std::string_view bytes)
   return text;
 }
 
-bool isFloat(unsigned int type) { return type == KyCParam::TYPE_FLOAT32 || type == KyCParam::TYPE_FLOAT64; }
 }    // namespace
 
 std::string jsonText(std::string_view text)
@@ -74,12 +73,12 @@ std::string jsonText(std::string_view text)
 
 std::string jsonValue(const KyCInventoryParameter& parameter)
 {
-  const unsigned int type = parameter.getType();
   if (*parameter.getTypeAsCString() == '\0') return "null";
+  const unsigned int type = parameter.getType();
+  const bool isSmallInteger =
+      type >= KyCParam::TYPE_INT8 && type <= KyCParam::TYPE_UINT32 && type != KyCParam::TYPE_LONG64;
   const std::string text = KyNInventoryKit::valueText(parameter);
-  const bool isText = type == KyCParam::TYPE_STRING || type == KyCParam::TYPE_VERSION;
-  const bool isNoNumber = isFloat(type) && text.find_first_of("nN") != std::string::npos;
-  return isText || isNoNumber ? jsonText(text) : text;
+  return isSmallInteger ? text : jsonText(text);
 }
 
 std::string jsonNode(std::string_view address, const KyNInventoryKit::Node& node)

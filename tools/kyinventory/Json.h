@@ -11,8 +11,8 @@
 // object {"bytes": "..."} with the text in base64, so that nothing is lost.
 std::string jsonText(std::string_view text);
 
-// The value of a parameter: numbers as JSON numbers of all their digits, but for "nan", "inf" and "-inf"; versions and
-// texts as strings; null for a parameter that has no value.
+// The value of a parameter as in exported trees: integers of up to 32 bits as JSON numbers, everything else as strings
+// (many readers round longer numbers); null for a parameter that has no value.
 std::string jsonValue(const KyCInventoryParameter& parameter);
 
 // An object with the address, and of a parameter with everything that is stored of it.
