@@ -47,7 +47,7 @@ public:
   KyCBlockLimit& operator=(const KyCBlockLimit&) = delete;
 };
 
-bool takeBlock()
+[[maybe_unused]] bool takeBlock()
 {
   ++s_blocks;
   if (s_blocksLeft == 0) return false;
