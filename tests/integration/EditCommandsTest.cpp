@@ -21,6 +21,15 @@ protected:
 };
 }    // namespace
 
+TEST_F(EditCommands, aPipeIsNotChangedInPlace)
+{
+  ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+  const Outcome outcome = run("set " + path("pipe") + " SYSTEMNAME=x");
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(outcome.err,
+            "kyinventory: " + path("pipe") + ": only ordinary files are changed in place; name a file with -o\n");
+}
+
 TEST_F(EditCommands, setChangesSeveralValuesInPlace)
 {
   const std::string a = sample();

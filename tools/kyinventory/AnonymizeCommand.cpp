@@ -34,6 +34,7 @@ void addAnonymizeCommand(CLI::App& program, int& exitCode)
   command->add_option("FILE", arguments->file, "File with a section at its end or start")->required();
   command->add_option("-o,--output", arguments->target.output, "File to store the copy in; - is standard output")
       ->required()
+      ->type_name("FILE")
       ->check(CLI::Validator(
           [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, ""));
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");

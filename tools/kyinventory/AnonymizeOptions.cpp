@@ -1,18 +1,18 @@
 #include "AnonymizeOptions.h"
 
+#include "Files.h"
 #include "Terminal.h"
 #include "inventorykit/KyAnonymize.h"
 
 void addKeyOptions(CLI::App& command, KeyOptions& options, CLI::Option* needed)
 {
-  const CLI::Validator notEmpty(
-      [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, "");
   CLI::Option* const text = command.add_option(
       "--key", options.text, "Key of the pseudonyms, so that other files get the same ones; default: a new random key");
   CLI::Option* const file =
-      command.add_option("--key-file", options.file, "File with the key: its bytes, without line feeds at the end");
-  text->check(notEmpty)->excludes(file);
-  file->check(notEmpty);
+      command.add_option("--key-file", options.file, "File with the key: its bytes, without line feeds at the end")
+          ->type_name("FILE");
+  text->check(notEmpty())->excludes(file);
+  file->check(notEmpty());
   for (CLI::Option* const option : {text, file})
     if (needed != nullptr) option->needs(needed);
 }

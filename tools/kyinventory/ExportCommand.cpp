@@ -46,7 +46,9 @@ void addExportCommand(CLI::App& program, int& exitCode)
   command->add_option("FILE", arguments->file, "File with a section at its end or start")->required();
   command->add_option("--format", arguments->format, "json, jsonl, csv or markup; default: json")
       ->check(CLI::IsMember({"json", "jsonl", "csv", "markup"}));
-  command->add_option("-o,--output", arguments->target.output, "File to write; default: standard output");
+  command->add_option("-o,--output", arguments->target.output, "File to write; default: standard output")
+      ->check(notEmpty())
+      ->type_name("FILE");
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");
   setManual(
       *command,

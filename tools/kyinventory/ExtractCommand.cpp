@@ -47,7 +47,8 @@ void addExtractCommand(CLI::App& program, int& exitCode)
   command->add_option("IMAGE", arguments->image, "File with a section at its end or start; - is standard input")
       ->required();
   command->add_option("-o,--output", arguments->target.output, "File to store the section in; - is standard output")
-      ->required();
+      ->required()
+      ->type_name("FILE");
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");
   addSectionEndOption(*command, arguments->at,
                       "Which section, in a file with two; default: the one that reading takes");

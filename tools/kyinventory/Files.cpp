@@ -9,6 +9,13 @@ using KyNInventoryKit::Overwrite;
 
 namespace
 {
+// Writing to a pipe that was read to its end may wait for ever.
+bool isPipeOrDevice(const std::string& path)
+{
+  struct stat file = {};
+  return ::stat(path.c_str(), &file) == 0 && !S_ISREG(file.st_mode) && !S_ISDIR(file.st_mode);
+}
+
 Overwrite overwriteOf(const TargetOptions& target) { return target.isForced ? Overwrite::YES : Overwrite::NO; }
 
 int told(const KyCErrorListPool& pool, const std::string& path, bool isDone)
@@ -17,6 +24,12 @@ int told(const KyCErrorListPool& pool, const std::string& path, bool isDone)
   return isDone ? EXIT_OK : EXIT_OUTPUT;
 }
 }    // namespace
+
+CLI::Validator notEmpty()
+{
+  return CLI::Validator([](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); },
+                        "");
+}
 
 TreePointer readTreeFile(const std::string& path)
 {
@@ -32,11 +45,8 @@ TreePointer readTreeFile(const std::string& path)
 
 CLI::Option* addTargetOptions(CLI::App& command, TargetOptions& target, const std::string& meaning)
 {
-  // An empty text is a script's unset variable, and must not mean the input.
-  const CLI::Validator notEmpty(
-      [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, "");
   CLI::Option* const output =
-      command.add_option("-o,--output", target.output, meaning)->check(notEmpty)->type_name("FILE");
+      command.add_option("-o,--output", target.output, meaning)->check(notEmpty())->type_name("FILE");
   command.add_flag("--force", target.isForced, "Let -o write over an existing file");
   return output;
 }
@@ -46,6 +56,11 @@ bool mayStore(const std::string& input, const TargetOptions& target)
   if (input == "-" && target.output.empty())
   {
     complain("standard input cannot be changed in place; name a file with -o");
+    return false;
+  }
+  if (target.output.empty() && !input.empty() && isPipeOrDevice(input))
+  {
+    complain(input + ": only ordinary files are changed in place; name a file with -o");
     return false;
   }
   KyCErrorListPool pool;

@@ -9,6 +9,9 @@
 
 using KyNInventoryKit::TreePointer;
 
+// Refuses an empty text, which is a script's unset variable: standard output or everything would be a wrong guess.
+CLI::Validator notEmpty();
+
 // The tree of the section in a file ("-": standard input); null, after a message, when there is none.
 TreePointer readTreeFile(const std::string& path);
 

@@ -40,14 +40,13 @@ int importFile(const ImportArguments& arguments)
 
 void addImportCommand(CLI::App& program, int& exitCode)
 {
-  const CLI::Validator notEmpty(
-      [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, "");
   auto arguments = std::make_shared<ImportArguments>();
   CLI::App* command = program.add_subcommand("import", "Make a section file of JSON, JSON lines or mark-up");
   command->add_option("FILE", arguments->file, "File with the text; - is standard input")->required();
   command->add_option("-o,--output", arguments->target.output, "File to store the section in; - is standard output")
       ->required()
-      ->check(notEmpty);
+      ->check(notEmpty())
+      ->type_name("FILE");
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");
   command->add_option("--format", arguments->format, "json, jsonl or markup; default: what the text looks like")
       ->check(CLI::IsMember({"json", "jsonl", "markup"}));

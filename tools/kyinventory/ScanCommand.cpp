@@ -75,14 +75,11 @@ int scan(const ScanArguments&)
 
 void addScanCommand(CLI::App& program, int& exitCode)
 {
-  // An empty text is a script's unset variable: taking this machine instead of a file would be a wrong answer.
-  const CLI::Validator notEmpty(
-      [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, "");
   auto arguments = std::make_shared<ScanArguments>();
   CLI::App* command =
       program.add_subcommand("scan", "Take the inventory of this machine, or of one described in a file");
   command->add_option("--topology", arguments->topology, "hwloc topology file (XML) to take instead of this machine")
-      ->check(notEmpty)
+      ->check(notEmpty())
       ->type_name("FILE");
   addTargetOptions(
       *command, arguments->target,

@@ -6,6 +6,9 @@
 
 namespace
 {
+// A longer value does not make its column wider: one in a file must not fill the screen with blanks.
+constexpr std::size_t s_widestColumn = 40;
+
 std::string escaped(const std::string& text)
 {
   if (text.find_first_of("\t\n\r\\") == std::string::npos) return text;
@@ -48,7 +51,7 @@ void Table::finish()
   std::vector<std::size_t> widths(m_rows.front().size(), 0);
   for (const auto& row : m_rows)
     for (std::size_t n = 0; n < row.size(); ++n)
-      widths[n] = std::max(widths[n], widthOf(row[n]));
+      widths[n] = std::max(widths[n], std::min(widthOf(row[n]), s_widestColumn));
   for (std::size_t line = 0; line < m_rows.size(); ++line)
   {
     const auto& row = m_rows[line];
@@ -56,7 +59,8 @@ void Table::finish()
     {
       m_out.data(row[n], line == 0 ? Style::HEADING : n == 0 ? Style::NAME : Style::PLAIN);
       const bool isLast = n + 1 == row.size();
-      m_out.text(isLast ? "\n" : std::string(widths[n] - widthOf(row[n]) + 2, ' '));
+      const std::size_t width = std::min(widthOf(row[n]), widths[n]);
+      m_out.text(isLast ? "\n" : std::string(widths[n] - width + 2, ' '));
     }
   }
 }

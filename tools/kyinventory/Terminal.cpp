@@ -8,14 +8,45 @@
 
 namespace
 {
-// The length of the control character that the bytes start with; 0: none. Terminals obey U+0080 .. U+009F, too, which are
-// two bytes in UTF-8.
-std::size_t controlLength(const char* bytes, std::size_t length)
+bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+// The code point that the bytes start with, and its length in UTF-8; the length is 0 when they are none.
+std::size_t decode(std::string_view bytes, unsigned int& point)
 {
   const unsigned char first = static_cast<unsigned char>(bytes[0]);
-  if (first < 0x20 || first == 0x7F) return 1;
-  const bool isTwoBytes = first == 0xC2 && length > 1 && (static_cast<unsigned char>(bytes[1]) & 0xE0) == 0x80;
-  return isTwoBytes ? 2 : 0;
+  const std::size_t length = first < 0x80   ? 1
+                             : first < 0xC2 ? 0
+                             : first < 0xE0 ? 2
+                             : first < 0xF0 ? 3
+                             : first < 0xF5 ? 4
+                                            : 0;
+  if (length == 0 || bytes.size() < length) return 0;
+  point = length == 1 ? first : first & (0x7Fu >> length);
+  for (std::size_t n = 1; n < length; ++n)
+  {
+    if (!isContinuation(bytes[n])) return 0;
+    point = point << 6 | (static_cast<unsigned char>(bytes[n]) & 0x3Fu);
+  }
+  const bool isOverlong = (length == 3 && point < 0x800) || (length == 4 && point < 0x10000);
+  const bool isSurrogate = point >= 0xD800 && point <= 0xDFFF;
+  return isOverlong || isSurrogate || point > 0x10FFFF ? 0 : length;
+}
+
+// What a terminal obeys, or what changes the order in which a line is read.
+bool isControl(unsigned int point)
+{
+  return point < 0x20 || (point >= 0x7F && point <= 0x9F) || point == 0x200E || point == 0x200F ||
+         (point >= 0x2028 && point <= 0x202E) || (point >= 0x2066 && point <= 0x2069);
+}
+
+// The length of the control character that the bytes start with; 0: none. A byte that is no UTF-8 counts as one: terminals
+// of other encodings obey the bytes 80 .. 9F.
+std::size_t controlLength(std::string_view bytes, std::size_t& ordinary)
+{
+  unsigned int point = 0;
+  ordinary = decode(bytes, point);
+  if (ordinary == 0) return 1;
+  return isControl(point) ? ordinary : 0;
 }
 }    // namespace
 
@@ -23,11 +54,16 @@ std::string withoutControls(std::string_view text, std::string_view kept)
 {
   std::string safe;
   safe.reserve(text.size());
-  std::size_t n = 0;
-  while (n < text.size())
+  for (std::size_t n = 0; n < text.size();)
   {
-    const std::size_t controls = kept.find(text[n]) == kept.npos ? controlLength(&text[n], text.size() - n) : 0;
-    if (controls == 0) safe += text[n++];
+    std::size_t ordinary = 1;
+    const bool isKept = kept.find(text[n]) != kept.npos;
+    const std::size_t controls = isKept ? 0 : controlLength(text.substr(n), ordinary);
+    if (controls == 0)
+    {
+      safe += text.substr(n, ordinary);
+      n += ordinary;
+    }
     for (const std::size_t end = n + controls; n < end; ++n)
     {
       char escaped[5];

@@ -6,8 +6,8 @@
 
 #include "errorhandling/KyCErrorList.h"
 
-// The text with each byte of a control character as \xNN, but for the characters to keep. Terminals obey U+0080 .. U+009F,
-// too, which are two bytes in UTF-8.
+// The text with each byte of a control character as \xNN, but for the characters to keep. Controls are also U+0080 .. U+009F,
+// the characters that change the direction of a line, and every byte that is no UTF-8.
 std::string withoutControls(std::string_view text, std::string_view kept = "");
 
 // One line "kyinventory: ..." on standard error, with control characters, line feeds too, as \xNN: the message may hold a
