@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Command.h"
 #include "Program.h"
 #include "integration/KyToolTest.h"
 

@@ -53,20 +53,6 @@ void printTable(Output& out, const std::vector<Node>& found)
   table.finish();
 }
 
-void printJson(Output& out, const std::vector<Node>& found)
-{
-  KyNInventoryKit::AddressTexts addresses;
-  out.text("[");
-  const char* separator = "\n";
-  for (const Node& node : found)
-  {
-    out.text(separator).text("  ").text(jsonNode(addresses.of(node), node));
-    separator = ",\n";
-    if (out.hasFailed()) break;
-  }
-  out.text("\n]\n");
-}
-
 int find(const FindArguments& arguments)
 {
   Query query;
@@ -76,7 +62,7 @@ int find(const FindArguments& arguments)
   const std::vector<Node> found = KyNInventoryKit::find(*tree, query);
   Output out;
   if (arguments.json)
-    printJson(out, found);
+    printNodesAsJson(out, found);
   else
     printTable(out, found);
   return out.finish(found.empty() ? EXIT_NOT_FOUND : EXIT_OK);

@@ -95,20 +95,6 @@ void printValues(Output& out, const std::vector<Node>& parameters)
     out.data(KyNInventoryKit::valueText(*node.parameter), Style::VALUE).text("\n");
 }
 
-void printJson(Output& out, const std::vector<Node>& parameters)
-{
-  KyNInventoryKit::AddressTexts addresses;
-  out.text("[");
-  const char* separator = "\n";
-  for (const Node& node : parameters)
-  {
-    out.text(separator).text("  ").text(jsonNode(addresses.of(node), node));
-    separator = ",\n";
-    if (out.hasFailed()) break;
-  }
-  out.text("\n]\n");
-}
-
 int get(const GetArguments& arguments)
 {
   std::vector<KyCInventoryAddress> addresses;
@@ -128,7 +114,7 @@ int get(const GetArguments& arguments)
   }
   Output out;
   if (arguments.json)
-    printJson(out, parameters);
+    printNodesAsJson(out, parameters);
   else if (hasAddress || arguments.type || arguments.unit)
     printTable(out, parameters, arguments, hasAddress);
   else

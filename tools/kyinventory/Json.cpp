@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "Output.h"
 #include "composite/KyCParam.h"
 #include "inventorykit/KyValueText.h"
 
@@ -94,4 +95,18 @@ std::string jsonNode(std::string_view address, const KyNInventoryKit::Node& node
   }
   const char* const description = p != nullptr ? p->getDescription() : node.item->getDescription();
   return json + ", \"description\": " + jsonText(description) + "}";
+}
+
+void printNodesAsJson(Output& out, const std::vector<KyNInventoryKit::Node>& nodes)
+{
+  KyNInventoryKit::AddressTexts addresses;
+  out.text("[");
+  const char* separator = "\n";
+  for (const KyNInventoryKit::Node& node : nodes)
+  {
+    out.text(separator).text("  ").text(jsonNode(addresses.of(node), node));
+    separator = ",\n";
+    if (out.hasFailed()) break;
+  }
+  out.text("\n]\n");
 }

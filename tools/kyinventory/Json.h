@@ -3,9 +3,12 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "inventory/KyCInventoryParameter.h"
 #include "inventorykit/KyLookUp.h"
+
+class Output;
 
 // A text as a JSON string. Control characters are escaped, also those beyond ASCII. Bytes that are no UTF-8 give an
 // object {"bytes": "..."} with the text in base64, so that nothing is lost.
@@ -17,3 +20,6 @@ std::string jsonValue(const KyCInventoryParameter& parameter);
 
 // An object with the address, and of a parameter with everything that is stored of it.
 std::string jsonNode(std::string_view address, const KyNInventoryKit::Node& node);
+
+// Prints nodes as an array of such objects, one a line.
+void printNodesAsJson(Output& out, const std::vector<KyNInventoryKit::Node>& nodes);

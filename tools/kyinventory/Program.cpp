@@ -4,7 +4,9 @@
 #include <sstream>
 #include <utility>
 
+#include "Command.h"
 #include "Output.h"
+#include "Terminal.h"
 
 namespace
 {
@@ -91,6 +93,19 @@ std::map<std::string, Manual>& manuals()
   static std::map<std::string, Manual> all;
   return all;
 }
+
+// What the parser has to say: help for those who asked for it, otherwise what is wrong.
+int answer(const CLI::App& program, const CLI::ParseError& error)
+{
+  std::ostringstream help;
+  std::ostringstream wrong;
+  const bool isHelp = program.exit(error, help, wrong) == 0;
+  const std::string message = withoutControls(wrong.str(), "\n");
+  std::fwrite(message.data(), 1, message.size(), stderr);
+  Output out;
+  out.text(help.str());
+  return out.finish(isHelp ? EXIT_OK : EXIT_USAGE);
+}
 }    // namespace
 
 bool isHidden(const CLI::App& command) { return command.get_parent() != nullptr && command.get_group().empty(); }
@@ -124,4 +139,19 @@ std::unique_ptr<CLI::App> makeProgram(int& exitCode)
     complete(*command);
   program->footer(program->get_footer() + "\n\nEach sub-command has a help of its own: kyinventory COMMAND --help");
   return program;
+}
+
+int runProgram(int argc, char** argv)
+{
+  int exitCode = EXIT_OK;
+  const std::unique_ptr<CLI::App> program = makeProgram(exitCode);
+  try
+  {
+    program->parse(argc, argv);
+  }
+  catch (const CLI::ParseError& error)
+  {
+    return answer(*program, error);
+  }
+  return exitCode;
 }

@@ -6,10 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "Command.h"
+namespace CLI
+{
+class App;
+}
 
 // The program; parsing a command line with it runs the sub-command, which stores its exit code.
 std::unique_ptr<CLI::App> makeProgram(int& exitCode);
+
+// Parses the command line and runs its sub-command; the exit code of the process.
+int runProgram(int argc, char** argv);
 
 // Whether a sub-command is for scripts of the tool's own and not for people.
 bool isHidden(const CLI::App& command);

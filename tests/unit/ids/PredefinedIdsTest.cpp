@@ -15,7 +15,7 @@ namespace
 struct KyRow
 {
   unsigned int id;
-  std::string name;
+  const char* name;
   const KyCInventoryAddress* object;
 };
 
@@ -118,8 +118,8 @@ TEST(PredefinedIds, listMapAndObjectsAgreeInEveryRow)
   {
     const KyRow& row = rows()[id];
     ASSERT_EQ(row.id, id);
-    ASSERT_EQ(row.name, listedNames()[id]);
-    ASSERT_STREQ(KyNInventoryIDs::Map.get(id), row.name.c_str());
+    ASSERT_STREQ(row.name, listedNames()[id].c_str());
+    ASSERT_STREQ(KyNInventoryIDs::Map.get(id), row.name);
     ASSERT_EQ(row.object->getLength(), 1u) << row.name;
     ASSERT_EQ(row.object->getCategory(), id) << row.name;
     ASSERT_EQ(row.object->getIndex(), 1u) << row.name;
@@ -141,10 +141,10 @@ TEST(PredefinedIds, everyObjectPrintsAsItsNameAndReadsBackExceptIdZero)
 {
   for (const KyRow& row : rows())
   {
-    ASSERT_STREQ(row.object->toString().c_str(), row.name.c_str());
-    ASSERT_STREQ(row.object->getCategoryNameCStr(), row.name.c_str());
+    ASSERT_STREQ(row.object->toString().c_str(), row.name);
+    ASSERT_STREQ(row.object->getCategoryNameCStr(), row.name);
     KyCInventoryAddress read;
-    read.readFromString(row.name.c_str());
+    read.readFromString(row.name);
     if (row.id == 0)
       ASSERT_TRUE(read.isEmpty());
     else

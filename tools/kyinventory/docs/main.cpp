@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "Command.h"
 #include "CompletionScript.h"
 #include "ManPage.h"
 #include "Program.h"
