@@ -7,7 +7,7 @@ all are there. As another user than root it prints the command to run and exits 
 
   --ci     also what only the continuous integration uses: git, clang, clang-format, valgrind,
            python3-jsonschema, and groff, zsh and fish, which read man pages and completions
-  --bench  also what only the benchmarks use: Google Benchmark, protocol buffers'
+  --bench  also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine'
 set -eu
 
 packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev nlohmann-json3-dev libpugixml-dev libedit-dev'
@@ -15,7 +15,7 @@ case "${1-}" in
   '') ;;
   --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind python3-jsonschema
     groff-base zsh fish" ;;
-  --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler" ;;
+  --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler hyperfine" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;
   *) printf '%s\n' "$usage" >&2; exit 2 ;;
 esac
