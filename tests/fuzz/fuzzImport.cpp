@@ -1,19 +1,11 @@
 // Any bytes as the text of a tree: a tree and no report, or reports and no tree; and what was read comes back from JSON, and
 // from mark-up where this build reads it, to the same text.
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-
+#include "KyFuzz.h"
 #include "inventorykit/KyFormats.h"
 
 namespace
 {
 using KyNInventoryKit::Format;
-
-void require(bool condition)
-{
-  if (!condition) std::abort();
-}
 
 void requireRoundTrip(const KyCInventoryItem& tree, Format format)
 {
