@@ -121,25 +121,35 @@ unsigned int idOfName(const std::string& name)
   return found != ids.end() ? found->second : 0;
 }
 
-std::vector<std::string> nearestNames(const std::string& name, unsigned int count)
+std::vector<std::string> nearestOf(const std::string& name, const std::vector<std::string>& candidates,
+                                   unsigned int count)
 {
   const std::string wanted = upperCase(name);
-  const std::size_t farthest = 1 + wanted.size() / 4;
   std::vector<std::pair<std::size_t, std::string>> near;
-  for (unsigned int id = 1; id < KyNInventoryIDs::Map.getCount(); ++id)
+  for (const std::string& candidate : candidates)
   {
-    const std::string candidate = KyNInventoryIDs::Map.get(id);
-    const std::size_t difference =
-        candidate.size() > wanted.size() ? candidate.size() - wanted.size() : wanted.size() - candidate.size();
-    const std::size_t distance = difference > farthest ? difference : editDistance(wanted, candidate);
-    if (distance <= farthest) near.emplace_back(distance, candidate);
+    const std::size_t distance = nameDistance(wanted, upperCase(candidate));
+    if (distance != NOT_NEAR) near.emplace_back(distance, candidate);
   }
   std::sort(near.begin(), near.end());
+  near.erase(std::unique(near.begin(), near.end()), near.end());    // two IDs may have one name
   std::vector<std::string> names;
-  const bool isOtherCase = !near.empty() && near.front().first == 0;
-  for (std::size_t n = 0; n < near.size() && n < (isOtherCase ? std::min(count, 1u) : count); ++n)
+  if (near.empty()) return names;
+  // Beside one that differs in a letter, nobody looks for one that differs in three.
+  const std::size_t best = near.front().first;
+  const std::size_t farthest = farthestByLetters(wanted);
+  const std::size_t last = best == 0 ? 0 : best > farthest ? near.back().first : std::min(best + 1, farthest);
+  for (std::size_t n = 0; n < near.size() && names.size() < count && near[n].first <= last; ++n)
     names.push_back(near[n].second);
   return names;
+}
+
+std::vector<std::string> nearestNames(const std::string& name, unsigned int count)
+{
+  std::vector<std::string> candidates;
+  for (unsigned int id = 1; id < KyNInventoryIDs::Map.getCount(); ++id)
+    candidates.emplace_back(KyNInventoryIDs::Map.get(id));
+  return nearestOf(name, candidates, count);
 }
 
 bool readAddress(KyCErrorListPool& pool, const std::string& text, KyCInventoryAddress& address)

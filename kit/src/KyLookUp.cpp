@@ -39,7 +39,7 @@ WayEnd endOfWay(KyCInventoryItem& top, const KyCInventoryAddress& address)
   return end;
 }
 
-// Ranks what an item has by its distance from an element that it does not have.
+// Ranks what an item has, and what is near, by its distance from an element that it does not have.
 class NearestFinder
 {
 public:
@@ -52,8 +52,10 @@ public:
   {
     const unsigned int index = candidate.getIndex();
     const unsigned int wanted = m_wanted.getIndex();
-    m_candidates.emplace_back(distanceTo(candidate), index > wanted ? index - wanted : wanted - index,
-                              m_candidates.size(), candidate);
+    const std::size_t distance = distanceTo(candidate);
+    if (distance == NOT_NEAR) return;
+    m_candidates.emplace_back(distance, index > wanted ? index - wanted : wanted - index, m_candidates.size(),
+                              candidate);
   }
 
   std::vector<std::string> nearest(const KyCInventoryAddress& place, unsigned int count)
@@ -68,8 +70,13 @@ public:
                                std::tie(std::get<0>(b), std::get<1>(b), std::get<2>(b));
                       });
     std::vector<std::string> texts;
+    if (m_candidates.empty()) return texts;
+    // What is near by its beginning alone is told where nothing is nearer.
+    const std::size_t byLetters = 1 + farthestByLetters(m_name);
+    const std::size_t last = std::get<0>(m_candidates.front()) <= byLetters ? byLetters : NOT_NEAR;
     for (auto candidate = m_candidates.begin(); candidate != end && texts.size() < count; ++candidate)
     {
+      if (std::get<0>(*candidate) > last) break;
       std::string text = addressText(place / std::get<3>(*candidate));
       if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(std::move(text));
     }
@@ -85,7 +92,9 @@ private:
     const unsigned int id = candidate.getCategory();
     if (id == m_wanted.getCategory()) return 0;
     const auto [known, isNew] = m_distances.emplace(id, 0);
-    if (isNew) known->second = 1 + editDistance(m_name, upperCase(candidate.getCategoryNameCStr()));
+    if (!isNew) return known->second;
+    const std::size_t distance = nameDistance(m_name, upperCase(candidate.getCategoryNameCStr()));
+    known->second = distance == NOT_NEAR ? NOT_NEAR : 1 + distance;
     return known->second;
   }
 

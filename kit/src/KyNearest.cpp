@@ -33,6 +33,20 @@ std::size_t editDistance(const std::string& a, const std::string& b)
   return row[b.size()];
 }
 
+std::size_t farthestByLetters(const std::string& wanted) { return std::max<std::size_t>(1, wanted.size() / 4); }
+
+std::size_t nameDistance(const std::string& wanted, const std::string& candidate)
+{
+  constexpr std::size_t shortestBeginning = 3;
+  const std::size_t farthest = farthestByLetters(wanted);
+  const std::size_t shorter = std::min(wanted.size(), candidate.size());
+  const std::size_t difference = std::max(wanted.size(), candidate.size()) - shorter;
+  const std::size_t distance = difference > farthest ? NOT_NEAR : editDistance(wanted, candidate);
+  if (distance <= farthest && distance < wanted.size()) return distance;
+  const bool isBeginning = shorter >= shortestBeginning && wanted.compare(0, shorter, candidate, 0, shorter) == 0;
+  return isBeginning ? farthest + difference : NOT_NEAR;
+}
+
 std::string didYouMean(const std::vector<std::string>& names)
 {
   std::string text;

@@ -222,11 +222,14 @@ private:
     return KyCInventoryParameter(ignored, 1, "", type).getTypeAsCString();
   }
 
-  // A report is a line for people.
+  // A report is a line for people, and would end at a zero byte.
   static std::string shortened(const std::string& text)
   {
     constexpr std::size_t longest = 100;
-    return text.size() > longest ? text.substr(0, longest) + "..." : text;
+    std::string shown;
+    for (const char c : text.substr(0, longest))
+      shown += c == '\0' ? std::string("\\x00") : std::string(1, c);
+    return text.size() > longest ? shown + "..." : shown;
   }
 
   KyCErrorListPool& m_pool;

@@ -95,3 +95,19 @@ TEST(KyAddressText, namesAreFound)
   EXPECT_EQ(nearestNames("SERIAL_NUMBR", 1), std::vector<std::string>{"SERIAL_NUMBER"});
   EXPECT_TRUE(nearestNames("SERIAL_NUMBER", 0).empty());
 }
+
+TEST(KyAddressText, nearNamesDifferInFewLettersOrBeginAlike)
+{
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(nearestNames("SERIAL_NUMBR", 9), Names{"SERIAL_NUMBER"});
+  EXPECT_EQ(nearestNames("BORD", 9), Names{"BOARD"});
+  EXPECT_EQ(nearestNames("voltage_ma", 9), (Names{"VOLTAGE_MAX", "VOLTAGE_MIN"}));
+  EXPECT_EQ(nearestNames("VOLTAGE_UPP", 1), Names{"VOLTAGE_UPPER_MAX"});
+  EXPECT_EQ(nearestNames("SERIAL_NUMBER_PLUG", 9), (Names{"SERIAL_NUMBER_PLUGON", "SERIAL_NUMBER_PLUGON2"}));
+  EXPECT_EQ(nearestNames("Q", 9), Names());
+  EXPECT_EQ(nearestNames("", 9), Names());
+  EXPECT_EQ(nearestNames("ZZZZZZZZZZZZ", 9), Names());
+  EXPECT_EQ(nearestOf("shwo", {"show", "scan", "shell"}, 9), Names{"show"});
+  EXPECT_EQ(nearestOf("anon", {"show", "anonymize"}, 9), Names{"anonymize"});
+  EXPECT_EQ(nearestOf("DIFF", {"diff", "differ"}, 9), Names{"diff"});
+}

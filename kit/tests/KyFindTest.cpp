@@ -166,8 +166,7 @@ TEST(KyFind, whatIsNoPatternIsReportedWithItsPlace)
   EXPECT_EQ(report("CPU]"), "\"CPU]\"" + isNot + "\"/\" or \"[\" is expected at character 4.");
   EXPECT_EQ(report("**[2]"), "\"**[2]\"" + isNot + "\"/\" or \"[\" is expected at character 3.");
   EXPECT_EQ(report("0"), "\"0\"" + isNot + "an ID from 1 to 4294967295 is expected at character 1.");
-  EXPECT_EQ(report("SERIAL_NUMBR"),
-            "SERIAL_NUMBR is not an inventory ID. Did you mean SERIAL_NUMBER, PS_SERIAL_NUMBER or SIGNAL_NUMBER?");
+  EXPECT_EQ(report("SERIAL_NUMBR"), "SERIAL_NUMBR is not an inventory ID. Did you mean SERIAL_NUMBER?");
   EXPECT_EQ(report("NO_SUCH_*"), "No inventory ID matches \"NO_SUCH_*\".");
 }
 

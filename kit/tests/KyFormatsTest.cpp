@@ -442,7 +442,7 @@ TEST(KyFormats, aMisspelledIdIsToldWithTheNearestNames)
 {
   EXPECT_TRUE(
       sameReports(reportsOf(json("{\"id\": \"BORD\"}"), Format::JSON),
-                  {{0x1500800, "readElement", "BORD is not an inventory ID. Did you mean BOARD or PORT?"},
+                  {{0x1500800, "readElement", "BORD is not an inventory ID. Did you mean BOARD?"},
                    {0x1505002, "importTree", "Line 1, column 56 (root item): \"BORD\" is not the name of an ID."}}));
 }
 

@@ -42,7 +42,7 @@ TEST(KyLookUp, whatIsMissingIsReportedWithTheNearestThatExists)
                   "BOARD[8]/NAME does not exist: the root item has no BOARD[8]. Did you mean BOARD[9], BOARD[2] or "
                   "BOARD[30]?"},
                  {0x1504000, "lookUp",
-                  "BOARD[2]/SERIAL does not exist: BOARD[2] has no SERIAL. Did you mean BOARD[2]/SIZE or "
+                  "BOARD[2]/SERIAL does not exist: BOARD[2] has no SERIAL. Did you mean "
                   "BOARD[2]/SERIAL_NUMBER?"},
                  {0x1504000, "lookUp", "CPU/NAME does not exist: CPU has no NAME."});
 }
@@ -55,6 +55,23 @@ TEST(KyLookUp, nearestAreTheSameIdAndThenSimilarNames)
   EXPECT_EQ(nearestExisting(sample.root(), kyAddress("VOLTAGE_MAX[5]/CPU"), 9),
             (Texts{"VOLTAGE_MAX[4]", "VOLTAGE_MAX[7]", "VOLTAGE_MAX[3]"}));
   EXPECT_EQ(nearestExisting(sample.root(), kyAddress("VOLTAGE_MAX[4]/CPU"), 9), Texts());
+}
+
+TEST(KyLookUp, whatHasLittleInCommonIsNotNamed)
+{
+  KySampleTree sample("ROOT NAME=\"a\" SIZE=1 SERIAL_NUMBER=2 VOLTAGE_MAX=1; CPU");
+  EXPECT_EQ(nearestExisting(sample.root(), kyAddress("BOARD"), 9), Texts());
+  EXPECT_EQ(nearestExisting(sample.root(), kyAddress("ID"), 9), Texts());
+  EXPECT_EQ(nearestExisting(sample.root(), kyAddress("CPLD"), 9), Texts());
+  EXPECT_EQ(nearestExisting(sample.root(), kyAddress("CPU[2]"), 9), Texts{"CPU"});
+}
+
+TEST(KyLookUp, aNameThatBeginsWithTheOtherIsNearWhereNothingIsNearer)
+{
+  KySampleTree sample("ROOT SERIAL_NUMBER=2 SERIAL_NUMBER_PLUGON=1 VOLTAGE_MAX=1; SIZE");
+  EXPECT_EQ(nearestExisting(sample.root(), kyAddress("SERIAL"), 9), (Texts{"SERIAL_NUMBER", "SERIAL_NUMBER_PLUGON"}));
+  EXPECT_EQ(nearestExisting(sample.root(), kyAddress("VOLTAGE_MAX[2]/CPU"), 9), Texts());
+  EXPECT_EQ(nearestExisting(sample.root(), kyAddress("SERIAL_NUMBER_PLUGON2"), 9), Texts{"SERIAL_NUMBER_PLUGON"});
 }
 
 TEST(KyLookUp, addressTextsAreThoseOfTheNodes)

@@ -156,6 +156,12 @@ TEST(KyPatch, whatStandsBehindAMissingSiblingGoesToTheEnd)
   EXPECT_EQ(KyTreeDifference(*tree, KySampleTree("ROOT/CPU; CPU[2]; DEVICE; BOARD[2]").root()), "");
 }
 
+TEST(KyPatch, zeroBytesInConflictsAreShown)
+{
+  expectConflicts("ROOT NAME=\"a\\x00b\"", "ROOT NAME=\"c\"", "ROOT NAME=\"\\x00\\x00d\"",
+                  {"NAME: the value is \\x00\\x00d, not a\\x00b"});
+}
+
 TEST(KyPatch, everyConflictIsToldAndNothingChanges)
 {
   expectConflicts("ROOT/BOARD SIZE Int32 1 unit=\"V\"; BOARD NAME=\"a\"; BOARD ID=1; CPU",

@@ -146,7 +146,7 @@ TEST_F(ExportTool, importWritesNothingWhenAnythingIsWrong)
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err, "kyinventory: " + path("a.json") +
-                             ": BORD is not an inventory ID. Did you mean BOARD or PORT? (0x1500800, readElement)\n"
+                             ": BORD is not an inventory ID. Did you mean BOARD? (0x1500800, readElement)\n"
                              "kyinventory: " +
                              path("a.json") +
                              ": Line 2, column 42 (?): \"BORD\" is not the name of an ID. (0x1505002, importTree)\n"

@@ -30,9 +30,7 @@ TEST_F(IdsAndExplain, idsNamesTheNearestWhenNoneMatchesWithExitCode1)
   Outcome outcome = run("ids serial_numbr");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(
-      outcome.err,
-      "kyinventory: serial_numbr: no inventory ID matches. Nearest: SERIAL_NUMBER, PS_SERIAL_NUMBER, SIGNAL_NUMBER\n");
+  EXPECT_EQ(outcome.err, "kyinventory: serial_numbr: no inventory ID matches. Nearest: SERIAL_NUMBER\n");
   outcome = run("ids --json 'no such'");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.out, "[\n]\n");

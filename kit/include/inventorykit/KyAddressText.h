@@ -32,8 +32,14 @@ KY_INVENTORYKIT_API bool readElement(KyCErrorListPool& pool, const std::string& 
 KY_INVENTORYKIT_API unsigned int idOfName(const std::string& name);
 
 // The names of predefined IDs that a misspelled one most likely stands for, the likeliest first; at most `count`, and
-// none when nothing is near. Upper and lower case count as the same letter; a name that is right but for those stands alone.
+// none when nothing is near. Near is what differs in at most every fourth letter, and not in more than one letter more than
+// the nearest; where there is none such, what begins with the name, or what the name begins with. Upper and lower case
+// count as the same letter; a name that is right but for those stands alone.
 KY_INVENTORYKIT_API std::vector<std::string> nearestNames(const std::string& name, unsigned int count);
+
+// As nearestNames, among other names than those of IDs.
+KY_INVENTORYKIT_API std::vector<std::string> nearestOf(const std::string& name,
+                                                       const std::vector<std::string>& candidates, unsigned int count);
 
 // The text form of an address; "." for the empty one.
 KY_INVENTORYKIT_API std::string addressText(const KyCInventoryAddress& address);

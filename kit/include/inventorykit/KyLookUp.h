@@ -33,7 +33,8 @@ KY_INVENTORYKIT_API Node lookUp(KyCInventoryItem& top, const KyCInventoryAddress
 KY_INVENTORYKIT_API Node lookUp(KyCErrorListPool& pool, KyCInventoryItem& top, const KyCInventoryAddress& address);
 
 // For an address that names nothing: the addresses of what exists at the point where its way ends, the nearest first,
-// at most `count`. Near is the same ID with another index, and then a name that differs little.
+// at most `count`. Near is the same ID with another index, and then a name that differs in at most every fourth letter;
+// where there is neither, a name that begins with the one asked for, or the other way round. Nothing else is named.
 //
 // Cost:       linear in what there is at that point.
 KY_INVENTORYKIT_API std::vector<std::string> nearestExisting(KyCInventoryItem& top, const KyCInventoryAddress& address,
