@@ -1,6 +1,9 @@
 // KyHostTopology.cpp: see KyHostTopology.h.
 #include "KyHostTopology.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -23,29 +26,41 @@ void reportHwloc(KyCErrorListPool& pool, const char* function, const char* faile
   pool.setError(KY_HOST_MSG_HWLOC_FAILED, __LINE__, function, "%s%s", failed, reasonText(errno).c_str());
 }
 
-// The whole file. hwloc's own reading would take "-" and network addresses for names too, and knows no limit.
-bool readWholeFile(KyCErrorListPool& pool, const char* path, std::string& content)
+// Reads to the end of a stream and closes it. hwloc's own reading would take "-" and network addresses for names too, and
+// knows no limit.
+bool readWhole(KyCErrorListPool& pool, std::FILE* stream, const char* function, const char* name, std::string& content)
 {
   const auto closeFile = [](std::FILE* file) { std::fclose(file); };
-  errno = 0;
-  const std::unique_ptr<std::FILE, decltype(closeFile)> file(std::fopen(path, "rbe"), closeFile);
+  const std::unique_ptr<std::FILE, decltype(closeFile)> file(stream, closeFile);
   if (file == nullptr)
   {
-    reportFile(pool, KY_HOST_MSG_CANNOT_OPEN, "scanTopologyFile", path, errno);
+    reportFile(pool, KY_HOST_MSG_CANNOT_OPEN, function, name, errno);
     return false;
   }
   char block[16 * 1024];
   std::size_t count = 0;
+  errno = 0;
   while ((count = std::fread(block, 1, sizeof block, file.get())) != 0)
   {
     content.append(block, count);
     if (content.size() <= KyCHostTopology::MAX_FILE) continue;
-    pool.setError(KY_HOST_MSG_TOO_LARGE, __LINE__, "scanTopologyFile", "%s%u", path, KyCHostTopology::MAX_FILE);
+    pool.setError(KY_HOST_MSG_TOO_LARGE, __LINE__, function, "%s%u", name, KyCHostTopology::MAX_FILE);
     return false;
   }
   if (std::ferror(file.get()) == 0) return true;
-  reportFile(pool, KY_HOST_MSG_CANNOT_READ, "scanTopologyFile", path, errno);
+  reportFile(pool, KY_HOST_MSG_CANNOT_READ, function, name, errno);
   return false;
+}
+
+// A stream of its own: closing it leaves the caller's descriptor open.
+std::FILE* openCopyOf(int descriptor)
+{
+  const int copy = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+  std::FILE* const stream = copy < 0 ? nullptr : ::fdopen(copy, "rb");
+  const int reason = errno;
+  if (stream == nullptr && copy >= 0) ::close(copy);
+  errno = reason;
+  return stream;
 }
 
 hwloc_obj_t firstOf(hwloc_obj_t a, hwloc_obj_t b, hwloc_obj_t c, hwloc_obj_t d)
@@ -119,21 +134,32 @@ bool KyCHostTopology::loadMachine(KyCErrorListPool& pool)
 
 bool KyCHostTopology::loadFile(KyCErrorListPool& pool, const char* path)
 {
+  errno = 0;
+  return loadXml(pool, std::fopen(path, "rbe"), "scanTopologyFile", path);
+}
+
+bool KyCHostTopology::loadStream(KyCErrorListPool& pool, int descriptor, const char* name)
+{
+  errno = 0;
+  return loadXml(pool, openCopyOf(descriptor), "scanTopologyStream", name);
+}
+
+bool KyCHostTopology::loadXml(KyCErrorListPool& pool, std::FILE* stream, const char* function, const char* name)
+{
   std::string xml;
-  if (path == nullptr) path = "";
-  if (!readWholeFile(pool, path, xml)) return false;
+  if (!readWhole(pool, stream, function, name, xml)) return false;
   const KyTopologyTrial trial = tryTopology(xml);
   if (trial == KyTopologyTrial::NOT_RUN)
   {
-    reportFile(pool, KY_HOST_MSG_CANNOT_READ, "scanTopologyFile", path, errno);
+    reportFile(pool, KY_HOST_MSG_CANNOT_READ, function, name, errno);
     return false;
   }
-  if (trial == KyTopologyTrial::READABLE && init(pool, "scanTopologyFile") &&
+  if (trial == KyTopologyTrial::READABLE && init(pool, function) &&
       hwloc_topology_set_xmlbuffer(m_topology, xml.c_str(), static_cast<int>(xml.size() + 1)) == 0 &&
       hwloc_topology_load(m_topology) == 0)
     return true;
   if (trial == KyTopologyTrial::REFUSED || m_topology != nullptr)
-    pool.setError(KY_HOST_MSG_NO_TOPOLOGY, __LINE__, "scanTopologyFile", "%s", path);
+    pool.setError(KY_HOST_MSG_NO_TOPOLOGY, __LINE__, function, "%s", name);
   return false;
 }
 

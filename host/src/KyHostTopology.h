@@ -3,6 +3,7 @@
 
 #include <hwloc.h>
 
+#include <cstdio>
 #include <string>
 
 #include "errorhandling/KyCErrorListPool.h"
@@ -21,6 +22,7 @@ public:
   // False with a report in the pool on failure. Call one of them, once.
   bool loadMachine(KyCErrorListPool& pool);
   bool loadFile(KyCErrorListPool& pool, const char* path);
+  bool loadStream(KyCErrorListPool& pool, int descriptor, const char* name);
   bool loadSynthetic(KyCErrorListPool& pool, const char* description);    // for tests: "pack:2 core:4 pu:2"
 
   hwloc_topology_t handle() const { return m_topology; }
@@ -31,6 +33,7 @@ public:
 private:
   bool init(KyCErrorListPool& pool, const char* function);
   bool load(KyCErrorListPool& pool, const char* function);
+  bool loadXml(KyCErrorListPool& pool, std::FILE* stream, const char* function, const char* name);
 
   hwloc_topology_t m_topology = nullptr;
 };

@@ -19,3 +19,11 @@ KyCInventoryItem* KyNInventoryHost::scanTopologyFile(KyCErrorListPool& pool, con
   if (!topology.loadFile(pool, path)) return nullptr;
   return buildInventory(pool, topology.handle(), nullptr, "scanTopologyFile", path);
 }
+
+KyCInventoryItem* KyNInventoryHost::scanTopologyStream(KyCErrorListPool& pool, int descriptor, const char* name)
+{
+  if (name == nullptr) name = "";
+  KyCHostTopology topology;
+  if (!topology.loadStream(pool, descriptor, name)) return nullptr;
+  return buildInventory(pool, topology.handle(), nullptr, "scanTopologyStream", name);
+}

@@ -1,7 +1,9 @@
 // KyTopologyFileTest.cpp: inventories of hwloc topology files, through the public interface.
+#include <fcntl.h>
 #include <hwloc.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <thread>
@@ -318,6 +320,31 @@ TEST(KyTopologyFile, nullPathIsTakenAsEmpty)
 TEST(KyTopologyFile, dashIsAFileNameAndNotTheStandardInput)
 {
   expectRefusal("-", {0x1400000, "scanTopologyFile", "Cannot open topology file -: No such file or directory."});
+}
+
+TEST(KyTopologyFile, anOpenFileGivesTheTreeOfTheFileAndStaysOpen)
+{
+  KyTestPool pool;
+  const KyTree expected(KyNInventoryHost::scanTopologyFile(pool, SMALL_MACHINE.c_str()));
+  const int descriptor = ::open(SMALL_MACHINE.c_str(), O_RDONLY | O_CLOEXEC);
+  const KyTree tree(KyNInventoryHost::scanTopologyStream(pool, descriptor, "standard input"));
+  EXPECT_NO_REPORTS(pool);
+  ASSERT_NE(tree, nullptr);
+  EXPECT_EQ(KyTreeDifference(*expected, *tree), "");
+  EXPECT_GT(::lseek(descriptor, 0, SEEK_CUR), 0);
+  EXPECT_EQ(::close(descriptor), 0);
+}
+
+TEST(KyTopologyFile, aStreamThatCannotBeUsedIsReportedByItsName)
+{
+  KyTestPool pool;
+  EXPECT_EQ(KyNInventoryHost::scanTopologyStream(pool, -1, nullptr), nullptr);
+  EXPECT_REPORTS(pool, {0x1400000, "scanTopologyStream", "Cannot open topology file : Bad file descriptor."});
+  const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  EXPECT_EQ(KyNInventoryHost::scanTopologyStream(pool, nothing, "standard input"), nullptr);
+  EXPECT_REPORTS(
+      pool, {0x1400003, "scanTopologyStream", "File standard input is not a hardware topology that hwloc can read."});
+  ::close(nothing);
 }
 
 TEST(KyTopologyFile, folderIsReportedAsUnreadable)

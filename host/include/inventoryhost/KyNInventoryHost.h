@@ -10,7 +10,7 @@
 #include "inventory/KyCInventoryItem.h"
 #include "inventoryhost/KyInventoryHostApi.h"
 
-// Both functions give a tree below a new root item ROOT: the machine itself, its mainboard and BIOS, processors with
+// All functions give a tree below a new root item ROOT: the machine itself, its mainboard and BIOS, processors with
 // cores and caches, memory, PCI devices, network interfaces, disks and operating system. docs/host-mapping.md lists
 // every address with its type, its unit and where the value comes from. Predefined IDs only; no parameter is
 // modifiable. What the machine does not tell is left out: no placeholder, no empty text, no zero in place of an
@@ -55,4 +55,12 @@ KY_INVENTORYHOST_API KyCInventoryItem* scanMachine(KyCErrorListPool& pool);
 // Cost:       near-linear in the file's size. A damaged topology can take the process down inside hwloc, so a child
 //             process (fork) reads the file first and only a file that it survives is read here.
 KY_INVENTORYHOST_API KyCInventoryItem* scanTopologyFile(KyCErrorListPool& pool, const char* path);
+
+// As scanTopologyFile, for what an open file, pipe or socket holds from where it stands to its end.
+//
+//   descriptor  stays open, at its end
+//   name        what it is called in reports, "standard input" for example; null is taken as empty
+//
+// Result, Errors, Ownership, Cost: as above.
+KY_INVENTORYHOST_API KyCInventoryItem* scanTopologyStream(KyCErrorListPool& pool, int descriptor, const char* name);
 }    // namespace KyNInventoryHost
