@@ -134,7 +134,7 @@ TEST_F(Check, jsonIsAnArrayOfFiles)
 TEST_F(Check, standardInputIsCheckedOnce)
 {
   EXPECT_EQ(run("check - -").exitCode, 2);
-  EXPECT_EQ(run("check - -").err, "kyinventory: standard input can be checked once only\n");
+  EXPECT_EQ(run("check - -").err, "kyinventory: standard input can stand for one file only\n");
   EXPECT_EQ(run("check -").out,    // nothing comes from there
             "standard input: error: standard input holds no inventory section, neither at its end nor at its start. "
             "(0x1500002)\n"

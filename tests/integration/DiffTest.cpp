@@ -109,7 +109,7 @@ TEST_F(Diff, oneTreeMayComeFromStandardInput)
   EXPECT_EQ(run("diff " + b + " - <" + b + " >/dev/null #").exitCode, 0);
   const Outcome both = run("diff - -");
   EXPECT_EQ(both.exitCode, 2);
-  EXPECT_EQ(both.err, "kyinventory: standard input can be one of the two trees only\n");
+  EXPECT_EQ(both.err, "kyinventory: standard input can stand for one file only\n");
 }
 
 TEST_F(Diff, aFileThatCannotBeReadGivesExitCode3)
@@ -118,9 +118,10 @@ TEST_F(Diff, aFileThatCannotBeReadGivesExitCode3)
   const Outcome outcome = run("diff " + a + " " + path("missing.kyinv"));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err, "kyinventory: Cannot open file " + path("missing.kyinv") +
-                             ". (0x1300001, readInventoryDataFromFile)\n"
-                             "kyinventory: what to do: Check the path and the permissions.\n");
+  EXPECT_EQ(outcome.err,
+            "kyinventory: Cannot read " + path("missing.kyinv") +
+                ": No such file or directory. (0x1500000, readBytes)\n"
+                "kyinventory: what to do: Check the path and the permissions; see what the system says.\n");
 }
 
 TEST_F(Diff, wrongUsageGivesExitCode2)

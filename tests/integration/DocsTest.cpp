@@ -225,6 +225,9 @@ TEST_F(Docs, bashOffersSubCommandsAndOptions)
   EXPECT_EQ(completed("kyinventory show --opt"), "--options\n");
   EXPECT_EQ(completed("kyinventory show a.kyinv --opt"), "--options\n");
   EXPECT_EQ(completed("kyinventory dance --opt"), "\n");
+  EXPECT_EQ(completed("kyinventory set a.kyinv NAME=1 --create UI"), "UInt8\nUInt16\nUInt32\n");
+  EXPECT_EQ(completed("kyinventory set a.kyinv NAME=1 --create ''"),
+            "Int8\nInt16\nInt32\nLong64\nUInt8\nUInt16\nUInt32\nULong64\nFloat32\nFloat64\nString\nVersion\n");
 }
 
 TEST_F(Docs, bashOffersFilesAndAddresses)

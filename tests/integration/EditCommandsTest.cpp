@@ -215,6 +215,15 @@ TEST_F(EditCommands, renameGivesAnItemAnotherId)
   EXPECT_EQ(difference("a.kyinv", "ROOT NAME=\"rack\"; BOARD SIZE:Int16=1 ID=2; BOARD[2]/DEVICE[7]"), "");
 }
 
+TEST_F(EditCommands, renameTakesTheNumberOfAPredefinedId)
+{
+  EXPECT_EQ(run("rename " + sample() + " BOARD[2]/CPU 585[7]").exitCode, 0);
+  EXPECT_EQ(difference("a.kyinv", "ROOT NAME=\"rack\"; BOARD SIZE:Int16=1 ID=2; BOARD[2]/BOARD[7]"), "");
+  expectRefused("rename " + path("missing.kyinv") + " BOARD 99999", 2,
+                "kyinventory: rename: 99999 is not an inventory ID. (0x1500800, renameItem)\n"
+                "kyinventory: what to do: Correct the name; kyinventory ids lists all of them.\n");
+}
+
 TEST_F(EditCommands, renameRefusesWhatIsTaken)
 {
   const std::string a = sample();

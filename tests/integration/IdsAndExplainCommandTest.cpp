@@ -82,7 +82,7 @@ TEST_F(IdsAndExplain, explainTellsAnUnknownCodeFromNone)
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
-            "kyinventory: No message has the code 0x13D625. Did you mean 0x1300005? (0x150400D, explainText)\n"
+            "kyinventory: 1300005: No message has the code 0x13D625. Did you mean 0x1300005? (0x150400D, explainText)\n"
             "kyinventory: what to do: Check the code; hexadecimal ones have 0x in front.\n");
   outcome = run("explain five");
   EXPECT_EQ(outcome.exitCode, 2);

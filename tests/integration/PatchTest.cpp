@@ -92,6 +92,21 @@ TEST_F(PatchCommand, conflictsAreAllToldWithTheirAddressesAndNothingIsWritten)
   EXPECT_EQ(contentOf(c), old);
 }
 
+TEST_F(PatchCommand, zeroBytesOfConflictsAreShown)
+{
+  const std::string a = store("a.kyinv", "ROOT NAME=\"a\\x00b\"");
+  const std::string b = store("b.kyinv", "ROOT NAME=\"c\"");
+  const std::string c = store("c.kyinv", "ROOT NAME=\"\\x00d\"");
+  run("diff --json " + a + " " + b + " >" + path("d.json") + " #");
+  const Outcome outcome = run("patch " + c + " " + path("d.json"));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, "kyinventory: " + c +
+                             ": The patch does not apply at NAME: the value is \\x00d, not a\\x00b. (0x1501800, "
+                             "checkPatch)\n"
+                             "kyinventory: what to do: Bring the tree to the state that the report asks for, or take a "
+                             "new difference.\n");
+}
+
 TEST_F(PatchCommand, oneOfTheTwoMayComeFromStandardInput)
 {
   storeAll();
@@ -103,7 +118,7 @@ TEST_F(PatchCommand, oneOfTheTwoMayComeFromStandardInput)
   EXPECT_EQ(contentOf(path("e.kyinv")), contentOf(path("b.kyinv")));
   const Outcome both = run("patch - - -o " + path("f.kyinv"));
   EXPECT_EQ(both.exitCode, 2);
-  EXPECT_EQ(both.err, "kyinventory: standard input can be the tree or the changes only\n");
+  EXPECT_EQ(both.err, "kyinventory: standard input can stand for one file only\n");
   const Outcome inPlace = run("patch - " + path("d.json"));
   EXPECT_EQ(inPlace.exitCode, 2);
   EXPECT_EQ(inPlace.err, "kyinventory: standard input cannot be changed in place; name a file with -o\n");

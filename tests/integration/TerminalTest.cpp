@@ -63,8 +63,8 @@ TEST_F(ToolAtTerminal, fileNamesInMessagesCannotSteerTheTerminal)
   KyTerminal terminal(tool("show \"$(printf 'a\\033c')\""));
   EXPECT_EQ(terminal.waitForEnd(), 3);
   EXPECT_EQ(terminal.output(),
-            "kyinventory: Cannot open file a\\x1Bc. (0x1300001, readInventoryDataFromFile)\n"
-            "kyinventory: what to do: Check the path and the permissions.\n");
+            "kyinventory: Cannot read a\\x1Bc: No such file or directory. (0x1500000, readBytes)\n"
+            "kyinventory: what to do: Check the path and the permissions; see what the system says.\n");
 }
 
 TEST_F(ToolAtTerminal, argumentsInMessagesOfWrongUsageCannotSteerTheTerminal)

@@ -16,6 +16,7 @@ struct AnonymizeArguments
 
 int anonymize(const AnonymizeArguments& arguments)
 {
+  if (isInputTwice({arguments.file, arguments.key.file})) return EXIT_USAGE;
   if (!mayStore(arguments.file, arguments.target)) return EXIT_OUTPUT;
   std::string key;
   if (!readKey(arguments.key, key)) return EXIT_INPUT;
@@ -31,12 +32,12 @@ void addAnonymizeCommand(CLI::App& program, int& exitCode)
   CLI::App* command = program.add_subcommand(
       "anonymize",
       "Copy a section file with pseudonyms for serial numbers, addresses, UUIDs, asset tags and host names");
-  command->add_option("FILE", arguments->file, "File with a section at its end or start")->required();
+  command->add_option("FILE", arguments->file, "File with a section at its end or start; - is standard input")
+      ->required();
   command->add_option("-o,--output", arguments->target.output, "File to store the copy in; - is standard output")
       ->required()
-      ->type_name("FILE")
-      ->check(CLI::Validator(
-          [](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); }, ""));
+      ->check(notEmpty())
+      ->type_name("FILE");
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");
   addKeyOptions(*command, arguments->key, nullptr);
   setManual(

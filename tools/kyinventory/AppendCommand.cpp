@@ -23,8 +23,6 @@ struct AppendArguments
   TargetOptions target;
 };
 
-std::string nameOf(const std::string& file) { return file == "-" ? "standard input" : file; }
-
 // The end of an image is read first.
 void warnOfHiddenSection(const std::string& image, const AppendArguments& arguments)
 {
@@ -35,22 +33,13 @@ void warnOfHiddenSection(const std::string& image, const AppendArguments& argume
                         KyNInventoryKit::inspectBytes(ignored, image, "", SectionEnd::START, atStart) &&
                         KyNInventoryKit::inspectBytes(ignored, image, "", SectionEnd::END, atEnd) &&
                         atEnd.begin != atStart.begin;
-  if (isHidden) complain(nameOf(arguments.image) + ": has a section at its end, too, and that one is what is read");
+  if (isHidden) complain(inputName(arguments.image) + ": has a section at its end, too, and that one is what is read");
 }
 
 int append(const AppendArguments& arguments)
 {
-  if (arguments.image == "-" && arguments.file == "-")
-  {
-    complain("standard input cannot be both the image and the section");
-    return EXIT_USAGE;
-  }
-  if (arguments.image == "-" && arguments.target.output.empty())
-  {
-    complain("standard input cannot be changed in place; name a file with -o");
-    return EXIT_USAGE;
-  }
-  if (!mayStore(arguments.image, arguments.target)) return EXIT_OUTPUT;
+  if (isInputTwice({arguments.image, arguments.file})) return EXIT_USAGE;
+  if (!mayStore(arguments.image, arguments.target)) return exitCodeOfRefusal(arguments.image, arguments.target);
 
   KyCErrorListPool pool;
   std::string image;
@@ -58,21 +47,21 @@ int append(const AppendArguments& arguments)
   std::string section;
   if (!KyNInventoryKit::readImage(pool, arguments.image, image))
   {
-    complainAbout(nameOf(arguments.image), pool);
+    complainAbout(inputName(arguments.image), pool);
     return EXIT_INPUT;
   }
   if (!KyNInventoryKit::readImage(pool, arguments.file, bytes) ||
-      !KyNInventoryKit::extractSection(pool, bytes, nameOf(arguments.file), SectionEnd::READ, section))
+      !KyNInventoryKit::extractSection(pool, bytes, inputName(arguments.file), SectionEnd::READ, section))
   {
-    complainAbout(nameOf(arguments.file), pool);
+    complainAbout(inputName(arguments.file), pool);
     return EXIT_INPUT;
   }
-  if (!KyNInventoryKit::appendSection(pool, image, nameOf(arguments.image), section, arguments.at,
+  if (!KyNInventoryKit::appendSection(pool, image, inputName(arguments.image), section, arguments.at,
                                       arguments.replace ? Replace::YES : Replace::NO))
   {
-    complainAbout(nameOf(arguments.image), pool);
+    complainAbout(inputName(arguments.image), pool);
     const bool isThere = pool.getEntryCount() != 0 && pool.getEntry(0).code == codeHasSection;
-    if (isThere) complain(nameOf(arguments.image) + ": --replace puts the new section in its place");
+    if (isThere) complain(inputName(arguments.image) + ": --replace puts the new section in its place");
     return isThere ? EXIT_NO : EXIT_INPUT;
   }
   const int exitCode = storeBytes(arguments.image, image, arguments.target);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Command.h"
+#include "Files.h"
 #include "Output.h"
 #include "Terminal.h"
 #include "inventorykit/KyCheck.h"
@@ -74,11 +75,7 @@ int exitCodeOf(Verdict verdict)
 
 int check(const CheckArguments& arguments)
 {
-  if (std::count(arguments.files.begin(), arguments.files.end(), "-") > 1)
-  {
-    complain("standard input can be checked once only");
-    return EXIT_USAGE;
-  }
+  if (isInputTwice(arguments.files)) return EXIT_USAGE;
   KyNInventoryKit::CheckOptions options;
   if (arguments.all) options.mostPerCode = options.mostNotesPerCode = 0;
   Output out;

@@ -92,11 +92,7 @@ void printCounts(Output& out, const char* name, const ChangeCounts& counts, bool
 
 int diff(const DiffArguments& arguments)
 {
-  if (arguments.before == "-" && arguments.after == "-")
-  {
-    complain("standard input can be one of the two trees only");
-    return EXIT_USAGE;
-  }
+  if (isInputTwice({arguments.before, arguments.after})) return EXIT_USAGE;
   const TreePointer before = readTreeFile(arguments.before);
   const TreePointer after = readTreeFile(arguments.after);
   if (!before || !after) return EXIT_INPUT;

@@ -29,7 +29,7 @@ int exportFile(const ExportArguments& arguments)
   std::string text;
   if (!KyNInventoryKit::exportTree(pool, *tree, format, text))
   {
-    complainAbout(arguments.file, pool);
+    complainAbout(inputName(arguments.file), pool);
     return EXIT_INPUT;
   }
   if (!isPrinted) return storeBytes(arguments.file, text, arguments.target);
@@ -43,10 +43,11 @@ void addExportCommand(CLI::App& program, int& exitCode)
 {
   auto arguments = std::make_shared<ExportArguments>();
   CLI::App* command = program.add_subcommand("export", "Write a tree as JSON, JSON lines, CSV or mark-up");
-  command->add_option("FILE", arguments->file, "File with a section at its end or start")->required();
+  command->add_option("FILE", arguments->file, "File with a section at its end or start; - is standard input")
+      ->required();
   command->add_option("--format", arguments->format, "json, jsonl, csv or markup; default: json")
       ->check(CLI::IsMember({"json", "jsonl", "csv", "markup"}));
-  command->add_option("-o,--output", arguments->target.output, "File to write; default: standard output")
+  command->add_option("-o,--output", arguments->target.output, "File to write; - is standard output, and the default")
       ->check(notEmpty())
       ->type_name("FILE");
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");

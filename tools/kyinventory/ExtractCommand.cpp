@@ -20,13 +20,8 @@ struct ExtractArguments
 
 int extract(const ExtractArguments& arguments)
 {
-  if (arguments.target.output.empty())
-  {
-    complain("name a file with -o");
-    return EXIT_USAGE;
-  }
   if (!mayStore(arguments.image, arguments.target)) return EXIT_OUTPUT;
-  const std::string name = arguments.image == "-" ? "standard input" : arguments.image;
+  const std::string name = inputName(arguments.image);
   KyCErrorListPool pool;
   std::string image;
   std::string section;
@@ -48,6 +43,7 @@ void addExtractCommand(CLI::App& program, int& exitCode)
       ->required();
   command->add_option("-o,--output", arguments->target.output, "File to store the section in; - is standard output")
       ->required()
+      ->check(notEmpty())
       ->type_name("FILE");
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");
   addSectionEndOption(*command, arguments->at,

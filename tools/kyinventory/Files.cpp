@@ -1,6 +1,10 @@
 #include "Files.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
 
 #include "Progress.h"
 #include "Terminal.h"
@@ -16,11 +20,23 @@ bool isPipeOrDevice(const std::string& path)
   return ::stat(path.c_str(), &file) == 0 && !S_ISREG(file.st_mode) && !S_ISDIR(file.st_mode);
 }
 
+constexpr unsigned int codeCannotOpen = 0x1300001;
+
+// As reading reports it, with the system's reason: the library's own report of a file that cannot be opened has none.
+void complainOfReading(const std::string& path, const KyCErrorListPool& pool)
+{
+  KyCErrorListPool reasons;
+  std::string ignored;
+  const bool isWithoutReason = pool.getEntryCount() != 0 && pool.getEntry(0).code == codeCannotOpen;
+  const bool isExplained = isWithoutReason && !KyNInventoryKit::readBytes(reasons, path, ignored);
+  complainAbout(inputName(path), isExplained ? reasons : pool);
+}
+
 Overwrite overwriteOf(const TargetOptions& target) { return target.isForced ? Overwrite::YES : Overwrite::NO; }
 
 int told(const KyCErrorListPool& pool, const std::string& path, bool isDone)
 {
-  complainAbout(path, pool);
+  complainAbout(path == "-" ? "standard output" : path, pool);
   return isDone ? EXIT_OK : EXIT_OUTPUT;
 }
 }    // namespace
@@ -31,15 +47,37 @@ CLI::Validator notEmpty()
                         "");
 }
 
+const char* const s_emptyAddress = "must not be empty; \".\" is the root item";
+
+CLI::Validator notEmptyAddress()
+{
+  return CLI::Validator([](const std::string& text) { return std::string(text.empty() ? s_emptyAddress : ""); }, "");
+}
+
+std::string inputName(const std::string& path) { return path == "-" ? "standard input" : path; }
+
+bool isInputTwice(const std::vector<std::string>& paths)
+{
+  const bool isTwice = std::count(paths.begin(), paths.end(), "-") > 1;
+  if (isTwice) complain("standard input can stand for one file only");
+  return isTwice;
+}
+
+bool isWriteProtected(const std::string& path)
+{
+  return ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0 &&
+         ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0;
+}
+
 TreePointer readTreeFile(const std::string& path)
 {
   KyCErrorListPool pool;
   TreePointer tree;
   {
-    const Progress progress("reading " + (path == "-" ? "standard input" : path));
+    const Progress progress("reading " + inputName(path));
     tree = KyNInventoryKit::readTree(pool, path);
   }
-  complainAbout(path, pool);
+  complainOfReading(path, pool);
   return tree;
 }
 
@@ -61,6 +99,11 @@ bool mayStore(const std::string& input, const TargetOptions& target)
   if (target.output.empty() && !input.empty() && isPipeOrDevice(input))
   {
     complain(input + ": only ordinary files are changed in place; name a file with -o");
+    return false;
+  }
+  if (target.output.empty() && !input.empty() && isWriteProtected(input))
+  {
+    complain(input + ": is write-protected; name a file with -o");
     return false;
   }
   KyCErrorListPool pool;

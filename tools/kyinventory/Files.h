@@ -12,6 +12,20 @@ using KyNInventoryKit::TreePointer;
 // Refuses an empty text, which is a script's unset variable: standard output or everything would be a wrong guess.
 CLI::Validator notEmpty();
 
+// As notEmpty, for addresses and patterns: an empty one would be the root item.
+extern const char* const s_emptyAddress;
+CLI::Validator notEmptyAddress();
+
+// What an input is called in messages: its path, or "standard input".
+std::string inputName(const std::string& path);
+
+// Whether more than one of the paths is "-", after a message: standard input can be read once.
+bool isInputTwice(const std::vector<std::string>& paths);
+
+// Whether the user may read a file but not write to it. Replacing it would be possible all the same, where the folder may
+// be written to, but is not what the file's owner wants.
+bool isWriteProtected(const std::string& path);
+
 // The tree of the section in a file ("-": standard input); null, after a message, when there is none.
 TreePointer readTreeFile(const std::string& path);
 

@@ -76,7 +76,8 @@ void addFindCommand(CLI::App& program, int& exitCode)
   command->add_option("FILE", arguments->file, "File with a section at its end or start; - is standard input")
       ->required();
   command->add_option("PATTERN", arguments->pattern, "Form of the addresses, such as BOARD[*]/IOCHANNEL[2-8]/VOLTAGE_*")
-      ->required();
+      ->required()
+      ->check(notEmptyAddress());
   arguments->where =
       command->add_option("--where", arguments->condition, "Condition, such as 'VOLTAGE_MAX > 10 and NAME ~ \"^AI\"'");
   command->add_flag("--items", arguments->items, "Find items alone");

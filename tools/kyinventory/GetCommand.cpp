@@ -120,7 +120,7 @@ int get(const GetArguments& arguments)
   else
     printValues(out, parameters);
   const int exitCode = out.finish(pool.getErrorCount() == 0 ? EXIT_OK : EXIT_NOT_FOUND);
-  complainAbout(arguments.file, pool);
+  complainAbout(inputName(arguments.file), pool);
   return exitCode;
 }
 }    // namespace
@@ -134,7 +134,8 @@ void addGetCommand(CLI::App& program, int& exitCode)
   command
       ->add_option("ADDRESS", arguments->addresses,
                    "Parameters, such as BOARD[2]/SIZE, or items: all parameters of each")
-      ->required();
+      ->required()
+      ->check(notEmptyAddress());
   command->add_flag("--type", arguments->type, "Print the type behind each value");
   command->add_flag("--unit", arguments->unit, "Print the unit behind each value");
   command->add_flag("--all", arguments->all,

@@ -26,7 +26,7 @@ TreePointer importedTree(const ImportArguments& arguments)
     const bool isNamed = KyNInventoryKit::formatOfName(arguments.format, format);
     tree = isNamed ? KyNInventoryKit::importTree(pool, text, format) : KyNInventoryKit::importTree(pool, text);
   }
-  complainAbout(arguments.file, pool);
+  complainAbout(inputName(arguments.file), pool);
   return tree;
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Command.h"
+#include "Files.h"
 #include "Output.h"
 #include "SectionEndOption.h"
 #include "Terminal.h"
@@ -136,7 +137,7 @@ void printBytes(Output& out, const InspectArguments& arguments, const std::strin
 
 int inspect(const InspectArguments& arguments)
 {
-  const std::string name = arguments.file == "-" ? "standard input" : arguments.file;
+  const std::string name = inputName(arguments.file);
   KyCErrorListPool pool;
   std::string bytes;
   Inspection inspection;

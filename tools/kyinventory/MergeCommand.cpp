@@ -101,11 +101,12 @@ void deleteGivenUp(const ItemsByAddress& items, const std::string& address)
 bool mergeInto(TreePointer& tree, TreePointer other, const std::string& path, unsigned int flags)
 {
   const ItemsByAddress items = itemsOf(*other);
+  const std::string name = inputName(path);
   KyCErrorListPool pool;
   KyCInventoryItem* target = tree.get();
   KyCInventoryItem* source = other.release();
   {
-    const Progress progress("merging " + path);
+    const Progress progress("merging " + name);
     KyCInventoryItem::mergeTree(pool, target, source, flags);
   }
   AddressTracker tracker;
@@ -113,7 +114,7 @@ bool mergeInto(TreePointer& tree, TreePointer other, const std::string& path, un
   {
     const KyErrorEntry& entry = pool.getEntry(n);
     const std::string address = tracker.addressOf(entry);
-    complainAbout(address.empty() ? path : path + ": " + address, entry);
+    complainAbout(address.empty() ? name : name + ": " + address, entry);
     if (entry.code == codeAlreadyExists && std::string(entry.function) == "mergeTree") deleteGivenUp(items, address);
   }
   return pool.getErrorCount() == 0;
@@ -141,6 +142,7 @@ bool mayStoreMerged(const MergeArguments& arguments)
 
 int merge(const MergeArguments& arguments)
 {
+  if (isInputTwice(arguments.inputs)) return EXIT_USAGE;
   if (!mayStoreMerged(arguments)) return EXIT_OUTPUT;
   const unsigned int flags = arguments.noParameters ? 0 : flagParameters;
   TreePointer tree;
@@ -164,7 +166,9 @@ void addMergeCommand(CLI::App& program, int& exitCode)
   auto arguments = std::make_shared<MergeArguments>();
   CLI::App* command =
       program.add_subcommand("merge", "Make one tree of several; what is in two of them is the first one's");
-  command->add_option("FILE", arguments->inputs, "Files with a section each; later ones are merged into the first")
+  command
+      ->add_option("FILE", arguments->inputs,
+                   "Files with a section each; later ones are merged into the first; - is standard input")
       ->required()
       ->expected(2, 1 << 20);
   addTargetOptions(*command, arguments->target, "Section file to store the merged tree in; - is standard output")

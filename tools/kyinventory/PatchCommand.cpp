@@ -27,10 +27,10 @@ bool readChanges(const std::string& path, Patch& patch)
 {
   KyCErrorListPool pool;
   std::string json;
-  const std::string name = path == "-" ? "standard input" : path;
+  const std::string name = inputName(path);
   const bool isRead =
       KyNInventoryKit::readBytes(pool, path, json) && KyNInventoryKit::readPatch(pool, json, name, patch);
-  complainAbout(path, pool);
+  complainAbout(name, pool);
   return isRead;
 }
 
@@ -38,7 +38,7 @@ int tryOut(const PatchArguments& arguments, const KyCInventoryItem& root, const 
 {
   KyCErrorListPool pool;
   const bool applies = KyNInventoryKit::checkPatch(pool, root, patch, direction);
-  complainAbout(arguments.file, pool);
+  complainAbout(inputName(arguments.file), pool);
   if (!applies) return EXIT_NO;
   Output out;
   const std::size_t count = patch.changeCount();
@@ -48,13 +48,9 @@ int tryOut(const PatchArguments& arguments, const KyCInventoryItem& root, const 
 
 int apply(const PatchArguments& arguments)
 {
-  if (arguments.file == "-" && arguments.changes == "-")
-  {
-    complain("standard input can be the tree or the changes only");
-    return EXIT_USAGE;
-  }
+  if (isInputTwice({arguments.file, arguments.changes})) return EXIT_USAGE;
   if (!arguments.isDryRun && !mayStore(arguments.file, arguments.target))
-    return arguments.target.output.empty() ? EXIT_USAGE : EXIT_OUTPUT;
+    return exitCodeOfRefusal(arguments.file, arguments.target);
 
   Patch patch;
   if (!readChanges(arguments.changes, patch)) return EXIT_INPUT;
@@ -65,7 +61,7 @@ int apply(const PatchArguments& arguments)
   if (arguments.isDryRun) return tryOut(arguments, *tree, patch, direction);
   KyCErrorListPool pool;
   const bool isApplied = KyNInventoryKit::applyPatch(pool, tree, patch, direction);
-  complainAbout(arguments.file, pool);
+  complainAbout(inputName(arguments.file), pool);
   if (!isApplied) return EXIT_NO;
   const bool isUnchanged = patch.changeCount() == 0 && arguments.target.output.empty();
   return isUnchanged ? static_cast<int>(EXIT_OK) : storeTree(arguments.file, *tree, arguments.target);

@@ -38,7 +38,7 @@ int remove(const RemoveArguments& arguments)
   KyCErrorListPool pool;
   const bool isDone =
       KyNInventoryKit::removeNodes(pool, *tree, addresses, arguments.all ? Ambiguity::REMOVE_ALL : Ambiguity::REFUSED);
-  complainAbout(arguments.file, pool);
+  complainAbout(inputName(arguments.file), pool);
   return isDone ? storeTree(arguments.file, *tree, arguments.target) : EXIT_NO;
 }
 }    // namespace
@@ -49,7 +49,9 @@ void addRemoveCommand(CLI::App& program, int& exitCode)
   CLI::App* command = program.add_subcommand("rm", "Remove items and parameters of a section file");
   command->add_option("FILE", arguments->file, "File with a section at its end or start; - is standard input")
       ->required();
-  command->add_option("ADDRESS", arguments->addresses, "Items, with all that is in them, and parameters")->required();
+  command->add_option("ADDRESS", arguments->addresses, "Items, with all that is in them, and parameters")
+      ->required()
+      ->check(notEmptyAddress());
   command->add_flag("--all", arguments->all, "Remove everything that an address names, where siblings share it");
   addTargetOptions(*command, arguments->target);
   command->callback([arguments, &exitCode]() { exitCode = remove(*arguments); });

@@ -4,6 +4,7 @@
 #include "Command.h"
 #include "Files.h"
 #include "Terminal.h"
+#include "inventory/KyNInventoryIDs.h"
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KyEdit.h"
 
@@ -17,13 +18,20 @@ struct RenameArguments
   TargetOptions target;
 };
 
+// What a file is not needed for: whether an item can have the ID at all.
+bool isPossibleID(KyCErrorListPool& pool, const KyCInventoryAddress& id)
+{
+  KyCInventoryItem item(pool, KyNInventoryIDs::ROOT, "");
+  return KyNInventoryKit::renameItem(pool, item, KyCInventoryAddress(), id);
+}
+
 int rename(const RenameArguments& arguments)
 {
   KyCErrorListPool usage;
   KyCInventoryAddress address;
   KyCInventoryAddress id;
   const bool isRead = KyNInventoryKit::readAddress(usage, arguments.address, address) &&
-                      KyNInventoryKit::readElement(usage, arguments.id, id);
+                      KyNInventoryKit::readElement(usage, arguments.id, id) && isPossibleID(usage, id);
   complainAbout("rename", usage);
   if (!isRead) return EXIT_USAGE;
   if (!mayStore(arguments.file, arguments.target)) return exitCodeOfRefusal(arguments.file, arguments.target);
@@ -32,7 +40,7 @@ int rename(const RenameArguments& arguments)
 
   KyCErrorListPool pool;
   const bool isDone = KyNInventoryKit::renameItem(pool, *tree, address, id);
-  complainAbout(arguments.file, pool);
+  complainAbout(inputName(arguments.file), pool);
   return isDone ? storeTree(arguments.file, *tree, arguments.target) : EXIT_NO;
 }
 }    // namespace
@@ -43,8 +51,14 @@ void addRenameCommand(CLI::App& program, int& exitCode)
   CLI::App* command = program.add_subcommand("rename", "Give an item of a section file another ID or index");
   command->add_option("FILE", arguments->file, "File with a section at its end or start; - is standard input")
       ->required();
-  command->add_option("ADDRESS", arguments->address, "Item, such as BOARD[2]/DEVICE")->required();
-  command->add_option("ID", arguments->id, "Its new ID, with an index where it is not 1: IOCHANNEL[3]")->required();
+  command->add_option("ADDRESS", arguments->address, "Item, such as BOARD[2]/DEVICE")
+      ->required()
+      ->check(notEmptyAddress());
+  command
+      ->add_option("ID", arguments->id,
+                   "Its new ID, predefined, by its name or number, with an index where it is not 1: IOCHANNEL[3]")
+      ->required()
+      ->check(notEmpty());
   addTargetOptions(*command, arguments->target);
   command->callback([arguments, &exitCode]() { exitCode = rename(*arguments); });
   setManual(

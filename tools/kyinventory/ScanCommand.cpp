@@ -1,4 +1,6 @@
 // kyinventory scan: takes the inventory of a machine.
+#include <unistd.h>
+
 #include <string>
 
 #include "AnonymizeOptions.h"
@@ -22,13 +24,22 @@ struct ScanArguments
 };
 
 #ifdef KY_HAVE_HOST
+KyCInventoryItem* takeInventory(KyCErrorListPool& pool, const std::string& topology)
+{
+  if (topology.empty()) return KyNInventoryHost::scanMachine(pool);
+  if (topology == "-") return KyNInventoryHost::scanTopologyStream(pool, STDIN_FILENO, "standard input");
+  return KyNInventoryHost::scanTopologyFile(pool, topology.c_str());
+}
+
 TreePointer takeInventory(const std::string& topology)
 {
   KyCErrorListPool pool;
-  const Progress progress("taking the inventory");
-  TreePointer tree(topology.empty() ? KyNInventoryHost::scanMachine(pool)
-                                    : KyNInventoryHost::scanTopologyFile(pool, topology.c_str()));
-  complainAbout(topology.empty() ? "this machine" : topology, pool);
+  TreePointer tree;
+  {
+    const Progress progress("taking the inventory");
+    tree.reset(takeInventory(pool, topology));
+  }
+  complainAbout(topology.empty() ? "this machine" : inputName(topology), pool);
   return tree;
 }
 
@@ -54,6 +65,7 @@ bool storeAndVerify(const TargetOptions& target, KyCInventoryItem& tree)
 
 int scan(const ScanArguments& arguments)
 {
+  if (isInputTwice({arguments.topology, arguments.key.file})) return EXIT_USAGE;
   if (!mayStore("", arguments.target)) return EXIT_OUTPUT;
   std::string key;
   if (arguments.isAnonymous && !readKey(arguments.key, key)) return EXIT_INPUT;
@@ -78,7 +90,9 @@ void addScanCommand(CLI::App& program, int& exitCode)
   auto arguments = std::make_shared<ScanArguments>();
   CLI::App* command =
       program.add_subcommand("scan", "Take the inventory of this machine, or of one described in a file");
-  command->add_option("--topology", arguments->topology, "hwloc topology file (XML) to take instead of this machine")
+  command
+      ->add_option("--topology", arguments->topology,
+                   "hwloc topology file (XML) to take instead of this machine; - is standard input")
       ->check(notEmpty())
       ->type_name("FILE");
   addTargetOptions(
@@ -94,6 +108,7 @@ void addScanCommand(CLI::App& program, int& exitCode)
              {{"kyinventory scan", "prints the inventory of this machine"},
               {"kyinventory scan -o machine.kyinv", "stores it in a file"},
               {"kyinventory scan --topology rack.xml -o rack.kyinv",
-               "stores the inventory of a machine that lstopo has described"}}});
+               "stores the inventory of a machine that lstopo has described"},
+              {"lstopo --of xml | kyinventory scan --topology -", "prints what lstopo says of a machine"}}});
   command->callback([arguments, &exitCode]() { exitCode = scan(*arguments); });
 }

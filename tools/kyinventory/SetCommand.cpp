@@ -1,4 +1,5 @@
 // kyinventory set: changes parameters of a stored tree, or creates them.
+#include <algorithm>
 #include <charconv>
 #include <string>
 #include <utility>
@@ -59,6 +60,11 @@ bool readAssignment(const std::string& text, const ParameterChange& common, Assi
 {
   const std::size_t sign = text.find('=');
   assignment.change = common;
+  if (text.empty() || sign == 0)
+  {
+    complain((text.empty() ? "ADDRESS=VALUE" : text) + ": the address " + s_emptyAddress);
+    return false;
+  }
   if (sign != std::string::npos)
   {
     assignment.change.value = text.substr(sign + 1);
@@ -109,6 +115,7 @@ int set(const SetArguments& arguments)
   const TreePointer tree = readTreeFile(arguments.file);
   if (!tree) return EXIT_INPUT;
 
+  const std::string name = inputName(arguments.file);
   int exitCode = EXIT_OK;
   for (const Assignment& assignment : assignments)
   {
@@ -117,7 +124,7 @@ int set(const SetArguments& arguments)
     const bool isNoValue = pool.getEntry(0).code == codeNoValue;
     exitCode = isNoValue && exitCode != EXIT_NO ? EXIT_USAGE : EXIT_NO;
     const std::string address = KyNInventoryKit::addressText(assignment.address);
-    complainAbout(isNoValue ? arguments.file + ": " + address : arguments.file, pool);
+    complainAbout(isNoValue ? name + ": " + address : name, pool);
   }
   return exitCode == EXIT_OK ? storeTree(arguments.file, *tree, arguments.target) : exitCode;
 }
@@ -125,6 +132,14 @@ int set(const SetArguments& arguments)
 std::string checkType(const std::string& text)
 {
   return KyNInventoryKit::typeOfName(text) != 0 ? "" : "must be one of " + KyNInventoryKit::typeNames();
+}
+
+// "{Int8,Int16,...}": what completions offer.
+std::string typeChoices()
+{
+  std::string names = KyNInventoryKit::typeNames();
+  names.erase(std::remove(names.begin(), names.end(), ' '), names.end());
+  return "{" + names + "}";
 }
 
 std::string checkRelevance(const std::string& text)
@@ -149,7 +164,8 @@ void addSetCommand(CLI::App& program, int& exitCode)
   command
       ->add_option("--create", arguments->createType,
                    "Type of parameters that are missing, which are created with the items on the way to them")
-      ->check(checkType, "TYPE");
+      ->type_name("TYPE")
+      ->check(checkType, typeChoices());
   arguments->unitOption = command->add_option("--unit", arguments->unit, "Unit of the parameters, at most 100 bytes");
   command->add_option("--relevance", arguments->relevance, "Relevance of the parameters")
       ->check(checkRelevance, "NUMBER");

@@ -11,6 +11,8 @@
 #include "TreeText.h"
 #include "inventory/KyCInventoryAddress.h"
 #include "inventory/KyCInventoryParameter.h"
+#include "inventorykit/KyAddressText.h"
+#include "inventorykit/KyLookUp.h"
 
 namespace
 {
@@ -84,16 +86,14 @@ int show(const ShowArguments& arguments)
 {
   const int mask =
       parseMask(arguments.options) | (arguments.plain ? optionPlain : 0) | (arguments.shared ? optionDescriptions : 0);
+  KyCErrorListPool pool;
   KyCInventoryAddress address;
-  address.readFromString(KyCString(arguments.address.c_str()));
-  if (address.isEmpty() && !arguments.address.empty())
-  {
-    complain(arguments.address + ": is not an address; write it as ID names joined by \"/\", such as CPU[2]/L1_CACHE");
-    return EXIT_USAGE;
-  }
+  const bool isRead = KyNInventoryKit::readAddress(pool, arguments.address, address);
+  complainAbout(arguments.address, pool);
+  if (!isRead) return EXIT_USAGE;
 
   TreePointer tree = readTreeFile(arguments.file);
-  if (tree && arguments.shared) tree = withSharedData(*tree, arguments.file);
+  if (tree && arguments.shared) tree = withSharedData(*tree, inputName(arguments.file));
   if (!tree) return EXIT_INPUT;
   KyCInventoryItem* item = tree->getItem(address);
   if (item != nullptr)
@@ -102,13 +102,13 @@ int show(const ShowArguments& arguments)
     Output out;
     return printTree(out, *item, mask, numberOf(arguments.indent, s_mostIndentation));
   }
-  const KyCInventoryParameter* parameter = tree->getParameter(address);
+  const KyCInventoryParameter* const parameter = KyNInventoryKit::lookUp(pool, *tree, address).parameter;
   if (parameter != nullptr)
   {
     Output out;
     return printParameter(out, *parameter, mask, numberOf(arguments.indent, s_mostIndentation));
   }
-  complain(arguments.file + ": has no item or parameter " + arguments.address);
+  complainAbout(inputName(arguments.file), pool);
   return EXIT_NOT_FOUND;
 }
 
@@ -123,9 +123,11 @@ void addShowCommand(CLI::App& program, int& exitCode)
 {
   auto arguments = std::make_shared<ShowArguments>();
   CLI::App* command = program.add_subcommand("show", "Print the tree of a section file");
-  command->add_option("FILE", arguments->file, "File with a section at its end or start")->required();
-  command->add_option("ADDRESS", arguments->address,
-                      "Item or parameter to print, such as CPU[2]/L1_CACHE; default: all");
+  command->add_option("FILE", arguments->file, "File with a section at its end or start; - is standard input")
+      ->required();
+  command
+      ->add_option("ADDRESS", arguments->address, "Item or parameter to print, such as CPU[2]/L1_CACHE; default: all")
+      ->check(notEmptyAddress());
   command->add_flag("--plain", arguments->plain, "No mark-up: values and names alone, separated by blanks");
   command->add_flag(
       "--shared", arguments->shared,

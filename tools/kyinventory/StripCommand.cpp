@@ -20,13 +20,8 @@ struct StripArguments
 
 int strip(const StripArguments& arguments)
 {
-  if (arguments.image == "-" && arguments.target.output.empty())
-  {
-    complain("standard input cannot be changed in place; name a file with -o");
-    return EXIT_USAGE;
-  }
-  if (!mayStore(arguments.image, arguments.target)) return EXIT_OUTPUT;
-  const std::string name = arguments.image == "-" ? "standard input" : arguments.image;
+  if (!mayStore(arguments.image, arguments.target)) return exitCodeOfRefusal(arguments.image, arguments.target);
+  const std::string name = inputName(arguments.image);
   KyCErrorListPool pool;
   std::string image;
   if (!KyNInventoryKit::readImage(pool, arguments.image, image) ||

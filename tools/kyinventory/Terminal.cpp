@@ -39,6 +39,20 @@ bool isControl(unsigned int point)
          (point >= 0x2028 && point <= 0x202E) || (point >= 0x2066 && point <= 0x2069);
 }
 
+// Whether a text has a name in it as a word of its own: "a" does not stand in "Cannot read that.".
+bool names(const std::string& text, const std::string& name)
+{
+  for (std::size_t at = text.find(name); at != text.npos; at = text.find(name, at + 1))
+  {
+    const std::string_view behind = std::string_view(text).substr(at + name.size());
+    const bool isStart = at == 0 || std::string_view(" \"'(").find(text[at - 1]) != std::string_view::npos;
+    const bool isEnd = behind.empty() || std::string_view(" :,;\"')").find(behind[0]) != std::string_view::npos ||
+                       behind == "." || behind.substr(0, 2) == ". ";
+    if (isStart && isEnd) return true;
+  }
+  return false;
+}
+
 // The length of the control character that the bytes start with; 0: none. A byte that is no UTF-8 counts as one: terminals
 // of other encodings obey the bytes 80 .. 9F.
 std::size_t controlLength(std::string_view bytes, std::size_t& ordinary)
@@ -87,8 +101,7 @@ void complainAbout(const std::string& subject, const KyErrorEntry& entry)
   char origin[32];
   std::snprintf(origin, sizeof(origin), " (0x%X, ", entry.code);
   const std::string text = entry.text;
-  const bool isNamed = text.find(subject) != std::string::npos;
-  complain((isNamed ? "" : subject + ": ") + text + origin + entry.function + ")");
+  complain((names(text, subject) ? "" : subject + ": ") + text + origin + entry.function + ")");
 }
 
 void complainAbout(const std::string& subject, const KyCErrorList& reports)

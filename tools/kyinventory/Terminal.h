@@ -14,7 +14,7 @@ std::string withoutControls(std::string_view text, std::string_view kept = "");
 // file's texts.
 void complain(const std::string& message);
 
-// One report as "kyinventory: SUBJECT: text (0xCODE, function)"; without the subject where the text names it.
+// One report as "kyinventory: SUBJECT: text (0xCODE, function)"; without the subject where the text names it as a word.
 void complainAbout(const std::string& subject, const KyErrorEntry& entry);
 
 // Every report of the list, oldest first, one line each, as "kyinventory: SUBJECT: text (0xCODE, function)"; behind
