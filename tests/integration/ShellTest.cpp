@@ -68,7 +68,7 @@ TEST_F(Shell, theFirstFailureEndsItWithItsExitCode)
             "kyinventory: There is no item BOARD[9]. (0x1503001, item)\n"
             "kyinventory: what to do: See what ls lists; addresses are relative to the current item.\n");
   outcome = carryOut("cd BORD; pwd");
-  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_NE(outcome.err.find("BOARD"), std::string::npos) << outcome.err;
 }
 
@@ -92,6 +92,30 @@ TEST_F(Shell, wrongUsageOfACommandGivesExitCode2)
        "Int7: is no type; the types are Int8, Int16, Int32, Long64, UInt8, UInt16, UInt32, ULong64, Float32, Float64, "
        "String, Version"},
       {"quit now", "quit: now: only --force may stand here"},
+      {"exit now", "exit: now: only --force may stand here"},
+      {"get --json NAME", "get: --json: no such option"},
+      {"get NAME \"\"", "get: an address must not be empty; . is the current item, / the root"},
+      {"ls -l", "ls: -l: no such option"},
+      {"ls \"\"", "ls: an address must not be empty; . is the current item, / the root"},
+      {"cd --", "cd: --: no such option"},
+      {"cd \"\"", "cd: an address must not be empty; . is the current item, / the root"},
+      {"find -x", "find: -x: no such option"},
+      {"find \"\"", "find: an address must not be empty; . is the current item, / the root"},
+      {"set BOARD[2]/SIZE=5 --unit=V", "set: --unit: no such option"},
+      {"set --relevance 5 NAME=a", "set: --relevance: no such option"},
+      {"set =5", "set: an address must not be empty; . is the current item, / the root"},
+      {"get BOARD[2]//SIZE",
+       "\"BOARD[2]//SIZE\" is not an address: the name of an ID is expected at character 10. (0x1500801, readAddress)\n"
+       "kyinventory: what to do: Write it like BOARD[2]/SERIAL_NUMBER."},
+      {"get BORD",
+       "BORD is not an inventory ID. Did you mean BOARD? (0x1500800, readAddress)\n"
+       "kyinventory: what to do: Correct the name; kyinventory ids lists all of them."},
+      {"set BOARD[2]/SIZE=x",
+       "BOARD[2]/SIZE: \"x\" is not a value of type Int32, which takes whole numbers from -2147483648 to 2147483647. "
+       "(0x1500803, setValueText)\nkyinventory: what to do: Give a value that the type takes."},
+      {"set CPU/SIZE=300 --create Int8",
+       "CPU/SIZE: \"300\" is not a value of type Int8, which takes whole numbers from -128 to 127. (0x1500803, "
+       "createParameter)\nkyinventory: what to do: Give a value that the type takes."},
       {"save now", "save: now: only --force may stand here"},
       {"set NAME=\"a",
        "shell: The quote \" is not closed. (0x1503000, splitCommands)\nkyinventory: what to do: "
@@ -104,6 +128,23 @@ TEST_F(Shell, wrongUsageOfACommandGivesExitCode2)
     EXPECT_EQ(outcome.out, "") << one.commands;
     EXPECT_EQ(outcome.err, std::string("kyinventory: ") + one.message + "\n") << one.commands;
   }
+}
+
+TEST_F(Shell, whatIsNotThereGivesExitCode1)
+{
+  for (const char* const commands :
+       {"get CPU/SIZE", "get CPU", "cd CPU/CPU", "cd NAME", "ls BOARD", "set CPU/SIZE=1", "set CPU=1", "find COUNT"})
+    EXPECT_EQ(carryOut(commands).exitCode, 1) << commands;
+}
+
+TEST_F(Shell, aUnitThatIsTooLongIsRefusedBeforeAnythingIsSet)
+{
+  const std::string unit(101, 'u');
+  const Outcome outcome = carryOut("set CPU/SIZE=1 --create Int8 --unit " + unit);
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err, "kyinventory: set: The unit \"" + unit +
+                             "\" is longer than the 100 bytes that a stored tree keeps. (0x1504006, changeParameter)\n"
+                             "kyinventory: what to do: Choose a shorter unit.\n");
 }
 
 TEST_F(Shell, aBrokenScriptIsNotBegun)
@@ -133,7 +174,7 @@ TEST_F(Shell, setTakesEqualSignsAndNothingAsValues)
 TEST_F(Shell, setOfAWrongValueNamesTypeAndBoundsAndSavesNothing)
 {
   const Outcome outcome = carryOut("set NAME=b; set BOARD[2]/SIZE=3000000000; save");
-  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_EQ(outcome.err,
             "kyinventory: BOARD[2]/SIZE: \"3000000000\" is not a value of type Int32, which takes whole numbers from "
             "-2147483648 to 2147483647. (0x1500803, setValueText)\n"
@@ -157,7 +198,9 @@ TEST_F(Shell, changesThatAreNotSavedGiveExitCode1)
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.err, "kyinventory: there are unsaved changes; save stores them, quit! drops them\nkyinventory: " +
                              m_file + ": the changes were not saved\n");
-  for (const char* const left : {"set NAME=b; quit!; dance", "set NAME=b; quit --force; dance", "quit; dance"})
+  EXPECT_EQ(carryOut("set NAME=b; exit").err, outcome.err);
+  for (const char* const left : {"set NAME=b; quit!; dance", "set NAME=b; quit --force; dance", "quit; dance",
+                                 "exit; dance", "set NAME=b; exit --force; dance"})
   {
     outcome = carryOut(left);
     EXPECT_EQ(outcome.exitCode, 0) << left;
@@ -206,7 +249,8 @@ TEST_F(Shell, helpListsEveryCommand)
 {
   const Outcome outcome = carryOut("help");
   EXPECT_EQ(outcome.exitCode, 0);
-  for (const char* const command : {"cd", "ls", "get", "set", "find", "diff", "save", "pwd", "help", "quit", "quit!"})
+  for (const char* const command :
+       {"cd", "ls", "get", "set", "find", "diff", "save", "pwd", "help", "quit", "quit!", "exit"})
     EXPECT_NE(("\n" + outcome.out).find(std::string("\n") + command), std::string::npos) << command;
 }
 

@@ -7,8 +7,10 @@
 #include "Output.h"
 #include "Progress.h"
 #include "Terminal.h"
+#include "inventory/KyNInventoryIDs.h"
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KyDiff.h"
+#include "inventorykit/KyEdit.h"
 #include "inventorykit/KyFind.h"
 #include "inventorykit/KyValueText.h"
 
@@ -18,17 +20,47 @@ namespace
 {
 constexpr std::size_t s_any = static_cast<std::size_t>(-1);
 
+// An address that is none, a value that its type does not take, a unit that is too long: what was typed is wrong, whatever
+// the tree holds.
+bool isWrongText(unsigned int code) { return (code >= 0x1500800 && code <= 0x1500803) || code == 0x1504006; }
+
 // The reports of a failed command, with what helps.
 int told(const KyCErrorListPool& pool, const std::string& subject)
 {
   complainAbout(subject, pool);
-  return EXIT_NO;
+  return pool.getEntryCount() != 0 && isWrongText(pool.getEntry(0).code) ? EXIT_USAGE : EXIT_NO;
 }
 
 int wrongUsage(const std::string& message)
 {
   complain(message);
   return EXIT_USAGE;
+}
+
+// Whether a word may be an address, after a message when it is an option or nothing: an empty one is a script's unset
+// variable.
+bool mayBeAddress(const std::string& command, const std::string& word)
+{
+  if (word.empty()) complain(command + ": an address must not be empty; . is the current item, / the root");
+  if (!word.empty() && word.front() == '-') complain(command + ": " + word + ": no such option");
+  return !word.empty() && word.front() != '-';
+}
+
+// As above, for all words behind the command.
+bool mayBeAddresses(const std::vector<std::string>& words)
+{
+  return std::all_of(words.begin() + 1, words.end(),
+                     [&](const std::string& word) { return mayBeAddress(words.front(), word); });
+}
+
+// Reports a unit that no parameter keeps.
+bool isUnit(KyCErrorListPool& pool, const std::string& unit)
+{
+  KyCInventoryItem root(pool, KyNInventoryIDs::ROOT, "");
+  KyNInventoryKit::ParameterChange trial;
+  trial.createType = KyNInventoryKit::typeOfName("String");
+  trial.unit = unit;
+  return changeParameter(pool, root, KyNInventoryIDs::NAME, trial) != nullptr;
 }
 
 std::string padded(std::string text, std::size_t width)
@@ -51,6 +83,7 @@ std::string shownValue(const KyCInventoryParameter& parameter)
 const Shell::Command Shell::s_commands[] = {
     {"cd", "[ADDRESS]", "go to an item; without an address, to the root", 0, 1, &Shell::changeItem},
     {"diff", "", "show what differs from the stored tree", 0, 0, &Shell::diff},
+    {"exit", "[--force]", "the same as quit", 0, 1, &Shell::quit},
     {"find", "PATTERN [--where EXPR]", "list the addresses below the current item that fit", 1, 3, &Shell::find},
     {"get", "ADDRESS...", "print values", 1, s_any, &Shell::get},
     {"help", "", "show this list", 0, 0, &Shell::help},
@@ -95,6 +128,7 @@ int Shell::execute(const Words& words)
 
 int Shell::changeItem(const Words& words)
 {
+  if (!mayBeAddresses(words)) return EXIT_USAGE;
   KyCErrorListPool pool;
   const std::string address = words.size() < 2 ? "/" : words[1];
   return m_session.enter(pool, address) ? EXIT_OK : told(pool, address);
@@ -119,6 +153,7 @@ int Shell::help(const Words&)
 
 int Shell::list(const Words& words)
 {
+  if (!mayBeAddresses(words)) return EXIT_USAGE;
   KyCErrorListPool pool;
   const std::string address = words.size() < 2 ? "." : words[1];
   KyCInventoryItem* const item = m_session.item(pool, address);
@@ -141,6 +176,7 @@ int Shell::list(const Words& words)
 
 int Shell::get(const Words& words)
 {
+  if (!mayBeAddresses(words)) return EXIT_USAGE;
   Output out;
   for (std::size_t n = 1; n < words.size(); ++n)
   {
@@ -148,9 +184,9 @@ int Shell::get(const Words& words)
     const KyCInventoryParameter* const parameter = m_session.parameter(pool, words[n]);
     if (parameter == nullptr)
     {
-      const int exitCode = out.finish(EXIT_NO);
-      told(pool, words[n]);
-      return exitCode;
+      const int exitCode = out.finish(EXIT_OK);
+      const int reason = told(pool, words[n]);
+      return exitCode == EXIT_OK ? reason : exitCode;
     }
     out.data(KyNInventoryKit::valueText(*parameter), Style::VALUE).text("\n");
   }
@@ -174,6 +210,8 @@ int Shell::set(const Words& words)
     }
     else if (isUnit)
       unit = words[++n];
+    else if (!mayBeAddress("set", words[n].substr(0, words[n].find('='))))
+      return EXIT_USAGE;
     else if (words[n].find('=') == std::string::npos)
       return wrongUsage("set: " + words[n] + ": a value is missing: write " + words[n] + "=VALUE");
     else
@@ -181,12 +219,15 @@ int Shell::set(const Words& words)
   }
   if (assignments.empty()) return wrongUsage("set: nothing to set");
   if (!unit.empty() && type == 0) return wrongUsage("set: --unit goes with --create");
-  for (const std::string& assignment : assignments)
-    if (!assign(assignment, type, unit)) return EXIT_NO;
-  return EXIT_OK;
+  KyCErrorListPool pool;
+  if (!isUnit(pool, unit)) return told(pool, "set");
+  int exitCode = EXIT_OK;
+  for (std::size_t n = 0; n < assignments.size() && exitCode == EXIT_OK; ++n)
+    exitCode = assign(assignments[n], type, unit);
+  return exitCode;
 }
 
-bool Shell::assign(const std::string& text, unsigned int type, const std::string& unit)
+int Shell::assign(const std::string& text, unsigned int type, const std::string& unit)
 {
   const std::size_t equals = text.find('=');
   const std::string address = text.substr(0, equals);
@@ -194,14 +235,18 @@ bool Shell::assign(const std::string& text, unsigned int type, const std::string
   KyCErrorListPool pool;
   const bool isDone =
       type == 0 ? m_session.set(pool, address, value) : m_session.create(pool, address, type, value, unit);
-  if (!isDone) told(pool, address);
-  return isDone;
+  return isDone ? EXIT_OK : told(pool, address);
 }
 
 int Shell::save(const Words& words)
 {
   const bool isForced = words.size() > 1;
   if (isForced && words[1] != "--force") return wrongUsage("save: " + words[1] + ": only --force may stand here");
+  if (isWriteProtected(m_session.path()))
+  {
+    complain(m_session.path() + ": is write-protected");
+    return EXIT_OUTPUT;
+  }
   KyCErrorListPool pool;
   bool isDone = false;
   {
@@ -215,7 +260,8 @@ int Shell::save(const Words& words)
 int Shell::quit(const Words& words)
 {
   const bool hasOption = words.size() > 1;
-  if (hasOption && words[1] != "--force") return wrongUsage("quit: " + words[1] + ": only --force may stand here");
+  if (hasOption && words[1] != "--force")
+    return wrongUsage(words[0] + ": " + words[1] + ": only --force may stand here");
   const bool isForced = hasOption || words[0] == "quit!";
   if (m_session.isChanged() && !isForced)
   {
@@ -230,6 +276,7 @@ int Shell::find(const Words& words)
 {
   if (words.size() != 2 && (words.size() != 4 || words[2] != "--where"))
     return wrongUsage("wrong usage: find PATTERN [--where EXPR]");
+  if (!mayBeAddress("find", words[1])) return EXIT_USAGE;
   KyCErrorListPool pool;
   KyNInventoryKit::Query query;
   const bool isRead = KyNInventoryKit::readPattern(pool, words[1], query) &&
@@ -254,7 +301,8 @@ int Shell::diff(const Words&)
 {
   KyCErrorListPool pool;
   const TreePointer stored = m_session.stored(pool);
-  if (!stored) return told(pool, m_session.path());
+  complainAbout(m_session.path(), pool);
+  if (!stored) return EXIT_INPUT;
   KyNInventoryKit::Difference difference;
   {
     const Progress progress("comparing");

@@ -51,7 +51,7 @@ private:
   int quit(const Words& words);
   int save(const Words& words);
   int set(const Words& words);
-  bool assign(const std::string& text, unsigned int type, const std::string& unit);
+  int assign(const std::string& text, unsigned int type, const std::string& unit);
 
   KyNInventoryKit::Session& m_session;
   bool m_isLeft = false;
