@@ -7,6 +7,7 @@
 #include "Command.h"
 #include "Output.h"
 #include "Terminal.h"
+#include "inventorykit/KyAddressText.h"
 
 namespace
 {
@@ -94,17 +95,52 @@ std::map<std::string, Manual>& manuals()
   return all;
 }
 
+// The first word of a command line that chooses no command; empty when there is none.
+std::string unknownCommand(const CLI::App& program)
+{
+  if (!program.get_subcommands().empty()) return {};
+  const std::vector<std::string> words = program.remaining();
+  return words.empty() ? "" : words.front();
+}
+
+std::string suggestionFor(const CLI::App& program, const std::string& word)
+{
+  std::vector<std::string> commands;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App* any) { return !isHidden(*any); }))
+    commands.push_back(command->get_name());
+  const std::vector<std::string> nearest = KyNInventoryKit::nearestOf(word, commands, 1);
+  return nearest.empty() ? "" : " Did you mean " + nearest.front() + "?";
+}
+
+// What is wrong with the command line, and where its help is.
+void complainOfUsage(const CLI::App& program, const std::string& error)
+{
+  const std::vector<CLI::App*> chosen = program.get_subcommands();
+  const std::string command = chosen.empty() ? "" : chosen.front()->get_name();
+  const std::string unknown = unknownCommand(program);
+  const bool isOption = !unknown.empty() && unknown.front() == '-';
+  if (isOption)
+    complain(unknown + " is no option of kyinventory itself.");
+  else if (!unknown.empty())
+    complain(unknown + " is no command." + suggestionFor(program, unknown));
+  else
+    complain((command.empty() ? "" : command + ": ") + error);
+  complain("what to do: See kyinventory " + (command.empty() ? "" : command + " ") + "--help.");
+}
+
 // What the parser has to say: help for those who asked for it, otherwise what is wrong.
 int answer(const CLI::App& program, const CLI::ParseError& error)
 {
   std::ostringstream help;
   std::ostringstream wrong;
-  const bool isHelp = program.exit(error, help, wrong) == 0;
-  const std::string message = withoutControls(wrong.str(), "\n");
-  std::fwrite(message.data(), 1, message.size(), stderr);
+  if (program.exit(error, help, wrong) != 0)
+  {
+    complainOfUsage(program, error.what());
+    return EXIT_USAGE;
+  }
   Output out;
   out.text(help.str());
-  return out.finish(isHelp ? EXIT_OK : EXIT_USAGE);
+  return out.finish(EXIT_OK);
 }
 }    // namespace
 
