@@ -207,6 +207,19 @@ TEST_F(Usage, helpSaysWhereADashIsStandardInput)
     EXPECT_NE(run(command + " --help").out.find("- is standard input"), std::string::npos) << command;
 }
 
+TEST_F(Usage, aFileThatCannotBeWrittenIsNamedOnce)
+{
+  const std::string a = store("a.kyinv", "ROOT NAME=\"rack\"");
+  std::filesystem::create_directory(path("folder"));
+  const std::string tool = std::string("cd ") + m_folder.path() + " && " + KY_TOOL;
+  const int status = std::system((tool + " set a.kyinv NAME=b -o folder 2>err.txt").c_str());
+  EXPECT_EQ(WEXITSTATUS(status), 4);
+  const std::string err = contentOf(path("err.txt"));
+  EXPECT_EQ(err.substr(0, err.find('\n')), "kyinventory: Cannot write " +
+                                               std::filesystem::canonical(path("folder")).string() +
+                                               ": Is a directory. (0x1500003, writeBytes)");
+}
+
 #ifdef KY_HAVE_HOST
 TEST_F(Usage, scanReadsTheTopologyFromStandardInput)
 {

@@ -39,13 +39,14 @@ bool isControl(unsigned int point)
          (point >= 0x2028 && point <= 0x202E) || (point >= 0x2066 && point <= 0x2069);
 }
 
-// Whether a text has a name in it as a word of its own: "a" does not stand in "Cannot read that.".
+// Whether a text has a name in it as a word of its own, or as the last part of a path: "a" stands in "Cannot read /tmp/a.",
+// and not in "Cannot read that.".
 bool names(const std::string& text, const std::string& name)
 {
   for (std::size_t at = text.find(name); at != text.npos; at = text.find(name, at + 1))
   {
     const std::string_view behind = std::string_view(text).substr(at + name.size());
-    const bool isStart = at == 0 || std::string_view(" \"'(").find(text[at - 1]) != std::string_view::npos;
+    const bool isStart = at == 0 || std::string_view(" \"'(/").find(text[at - 1]) != std::string_view::npos;
     const bool isEnd = behind.empty() || std::string_view(" :,;\"')").find(behind[0]) != std::string_view::npos ||
                        behind == "." || behind.substr(0, 2) == ". ";
     if (isStart && isEnd) return true;
