@@ -4,13 +4,16 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "KyFormatMessages.h"
 #include "KyIdentifiers.h"
+#include "KyLabels.h"
 #include "KyPseudonyms.h"
 #include "KyReplacements.h"
 #include "KyTreeBuilder.h"
@@ -75,15 +78,22 @@ Meaning meaningOf(const KyCInventoryParameter& parameter)
   if (known != meaningsOfIDs().end()) return known->second;
   if (defaultDescription(id) == parameter.getDescription()) return Meaning::NONE;
   const std::string description = lowerCase(parameter.getDescription());
-  for (const char* const part : {"serial n", "serialn", "serial_n", "s/n", "asset"})
+  for (const char* const part : {"serial n", "serialn", "serial_n", "s/n", "asset", "uuid", "guid"})
     if (contains(description, part)) return Meaning::SERIAL_NUMBER;
   return contains(description, "hostname") || contains(description, "host name") ? Meaning::HOST : Meaning::NONE;
 }
 
+// Or a checksum: what looks like an address, or like digits of one, is none.
 bool isVersion(const KyCInventoryParameter& parameter)
 {
   const std::string name = defaultDescription(idOf(parameter));
-  return contains(name, "VERSION") || contains(name, "REVISION");
+  for (const char* const part : {"VERSION", "REVISION", "CHECKSUM", "CRC", "DIGEST"})
+    if (contains(name, part)) return true;
+  if (name == parameter.getDescription()) return false;
+  const std::string description = lowerCase(parameter.getDescription());
+  for (const char* const part : {"checksum", "crc", "md5", "digest", "hash"})
+    if (contains(description, part)) return true;
+  return false;
 }
 
 std::string_view trimmed(std::string_view text)
@@ -144,34 +154,62 @@ public:
   TreePointer anonymized(const KyCInventoryItem& root)
   {
     for (const KyCInventoryItem* item = &root; item != nullptr; item = nextItem(*item, root))
+    {
+      collectDescription(idOf(*item), item->getDescription(), false);
       for (const KyCInventoryParameter* p = item->getParameterByOrdinalNumber(0); p != nullptr; p = p->getNext())
         collect(*p);
+    }
     m_replacements.finish();
     return rebuilt(root);
   }
 
 private:
+  using Where = KyReplacements::Where;
+
   // ---- First pass: the originals ----
 
   void collect(const KyCInventoryParameter& parameter)
   {
     const Meaning meaning = meaningOf(parameter);
     const unsigned int type = parameter.getType();
-    if (type == KyCParam::TYPE_STRING) collectIdentifiers(valueText(parameter), isVersion(parameter));
+    const bool isVersionText = isVersion(parameter);
+    collectDescription(idOf(parameter), parameter.getDescription(), isVersionText);
+    collectText(parameter.getUnit(), isVersionText);
+    if (type == KyCParam::TYPE_STRING) collectText(valueText(parameter), isVersionText);
     if (meaning == Meaning::NONE || type == KyCParam::TYPE_VERSION) return;
     const std::string value = valueText(parameter);
     const std::string_view text = trimmed(value);
     Identifier identifier;
     if (isFiller(text) || isWholly(text, identifier) || (isAddress(meaning) && hasIdentifier(text))) return;
     if (type != KyCParam::TYPE_STRING)
-      collectNumber(text);
+      collectNumber(text, meaning);
     else if (meaning == Meaning::HOST)
-      collectHost(text);
+      collectHost(text, Where::ANYWHERE);
     else
-      collectSerialNumber(text);
+      collectSerialNumber(text, meaning, Where::ANYWHERE);
   }
 
-  // MAC addresses and UUIDs also stand in texts without their separators.
+  void collectDescription(unsigned int id, const char* text, bool isVersionText)
+  {
+    if (defaultDescription(id) != text) collectText(text, isVersionText);
+  }
+
+  void collectText(const std::string& text, bool isVersionText)
+  {
+    collectIdentifiers(text, isVersionText);
+    for (const LabelledWord& word : labelledWords(text))
+    {
+      const std::string_view original = std::string_view(text).substr(word.begin, word.length);
+      Identifier identifier;
+      if (isFiller(original) || isWholly(original, identifier)) continue;
+      if (word.isHost)
+        collectHost(original, Where::ALONE);
+      else
+        collectSerialNumber(original, Meaning::SERIAL_NUMBER, Where::ALONE);
+    }
+  }
+
+  // Those of which other spellings may stand elsewhere.
   void collectIdentifiers(const std::string& text, bool isVersionText)
   {
     for (std::size_t at = 0; at < text.size();)
@@ -182,48 +220,109 @@ private:
         ++at;
         continue;
       }
-      if (!identifier.isHarmless && identifier.kind <= IdentifierKind::MAC) addDigits(identifier);
+      if (!identifier.isHarmless) addSpellings(identifier);
       at += identifier.length;
     }
   }
 
-  void addDigits(const Identifier& identifier)
+  void addSpellings(const Identifier& identifier)
   {
-    const auto digitsOf = [](const std::string& bytes)
+    const std::string& bytes = identifier.bytes;
+    if (identifier.kind == IdentifierKind::IPV4) return;
+    if (identifier.kind == IdentifierKind::IPV6)
     {
-      std::string digits;
-      for (const char c : bytes)
-        for (const unsigned int shift : {4u, 0u})
-          digits += "0123456789abcdef"[static_cast<unsigned char>(c) >> shift & 15];
-      return digits;
-    };
-    m_replacements.add(digitsOf(identifier.bytes), digitsOf(m_pseudonyms.bytesOf(identifier)));
+      const std::string_view behindNetwork = std::string_view(bytes).substr(8);
+      if (isExtendedMac(behindNetwork)) addMac(macOfExtended(behindNetwork));
+      return;
+    }
+    if (identifier.kind == IdentifierKind::MAC && bytes.size() == 6) return addMac(bytes);
+    if (isExtendedMac(bytes) && (bytes[0] & 2) != 0) addMac(macOfExtended(bytes));
+    addOnce(bytes, m_pseudonyms.bytesOf(identifier));
   }
 
-  void collectNumber(std::string_view text)
+  // False when it has been added before.
+  bool addOnce(const std::string& bytes, const std::string& pseudonym)
   {
-    if (isNumber(text) && text.size() > 5) m_replacements.add(text, m_pseudonyms.ofSerialNumber(text));
+    if (!m_seen.insert(bytes).second) return false;
+    m_replacements.add(hexOf(bytes), hexOf(pseudonym));
+    if (bytes.size() == 16) m_replacements.add(withDashes(bytes), withDashes(pseudonym));
+    return true;
   }
 
-  void collectSerialNumber(std::string_view text)
+  // Where identifiers are found by their form, these are found by their digits: right behind a letter, without leading zeros, as
+  // the end of an IPv6 address, ...
+  void addMac(const std::string& mac)
+  {
+    const std::string pseudonym = m_pseudonyms.bytesOf({IdentifierKind::MAC, 0, mac});
+    if (!addOnce(mac, pseudonym)) return;
+    for (const char separator : {':', '-'})
+      m_replacements.add(joined(mac, 1, separator), joined(pseudonym, 1, separator));
+    m_replacements.add(joined(mac, 2, '.'), joined(pseudonym, 2, '.'));
+    m_replacements.add(shortMac(mac), shortMac(pseudonym), Where::ALONE);
+    const std::string extended = extendedMac(mac);
+    const std::string extendedPseudonym = extendedMac(pseudonym);
+    addOnce(extended, extendedPseudonym);
+    const std::string groups = joined(extended, 2, ':');
+    const std::string groupsOfPseudonym = joined(extendedPseudonym, 2, ':');
+    m_replacements.add(groups, groupsOfPseudonym, Where::ALONE);
+    m_replacements.add(withoutZeros(groups), withoutZeros(groupsOfPseudonym), Where::ALONE);
+  }
+
+  // "001b:213c:4d5e" of 2 bytes a group.
+  static std::string joined(const std::string& bytes, std::size_t group, char separator)
+  {
+    std::string text;
+    for (std::size_t n = 0; n < bytes.size(); n += group)
+      text += (n == 0 ? std::string() : std::string(1, separator)) + hexOf(std::string_view(bytes).substr(n, group));
+    return text;
+  }
+  static std::string withDashes(const std::string& uuid)
+  {
+    std::string text = hexOf(uuid);
+    for (const std::size_t at : {20u, 16u, 12u, 8u})
+      text.insert(at, 1, '-');
+    return text;
+  }
+  static std::string withoutZeros(const std::string& groups)
+  {
+    std::string text;
+    for (std::size_t n = 0; n < groups.size(); ++n)
+    {
+      const bool isFirst = text.empty() || text.back() == ':';
+      const bool isLast = n + 1 == groups.size() || groups[n + 1] == ':';
+      if (groups[n] != '0' || !isFirst || isLast) text += groups[n];
+    }
+    return text;
+  }
+
+  void collectNumber(std::string_view text, Meaning meaning)
+  {
+    if (!isNumber(text) || text.size() <= 5) return;
+    std::uint64_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    if (meaning == Meaning::MAC_ADDRESS && number > 0xFFFFFFFF && number < 0xFFFFFFFFFFFF) addMac(bytesOf(number, 6));
+    m_replacements.add(text, m_pseudonyms.ofSerialNumber(text));
+  }
+
+  void collectSerialNumber(std::string_view text, Meaning meaning, Where where)
   {
     Identifier identifier;
-    if (asDigits(text, identifier))
-      addDigits(identifier);
+    if (asDigits(text, meaning, identifier))
+      addSpellings(identifier);
     else
-      m_replacements.add(text, m_pseudonyms.ofSerialNumber(text));
+      m_replacements.add(text, m_pseudonyms.ofSerialNumber(text), where);
   }
 
   // "rack7.example.com" also stands in texts as "rack7", and its domain beside other hosts.
-  void collectHost(std::string_view text)
+  void collectHost(std::string_view text, Where where)
   {
-    m_replacements.add(text, pseudonymOfHost(text));
+    m_replacements.add(text, pseudonymOfHost(text), where);
     const std::size_t dot = text.find('.');
     if (text.find(' ') != std::string_view::npos || dot == std::string_view::npos) return;
     const std::string_view label = text.substr(0, dot);
     const std::string domain = lowerCase(text.substr(dot + 1));
-    if (!isNumber(label) && !isFiller(label)) m_replacements.add(label, m_pseudonyms.ofHost(label));
-    if (!isCommonDomain(domain)) m_replacements.add(domain, m_pseudonyms.ofDomain(domain));
+    if (!isNumber(label) && !isFiller(label)) m_replacements.add(label, m_pseudonyms.ofHost(label), where);
+    if (!isCommonDomain(domain)) m_replacements.add(domain, m_pseudonyms.ofDomain(domain), where);
   }
 
   std::string pseudonymOfHost(std::string_view text) const
@@ -235,10 +334,13 @@ private:
            (isCommonDomain(domain) ? domain : m_pseudonyms.ofDomain(domain));
   }
 
-  // A MAC address or a UUID without separators.
-  static bool asDigits(std::string_view text, Identifier& identifier)
+  // A MAC address or a UUID without separators. One of digits alone is a serial number like any other, but where a MAC
+  // address is expected.
+  static bool asDigits(std::string_view text, Meaning meaning, Identifier& identifier)
   {
-    if (isNumber(text) || (text.size() != 12 && text.size() != 32) || !readHex(text, identifier.bytes)) return false;
+    const bool isMac = meaning == Meaning::MAC_ADDRESS && text.size() == 12;
+    if ((isNumber(text) && !isMac) || (text.size() != 12 && text.size() != 32) || !readHex(text, identifier.bytes))
+      return false;
     identifier.kind = text.size() == 12 ? IdentifierKind::MAC : IdentifierKind::UUID;
     identifier.length = text.size();
     return true;
@@ -317,34 +419,53 @@ private:
   {
     const std::string_view text = trimmed(value);
     if (isFiller(text)) return value;
+    Identifier identifier;
+    if (isWholly(text, identifier)) return scrubbed(value, false);
     const std::string* const known = m_replacements.of(text);
     if (known != nullptr) return *known;
-    const std::string result = scrubbed(value, false);
-    Identifier identifier;
-    if (isWholly(text, identifier) || (isAddress(meaning) && hasIdentifier(text))) return result;
+    if (isAddress(meaning) && hasIdentifier(text)) return scrubbed(value, false);
     return meaning == Meaning::HOST ? pseudonymOfHost(text) : m_pseudonyms.ofSerialNumber(text);
+  }
+
+  std::string pseudonymOf(std::string_view text, const LabelledWord& word) const
+  {
+    if (isFiller(text)) return std::string(text);
+    const std::string* const known = m_replacements.of(text);
+    if (known != nullptr) return *known;
+    return word.isHost ? pseudonymOfHost(text) : m_pseudonyms.ofSerialNumber(text);
   }
 
   // The text with pseudonyms in place of all that is known and of all identifiers.
   std::string scrubbed(const std::string& text, bool isVersionText) const
   {
     const std::string lower = lowerCase(text);
+    const std::vector<LabelledWord> words = labelledWords(text);
+    auto word = words.begin();
     std::string result;
     for (std::size_t at = 0; at < text.size();)
     {
       std::size_t length = 0;
       const std::string* const known = m_replacements.longestAt(lower, at, length);
+      while (word != words.end() && word->begin < at)
+        ++word;
+      const std::size_t wordLength = word != words.end() && word->begin == at ? word->length : 0;
       Identifier identifier;
-      const bool isIdentifier = identifierAt(text, at, isVersionText, identifier);
-      if (isIdentifier && (known == nullptr || identifier.length >= length))
+      if (identifierAt(text, at, isVersionText, identifier) && identifier.length >= std::max(length, wordLength))
       {
         const std::string_view original(text.data() + at, identifier.length);
         result += identifier.isHarmless ? std::string(original) : m_pseudonyms.ofIdentifier(identifier, original);
         at += identifier.length;
-        continue;
       }
-      result += known != nullptr ? *known : std::string(1, text[at]);
-      at += known != nullptr ? length : 1;
+      else if (wordLength > length)
+      {
+        result += pseudonymOf(std::string_view(text).substr(at, wordLength), *word);
+        at += wordLength;
+      }
+      else
+      {
+        result += known != nullptr ? *known : std::string(1, text[at]);
+        at += known != nullptr ? length : 1;
+      }
     }
     return result;
   }
@@ -444,6 +565,7 @@ private:
   KyCErrorListPool& m_pool;
   KyPseudonyms m_pseudonyms;
   KyReplacements m_replacements;
+  std::unordered_set<std::string> m_seen;    // MAC addresses and UUIDs, as bytes
 };
 }    // namespace
 

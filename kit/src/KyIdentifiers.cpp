@@ -51,14 +51,20 @@ std::string withoutSeparators(std::string_view text)
   return digits;
 }
 
-bool finish(const Rest& rest, IdentifierKind kind, std::size_t length, Identifier& identifier)
+bool finish(const Rest& rest, IdentifierKind kind, std::size_t length, const std::string& digits,
+            Identifier& identifier)
 {
   if (isWord(rest[length])) return false;
   identifier.kind = kind;
   identifier.length = length;
-  readHex(withoutSeparators(rest.first(length)), identifier.bytes);
+  readHex(digits, identifier.bytes);
   identifier.isHarmless = isAll(identifier.bytes, '\0') || isAll(identifier.bytes, '\xFF');
   return true;
+}
+
+bool finish(const Rest& rest, IdentifierKind kind, std::size_t length, Identifier& identifier)
+{
+  return finish(rest, kind, length, withoutSeparators(rest.first(length)), identifier);
 }
 
 bool readUuid(const Rest& rest, Identifier& identifier)
@@ -74,7 +80,7 @@ bool readUuid(const Rest& rest, Identifier& identifier)
   return finish(rest, IdentifierKind::UUID, length, identifier);
 }
 
-// Six groups of two digits or more, or three of four digits joined by dots.
+// Six groups of two digits or more, or three of four digits joined by dots, or four around ff and fe.
 bool readMac(const Rest& rest, bool isVersion, Identifier& identifier)
 {
   constexpr std::size_t s_mostGroups = 32;
@@ -89,9 +95,71 @@ bool readMac(const Rest& rest, bool isVersion, Identifier& identifier)
     ++groups;
     length += 1 + digits;
   }
-  if (isDotted ? groups != 3 : groups < 6) return false;
-  return finish(rest, IdentifierKind::MAC, length, identifier);
+  if (isDotted ? groups != 3 && groups != 4 : groups < 6) return false;
+  if (!finish(rest, IdentifierKind::MAC, length, identifier)) return false;
+  return !isDotted || groups == 3 || isExtendedMac(identifier.bytes);
 }
+
+// Six groups without their leading zeros. One that is of digits alone may be a list of anything.
+bool readShortMac(const Rest& rest, Identifier& identifier)
+{
+  std::string digits;
+  std::size_t length = 0;
+  for (int group = 0; group < 6; ++group)
+  {
+    if (group > 0 && rest[length++] != ':') return false;
+    const std::size_t count = rest.hexDigits(length, 3);
+    if (count == 0 || count == 3 || (count == 2 && rest[length] == '0')) return false;
+    if (count == 1) digits += '0';
+    for (std::size_t n = 0; n < count; ++n)
+      digits += rest[length + n];
+    length += count;
+  }
+  const bool isBehindGroup = rest.before() == ':' && isHex(rest.before(2)) &&
+                             (!isWord(rest.before(3)) || (isHex(rest.before(3)) && !isWord(rest.before(4))));
+  if (isBehindGroup || (rest[length] == ':' && isHex(rest[length + 1]))) return false;
+  return std::any_of(digits.begin(), digits.end(), [](char c) { return !isDigit(c); }) &&
+         finish(rest, IdentifierKind::MAC, length, digits, identifier);
+}
+
+// What stands in front of digits that are a checksum or a version and name no machine.
+bool isNumberOfContent(const Rest& rest)
+{
+  constexpr std::size_t s_longest = 16;
+  std::size_t end = 1;
+  while (end <= 4 && rest.before(end) != '\0' && !isWord(rest.before(end)))
+    ++end;
+  std::string word;
+  for (std::size_t n = end; word.size() < s_longest && isWord(rest.before(n)); ++n)
+    word.insert(word.begin(), static_cast<char>(rest.before(n) | 0x20));
+  for (const char* const known : {"md5", "sum", "crc", "hash", "digest", "commit", "version", "revision", "firmware"})
+    if (word.find(known) != std::string::npos) return true;
+  for (const char* const known : {"fw", "rev", "ver", "git", "build", "buildid", "etag"})
+    if (word == known) return true;
+  return false;
+}
+
+// Network interfaces are called by a MAC address: enx001b213c4d5e.
+bool isBehindInterfacePrefix(const Rest& rest)
+{
+  if (isWord(rest.before(4)) || rest.before(1) != 'x') return false;
+  return (rest.before(3) == 'e' && rest.before(2) == 'n') ||
+         (rest.before(3) == 'w' && (rest.before(2) == 'l' || rest.before(2) == 'w'));
+}
+
+// Without separators: words of 12 or 32 digits, or of 16 with fffe in the middle, of letters and digits both.
+bool readBare(const Rest& rest, Identifier& identifier)
+{
+  const std::size_t length = rest.hexDigits(0, 33);
+  if (length != 12 && length != 16 && length != 32) return false;
+  const std::string_view digits = rest.first(length);
+  const auto letters = std::count_if(digits.begin(), digits.end(), [](char c) { return !isDigit(c); });
+  if (letters == 0 || static_cast<std::size_t>(letters) == length || isNumberOfContent(rest)) return false;
+  const IdentifierKind kind = length == 32 ? IdentifierKind::UUID : IdentifierKind::MAC;
+  return finish(rest, kind, length, identifier) && (length != 16 || isExtendedMac(identifier.bytes));
+}
+
+bool isHarmlessIPv4(const std::string& bytes) { return bytes[0] == '\xFF' || bytes[0] == 127 || isAll(bytes, '\0'); }
 
 bool readIPv6(const Rest& rest, Identifier& identifier)
 {
@@ -110,7 +178,9 @@ bool readIPv6(const Rest& rest, Identifier& identifier)
       identifier.length = length;
       identifier.bytes.assign(bytes, sizeof(bytes));
       const bool isLoopback = isAll(identifier.bytes.substr(0, 15), '\0') && bytes[15] == 1;
-      identifier.isHarmless = isLoopback || isAll(identifier.bytes, '\0') || isAll(identifier.bytes, '\xFF');
+      identifier.isHarmless = isLoopback ||
+                              (isMappedIPv4(identifier.bytes) && isHarmlessIPv4(identifier.bytes.substr(12))) ||
+                              isAll(identifier.bytes, '\0') || isAll(identifier.bytes, '\xFF');
       return true;
     }
     if (rest[length - 1] != '.' && rest[length - 1] != ':') return false;
@@ -139,8 +209,7 @@ bool readIPv4(const Rest& rest, Identifier& identifier)
   const bool isPartOfMore =
       (rest[length] == '.' && isDigit(rest[length + 1])) || (rest.before() == '.' && isDigit(rest.before(2)));
   if (isWord(rest[length]) || isPartOfMore) return false;
-  const bool isNetmask = bytes[0] == '\xFF';
-  identifier = {IdentifierKind::IPV4, length, bytes, isNetmask || bytes[0] == 127 || isAll(bytes, '\0')};
+  identifier = {IdentifierKind::IPV4, length, bytes, isHarmlessIPv4(bytes)};
   return true;
 }
 }    // namespace
@@ -148,9 +217,35 @@ bool readIPv4(const Rest& rest, Identifier& identifier)
 bool identifierAt(std::string_view text, std::size_t at, bool isVersion, Identifier& identifier)
 {
   const Rest rest(text, at);
-  if ((!isHex(rest[0]) && rest[0] != ':') || isWord(rest.before())) return false;
-  return readUuid(rest, identifier) || readMac(rest, isVersion, identifier) || readIPv6(rest, identifier) ||
-         (!isVersion && readIPv4(rest, identifier));
+  if (!isHex(rest[0]) && rest[0] != ':') return false;
+  if (isWord(rest.before()))
+    return isBehindInterfacePrefix(rest) && rest.hexDigits(0, 13) == 12 &&
+           finish(rest, IdentifierKind::MAC, 12, identifier);
+  return readUuid(rest, identifier) || readMac(rest, isVersion, identifier) || readShortMac(rest, identifier) ||
+         readIPv6(rest, identifier) || (!isVersion && (readIPv4(rest, identifier) || readBare(rest, identifier)));
+}
+
+bool isMappedIPv4(std::string_view bytes)
+{
+  constexpr std::string_view s_start("\0\0\0\0\0\0\0\0\0\0\xFF\xFF", 12);
+  return bytes.size() == 16 && bytes.substr(0, 12) == s_start;
+}
+
+bool isExtendedMac(std::string_view bytes) { return bytes.size() == 8 && bytes[3] == '\xFF' && bytes[4] == '\xFE'; }
+
+std::string extendedMac(const std::string& mac)
+{
+  std::string bytes = mac.substr(0, 3) + "\xFF\xFE" + mac.substr(3);
+  bytes[0] = static_cast<char>(bytes[0] ^ 2);
+  return bytes;
+}
+
+std::string macOfExtended(std::string_view bytes)
+{
+  std::string mac(bytes.substr(0, 3));
+  mac += bytes.substr(5);
+  mac[0] = static_cast<char>(mac[0] ^ 2);
+  return mac;
 }
 
 bool readHex(std::string_view text, std::string& bytes)

@@ -27,17 +27,6 @@ constexpr char s_characters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
 // The key of a hash is 128 bits; a text of any length becomes one by two hashes of it under keys that never change.
 SipKey keyOf(std::string_view text) { return {sipHash({1, 0}, text), sipHash({2, 0}, text)}; }
 
-std::string hexOf(std::string_view bytes)
-{
-  std::string text;
-  for (const char c : bytes)
-  {
-    text += s_hexDigits[static_cast<unsigned char>(c) >> 4];
-    text += s_hexDigits[static_cast<unsigned char>(c) & 15];
-  }
-  return text;
-}
-
 bool isAllDigits(std::string_view text)
 {
   return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
@@ -46,15 +35,23 @@ bool isAllDigits(std::string_view text)
 // Puts the hexadecimal digits in place of those of the original.
 std::string inFormOf(std::string_view original, const std::string& digits)
 {
-  const bool isUpper = std::any_of(original.begin(), original.end(), [](char c) { return c >= 'A' && c <= 'F'; });
   std::string text;
   std::size_t next = 0;
   for (const char c : original)
-  {
-    const bool isSeparator = c == ':' || c == '-' || c == '.';
-    const char digit = isSeparator ? c : digits[next++];
-    text += isUpper && digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
-  }
+    text += c == ':' || c == '-' || c == '.' ? c : digits[next++];
+  return text;
+}
+
+bool isShortened(std::string_view mac, std::size_t bytes)
+{
+  return mac.find(':') != std::string_view::npos && mac.size() + 1 < 3 * bytes;
+}
+
+std::string inCaseOf(std::string_view original, std::string text)
+{
+  if (std::none_of(original.begin(), original.end(), [](char c) { return c >= 'A' && c <= 'F'; })) return text;
+  for (char& c : text)
+    if (c >= 'a' && c <= 'f') c = static_cast<char>(c - 'a' + 'A');
   return text;
 }
 
@@ -66,6 +63,30 @@ std::size_t lengthOf(std::size_t length, bool isDigits)
   return 32;
 }
 }    // namespace
+
+std::string hexOf(std::string_view bytes)
+{
+  std::string text;
+  for (const char c : bytes)
+  {
+    text += s_hexDigits[static_cast<unsigned char>(c) >> 4];
+    text += s_hexDigits[static_cast<unsigned char>(c) & 15];
+  }
+  return text;
+}
+
+std::string shortMac(std::string_view bytes)
+{
+  std::string text;
+  for (const char c : bytes)
+  {
+    const unsigned int byte = static_cast<unsigned char>(c);
+    if (!text.empty()) text += ':';
+    if (byte > 15) text += s_hexDigits[byte >> 4];
+    text += s_hexDigits[byte & 15];
+  }
+  return text;
+}
 
 KyPseudonyms::KyPseudonyms(std::string_view key) : m_key(keyOf(key)) {}
 
@@ -87,7 +108,29 @@ std::string KyPseudonyms::randomBytes(Kind kind, std::string_view text, unsigned
   return bytes;
 }
 
+// What holds another address gets the pseudonym of that one into its own.
 std::string KyPseudonyms::bytesOf(const Identifier& identifier) const
+{
+  const std::string& original = identifier.bytes;
+  if (identifier.kind == IdentifierKind::MAC && isExtendedMac(original))
+  {
+    // The bit is set where it has been turned over: those who make cards never set it.
+    const bool isTurned = (original[0] & 2) != 0;
+    std::string mac = macOfExtended(original);
+    if (!isTurned) mac[0] = original[0];
+    std::string pseudonym = extendedMac(bytesOf({IdentifierKind::MAC, 0, mac}));
+    if (!isTurned) pseudonym[0] = static_cast<char>(pseudonym[0] ^ 2);
+    return pseudonym;
+  }
+  if (identifier.kind == IdentifierKind::IPV6 && isMappedIPv4(original))
+    return original.substr(0, 12) + bytesOf({IdentifierKind::IPV4, 0, original.substr(12)});
+  std::string pseudonym = ownBytesOf(identifier);
+  if (identifier.kind == IdentifierKind::IPV6 && isExtendedMac(std::string_view(original).substr(8)))
+    pseudonym.replace(8, 8, extendedMac(bytesOf({IdentifierKind::MAC, 0, macOfExtended(original.substr(8))})));
+  return pseudonym;
+}
+
+std::string KyPseudonyms::ownBytesOf(const Identifier& identifier) const
 {
   const Kind kind = static_cast<Kind>(identifier.kind);
   for (unsigned int round = 0;; ++round)
@@ -124,7 +167,7 @@ std::string KyPseudonyms::ofIdentifier(const Identifier& identifier, std::string
   {
     case IdentifierKind::UUID:
     case IdentifierKind::MAC:
-      return inFormOf(text, hexOf(bytes));
+      return inCaseOf(text, isShortened(text, bytes.size()) ? shortMac(bytes) : inFormOf(text, hexOf(bytes)));
     case IdentifierKind::IPV6:
       return ::inet_ntop(AF_INET6, bytes.data(), address, sizeof(address));
     case IdentifierKind::IPV4:

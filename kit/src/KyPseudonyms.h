@@ -31,6 +31,7 @@ public:
 private:
   enum class Kind : char;
   std::uint64_t hash(Kind kind, std::string_view text, unsigned int round, unsigned int part) const;
+  std::string ownBytesOf(const Identifier& identifier) const;
   std::string randomBytes(Kind kind, std::string_view text, unsigned int round, std::size_t count) const;
   std::string randomCharacters(std::string_view text, unsigned int round) const;
   std::string named(const char* prefix, Kind kind, std::string_view text) const;
@@ -38,5 +39,7 @@ private:
   SipKey m_key;
 };
 
+std::string hexOf(std::string_view bytes);       // "001b213c4d5e"
+std::string shortMac(std::string_view bytes);    // "0:1b:21:3c:4d:5e"
 std::string lowerCase(std::string_view text);    // ASCII
 }    // namespace KyNInventoryKit

@@ -28,16 +28,19 @@ std::uint16_t KyReplacements::prefixOf(std::string_view text)
   return static_cast<std::uint16_t>((byte(0) * 31 + byte(1)) * 31 + byte(2));
 }
 
-void KyReplacements::add(std::string_view original, const std::string& replacement)
+void KyReplacements::add(std::string_view original, const std::string& replacement, Where where)
 {
   if (original.size() < (isNumber(original) ? s_shortestNumber : s_shortest)) return;
-  m_entries.push_back({lowerCase(original), replacement});
+  m_entries.push_back({lowerCase(original), replacement, where});
 }
 
 void KyReplacements::finish()
 {
   std::stable_sort(m_entries.begin(), m_entries.end(),
                    [](const Entry& a, const Entry& b) { return a.original < b.original; });
+  for (std::size_t n = m_entries.size(); n-- > 1;)
+    if (m_entries[n].where == Where::ANYWHERE && m_entries[n].original == m_entries[n - 1].original)
+      m_entries[n - 1].where = Where::ANYWHERE;
   m_entries.erase(std::unique(m_entries.begin(), m_entries.end(),
                               [](const Entry& a, const Entry& b) { return a.original == b.original; }),
                   m_entries.end());
@@ -53,11 +56,12 @@ const std::string* KyReplacements::of(std::string_view text) const
   return entry != m_entries.end() && entry->original == lower ? &entry->replacement : nullptr;
 }
 
-bool KyReplacements::counts(std::string_view lower, std::size_t at, const std::string& original)
+bool KyReplacements::counts(std::string_view lower, std::size_t at, const Entry& entry)
 {
+  const std::string& original = entry.original;
   const char before = at > 0 ? lower[at - 1] : ' ';
   const char behind = at + original.size() < lower.size() ? lower[at + original.size()] : ' ';
-  if (original.size() < s_shortestAnywhere) return !isWord(before) && !isWord(behind);
+  if (entry.where == Where::ALONE || original.size() < s_shortestAnywhere) return !isWord(before) && !isWord(behind);
   return !isNumber(original) || (!isDigit(before) && !isDigit(behind));
 }
 
@@ -75,7 +79,7 @@ const std::string* KyReplacements::longestAt(std::string_view lower, std::size_t
                              [&](const Entry& entry, int byte) { return byteAt(entry.original, depth) < byte; });
     last = std::upper_bound(first, last, wanted,
                             [&](int byte, const Entry& entry) { return byte < byteAt(entry.original, depth); });
-    if (first == last || first->original.size() != depth + 1 || !counts(lower, at, first->original)) continue;
+    if (first == last || first->original.size() != depth + 1 || !counts(lower, at, *first)) continue;
     longest = &first->replacement;
     length = depth + 1;
   }

@@ -17,7 +17,14 @@ public:
 
   // Adds a text; of two that are the same but for upper and lower case the first counts. One that is too short, or a number
   // of less than five digits, is passed over.
-  void add(std::string_view original, const std::string& replacement);
+  //
+  //   where   ALONE: only where no letter or digit stands right beside it
+  enum class Where
+  {
+    ANYWHERE,
+    ALONE
+  };
+  void add(std::string_view original, const std::string& replacement, Where where = Where::ANYWHERE);
 
   // To be called once, between adding and looking.
   void finish();
@@ -37,10 +44,11 @@ private:
   {
     std::string original;    // in lower case
     std::string replacement;
+    Where where;
   };
 
   static std::uint16_t prefixOf(std::string_view text);
-  static bool counts(std::string_view lower, std::size_t at, const std::string& original);
+  static bool counts(std::string_view lower, std::size_t at, const Entry& entry);
 
   std::vector<Entry> m_entries;    // once finished: in order, each original once
   std::bitset<0x10000> m_prefixes;

@@ -58,7 +58,9 @@ TEST(KyAnonymize, macAddressesStayMacAddressesLocallyAdministered)
   EXPECT_TRUE(
       hasForm(valueIn("ROOT MAC_ADDRESS=\"00-1B-21-3C-4D-5E\"", "MAC_ADDRESS"), "[0-9A-F][26AE](-[0-9A-F]{2}){5}"));
   EXPECT_TRUE(hasForm(valueIn("ROOT MAC_ADDRESS=\"001b.213c.4d5e\"", "MAC_ADDRESS"), "[0-9a-f]{4}([.][0-9a-f]{4}){2}"));
-  EXPECT_TRUE(hasForm(valueIn("ROOT MAC_ADDRESS=\"001B213C4D5E\"", "MAC_ADDRESS"), "[0-9a-f][26ae][0-9a-f]{10}"));
+  EXPECT_TRUE(hasForm(valueIn("ROOT MAC_ADDRESS=\"001B213C4D5E\"", "MAC_ADDRESS"), "[0-9A-F][26AE][0-9A-F]{10}"));
+  EXPECT_TRUE(hasForm(valueIn("ROOT MAC_ADDRESS=\"0:1b:21:3c:4d:5e\"", "MAC_ADDRESS"),
+                      "[0-9a-f]?[26ae](:[1-9a-f]?[0-9a-f]){5}"));
 }
 
 TEST(KyAnonymize, allNotationsOfOneMacAddressGetOnePseudonym)
@@ -75,6 +77,196 @@ TEST(KyAnonymize, allNotationsOfOneMacAddressGetOnePseudonym)
   name.erase(std::remove(name.begin(), name.end(), '.'), name.end());
   EXPECT_EQ(name, digits);
 }
+
+namespace
+{
+// The MAC address in every other form that there is of it, made from its twelve digits with the colons.
+std::string turned(const std::string& mac)
+{
+  char first[4];
+  std::snprintf(first, sizeof(first), "%02lx", std::stoul(mac.substr(0, 2), nullptr, 16) ^ 2);
+  return first + mac.substr(2);
+}
+std::string withoutColons(std::string text)
+{
+  text.erase(std::remove(text.begin(), text.end(), ':'), text.end());
+  return text;
+}
+std::string shortened(const std::string& text, std::size_t digits)
+{
+  std::string result;
+  for (std::size_t at = 0; at < text.size(); at += digits + 1)
+  {
+    std::string group = text.substr(at, digits);
+    group.erase(0, std::min(group.find_first_not_of('0'), digits - 1));
+    result += (at == 0 ? "" : ":") + group;
+  }
+  return result;
+}
+std::string inGroups(const std::string& text, std::size_t digits, char separator)
+{
+  std::string result;
+  for (std::size_t at = 0; at < text.size(); at += digits)
+    result += (at == 0 ? std::string() : std::string(1, separator)) + text.substr(at, digits);
+  return result;
+}
+}    // namespace
+
+TEST(KyAnonymize, aKnownMacAddressIsFoundInEverySpelling)
+{
+  // 00:0a:21:3c:0d:5e; with ff:fe in the middle, and with the first byte turned to 02.
+  const std::string sample =
+      "ROOT MAC_ADDRESS=\"00:0a:21:3c:0d:5e\" INFO=\"000a.213c.0d5e|000a213c0d5e|00-0a-21-3c-0d-5e|0:a:21:3c:d:5e|"
+      "00:0a:21:ff:fe:3c:0d:5e|02:0a:21:ff:fe:3c:0d:5e|020a21fffe3c0d5e|20a:21ff:fe3c:d5e|020a:21ff:fe3c:0d5e|"
+      "enx000a213c0d5e|tap000a213c0d5e|id00:0a:21:3c:0d:5e\"";
+  const std::string mac = valueIn(sample, "MAC_ADDRESS");
+  const std::string digits = withoutColons(mac);
+  const std::string plainExtended = mac.substr(0, 9) + "ff:fe" + mac.substr(8);
+  const std::string extended = turned(plainExtended);
+  const std::string groups = inGroups(withoutColons(extended), 4, ':');
+  EXPECT_EQ(valueIn(sample, "INFO"), inGroups(digits, 4, '.') + "|" + digits + "|" + inGroups(digits, 2, '-') + "|" +
+                                         shortened(mac, 2) + "|" + plainExtended + "|" + extended + "|" +
+                                         withoutColons(extended) + "|" + shortened(groups, 4) + "|" + groups + "|enx" +
+                                         digits + "|tap" + digits + "|id" + mac);
+}
+
+TEST(KyAnonymize, ipv6AddressesMadeFromAMacAddressAreMadeFromItsPseudonym)
+{
+  const std::string sample =
+      "ROOT MAC_ADDRESS=\"f0:1b:21:3c:4d:5e\" INFO=\"fe80::f21b:21ff:fe3c:4d5e%eth0\" NAME=\"::ffff:10.2.3.4\" "
+      "IPADDRESS=\"10.2.3.4\"";
+  const std::string mac = valueIn(sample, "MAC_ADDRESS");
+  const std::string extended = turned(mac.substr(0, 9) + "ff:fe" + mac.substr(8));
+  const std::string end = ":" + shortened(inGroups(withoutColons(extended), 4, ':'), 4) + "%eth0";
+  const std::string address = valueIn(sample, "INFO");
+  EXPECT_EQ(address.substr(0, 9), "2001:db8:");
+  EXPECT_EQ(address.substr(address.size() - std::min(address.size(), end.size())), end);
+  EXPECT_EQ(valueIn(sample, "NAME"), "::ffff:" + valueIn(sample, "IPADDRESS"));
+}
+
+TEST(KyAnonymize, anIpv6AddressTellsTheMacAddressInIt)
+{
+  const std::string sample = "ROOT IPADDRESS=\"fe80::21b:21ff:fe3c:4d5e\" INFO=\"tap001b213c4d5e\"";
+  EXPECT_EQ(valueIn(sample, "INFO"),
+            "tap" + withoutColons(valueIn("ROOT MAC_ADDRESS=\"00:1b:21:3c:4d:5e\"", "MAC_ADDRESS")));
+}
+
+TEST(KyAnonymize, digitsWithoutSeparatorsAreTheAddressWhereOneIsExpected)
+{
+  const std::string sample = "ROOT MAC_ADDRESS=\"001122334455\" INFO=\"00:11:22:33:44:55 001122334455\"";
+  const std::string digits = valueIn(sample, "MAC_ADDRESS");
+  EXPECT_EQ(valueIn(sample, "INFO"), inGroups(digits, 2, ':') + " " + digits);
+  const std::string number = "ROOT MAC_ADDRESS:ULong64=116521717086 INFO=\"001b213c4d5e\"";
+  EXPECT_EQ(valueIn(number, "INFO"), valueIn("ROOT MAC_ADDRESS=\"001b213c4d5e\"", "MAC_ADDRESS"));
+}
+
+TEST(KyAnonymize, uuidsWithoutDashesCorrespondToThoseWithThem)
+{
+  const std::string sample =
+      "ROOT UNITID=\"4c4c4544-0042-3510-8052-b4c04f4a4e31\" INFO=\"4c4c454400423510 4c4c4544004235108052b4c04f4a4e31 "
+      "id4c4c4544004235108052b4c04f4a4e31\"\n"
+      "ROOT 5000 String \"4C4C4544004235108052B4C04F4A4E31\" description=\"System "
+      "UUID\"";
+  std::string digits = valueIn(sample, "UNITID");
+  digits.erase(std::remove(digits.begin(), digits.end(), '-'), digits.end());
+  EXPECT_EQ(valueIn(sample, "INFO"), "4c4c454400423510 " + digits + " id" + digits);
+  EXPECT_EQ(lower(valueIn(sample, "5000")), digits);
+}
+
+TEST(KyAnonymize, whatStandsWithoutSeparatorsInATextIsReplacedThoughItIsNotKnown)
+{
+  EXPECT_TRUE(hasForm(valueIn("ROOT INFO=\"disk 4c4c4544004235108052b4c04f4a4e31\"", "INFO"),
+                      "disk [0-9a-f]{12}4[0-9a-f]{3}[89ab][0-9a-f]{15}"));
+  EXPECT_TRUE(hasForm(valueIn("ROOT INFO=\"port 001B213C4D5E\"", "INFO"), "port [0-9A-F][26AE][0-9A-F]{10}"));
+}
+
+TEST(KyAnonymize, numbersThatAreNoIdentifiersStay)
+{
+  for (const char* const text : {"0x001b213c4d5e",
+                                 "8086:1521 rev 03",
+                                 "0000:02:00.1",
+                                 "2400000000 Hz",
+                                 "md5 4c4c4544004235108052b4c04f4a4e31",
+                                 "5.10.0-28-amd64 (1a2b3c4)",
+                                 "commit 1438b2f0a1b2",
+                                 "ucode 0x2006e05",
+                                 "123456789012",
+                                 "deadbeefcafe",
+                                 "0:1:2:3:4:5",
+                                 "PCI 10de:1eb8",
+                                 "AA:BB",
+                                 "12:34:56",
+                                 "serial ttyS0 115200",
+                                 "Serial: 8250/16550 driver",
+                                 "serial: 115200",
+                                 "serial: enabled",
+                                 "asset handling: 2",
+                                 "hostname of the rack",
+                                 "sn=",
+                                 "uuid:",
+                                 "no hostname"})
+    EXPECT_EQ(valueIn(std::string("ROOT INFO=\"") + text + "\"", "INFO"), text);
+  EXPECT_EQ(valueIn("ROOT VERSION=\"1438b2f0a1b2\"", "VERSION"), "1438b2f0a1b2");
+  EXPECT_EQ(valueIn("ROOT 5000 String \"4c4c4544004235108052b4c04f4a4e31\" description=\"Checksum\"", "5000"),
+            "4c4c4544004235108052b4c04f4a4e31");
+}
+
+// ---- Words behind labels ----
+
+TEST(KyAnonymize, wordsBehindLabelsAreReplacedThereAndWhereverTheyStandAsWords)
+{
+  const std::string serial = valueIn("ROOT SERIAL_NUMBER=\"AB12345\"", "SERIAL_NUMBER");
+  for (const char* const label :
+       {"SERIAL: ", "S/N ", "S/N: ", "Serial Number=", "serial no. ", "Serial#", "SN ",
+        "UUID: ", "Asset Tag: ", "asset-tag=", "ProductSerial: ", "serial_number = \\\"", "Asset No.: "})
+  {
+    const std::string sample =
+        std::string("ROOT INFO=\"PSU (") + label + "AB12345), 48 V\"; BOARD NAME=\"ab12345 xab12345\"";
+    std::string shown = label;
+    shown.erase(std::remove(shown.begin(), shown.end(), '\\'), shown.end());
+    EXPECT_EQ(valueIn(sample, "INFO"), "PSU (" + shown + serial + "), 48 V");
+    EXPECT_EQ(valueIn(sample, "BOARD/NAME"), serial + " xab12345") << label;
+  }
+}
+
+TEST(KyAnonymize, hostsBehindLabelsGetThePseudonymsOfHosts)
+{
+  const std::string host = valueIn("ROOT SYSTEMNAME=\"rack.maker.example\"", "SYSTEMNAME");
+  const std::string sample = "ROOT INFO=\"hostname: rack.maker.example\" NAME=\"RACK racks\"";
+  EXPECT_EQ(valueIn(sample, "INFO"), "hostname: " + host);
+  EXPECT_EQ(valueIn(sample, "NAME"), host.substr(0, host.find('.')) + " racks");
+  EXPECT_EQ(valueIn("ROOT INFO=\"Host Name=10.2.3.4\"", "INFO"),
+            "Host Name=" + valueIn("ROOT IPADDRESS=\"10.2.3.4\"", "IPADDRESS"));
+}
+
+TEST(KyAnonymize, shortWordsBehindLabelsAreReplacedThereAlone)
+{
+  EXPECT_EQ(valueIn("ROOT INFO=\"S/N: 17, 17 slots\"", "INFO"),
+            "S/N: " + valueIn("ROOT SERIAL_NUMBER=\"17\"", "SERIAL_NUMBER") + ", 17 slots");
+}
+
+TEST(KyAnonymize, emptyFieldsBehindLabelsStay)
+{
+  for (const char* const text :
+       {"Serial Number: Asset Tag: none", "Serial Number: Manufacturer: x", "Asset Tag: Not Specified",
+        "Serial Number: N/A", "S/N:\\nName", "Serial Number: 00000000", "hostname: localhost"})
+  {
+    std::string shown = text;
+    if (shown.find("\\n") != std::string::npos) shown.replace(shown.find("\\n"), 2, "\n");
+    EXPECT_EQ(valueIn(std::string("ROOT INFO=\"") + text + "\"", "INFO"), shown);
+  }
+}
+
+TEST(KyAnonymize, descriptionsAndUnitsTellLabelledWordsToo)
+{
+  const std::string serial = valueIn("ROOT SERIAL_NUMBER=\"AB12345\"", "SERIAL_NUMBER");
+  const std::string sample =
+      "ROOT INFO=\"AB12345 CD6789\"; BOARD description=\"board, S/N AB12345\"\n"
+      "ROOT/CPU SIZE Int32 5 unit=\"kB\" description=\"size, sn: CD6789\"";
+  EXPECT_EQ(valueIn(sample, "INFO"), serial + " " + valueIn("ROOT SERIAL_NUMBER=\"CD6789\"", "SERIAL_NUMBER"));
+}
+
+// ---- Forms, continued ----
 
 TEST(KyAnonymize, ipAddressesComeFromRangesThatNobodyRoutes)
 {

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "KyLabels.h"
+
 using namespace KyNInventoryKit;
 
 namespace
@@ -45,6 +49,54 @@ TEST(KyIdentifiers, takesNoPciAddressTimeOrHalfMacAddressForOne)
     EXPECT_EQ(identifiersOf(text), "") << text;
 }
 
+TEST(KyIdentifiers, findsExtendedMacAddresses)
+{
+  EXPECT_EQ(identifiersOf("00:1b:21:ff:fe:3c:4d:5e"), "mac=00:1b:21:ff:fe:3c:4d:5e");
+  EXPECT_EQ(identifiersOf("021b.21ff.fe3c.4d5e"), "mac=021b.21ff.fe3c.4d5e");
+  EXPECT_EQ(identifiersOf("021b21fffe3c4d5e"), "mac=021b21fffe3c4d5e");
+  EXPECT_EQ(identifiersOf("mac:0:1b:21:3c:4d:5e"), "mac=0:1b:21:3c:4d:5e");
+  EXPECT_EQ(identifiersOf("021b21ffff3c4d5e"), "");
+}
+
+TEST(KyIdentifiers, extendedMacAddressesHoldMacAddresses)
+{
+  const std::string mac("\x00\x1B\x21\x3C\x4D\x5E", 6);
+  EXPECT_EQ(extendedMac(mac), "\x02\x1B\x21\xFF\xFE\x3C\x4D\x5E");
+  EXPECT_EQ(macOfExtended(extendedMac(mac)), mac);
+  EXPECT_TRUE(isExtendedMac(extendedMac(mac)));
+  EXPECT_FALSE(isExtendedMac(mac));
+}
+
+TEST(KyIdentifiers, findsMacAddressesWithoutLeadingZeros)
+{
+  EXPECT_EQ(identifiersOf("at 0:1b:21:3c:4d:5e on en0"), "mac=0:1b:21:3c:4d:5e");
+  EXPECT_EQ(identifiersOf("a:b:c:d:e:f"), "mac=a:b:c:d:e:f");
+  for (const char* text :
+       {"0:1:2:3:4:5", "00:1b:21:3c:4d:5", "0:1b:21:3c:4d", "0:1b:21:3c:4d:5e:6", "0:1b:21:3c:4d:5ef"})
+    EXPECT_EQ(identifiersOf(text), "") << text;
+}
+
+TEST(KyIdentifiers, findsWordsOfDigitsWithoutSeparators)
+{
+  EXPECT_EQ(identifiersOf("(001b213c4d5e)"), "mac=001b213c4d5e");
+  EXPECT_EQ(identifiersOf("enx001b213c4d5e: wlx001B213C4D5F"), "mac=001b213c4d5e mac=001B213C4D5F");
+  EXPECT_EQ(identifiersOf("4c4c4544004235108052B4C04F4A4E31."), "uuid=4c4c4544004235108052B4C04F4A4E31");
+  for (const char* text :
+       {"123456789012", "abcdefabcdef", "0x001b213c4d5e", "001b213c4d5e7", "x001b213c4d5e", "001b213c4d5g",
+        "benx001b213c4d5e", "4c4c4544004235108052b4c04f4a4e31a", "4c4c4544004235108052b4c04f4a4e3"})
+    EXPECT_EQ(identifiersOf(text), "") << text;
+}
+
+TEST(KyIdentifiers, takesNoChecksumOrVersionForDigitsOfAnAddress)
+{
+  for (const char* text :
+       {"md5: 4c4c4544004235108052b4c04f4a4e31", "MD5SUM=4c4c4544004235108052b4c04f4a4e31", "crc 001b213c4d5e",
+        "commit 001b213c4d5e", "git: 001b213c4d5e", "version \"001b213c4d5e\"", "FW 001b213c4d5e"})
+    EXPECT_EQ(identifiersOf(text), "") << text;
+  EXPECT_EQ(identifiersOf("001b213c4d5e", true), "");
+  EXPECT_EQ(identifiersOf("legit 001b213c4d5e"), "mac=001b213c4d5e");
+}
+
 TEST(KyIdentifiers, findsIPv4AddressesButNotInVersionsAndLongerNumbers)
 {
   EXPECT_EQ(identifiersOf("10.2.3.4"), "ipv4=10.2.3.4");
@@ -79,5 +131,27 @@ TEST(KyIdentifiers, knowsWhatNamesNoMachine)
   EXPECT_EQ(
       identifiersOf("255.255.255.0 127.0.0.1 0.0.0.0 ::1 00:00:00:00:00:00 ff:ff:ff:ff:ff:ff"),
       "-ipv4=255.255.255.0 -ipv4=127.0.0.1 -ipv4=0.0.0.0 -ipv6=::1 -mac=00:00:00:00:00:00 -mac=ff:ff:ff:ff:ff:ff");
+  EXPECT_EQ(identifiersOf("::ffff:127.0.0.1"), "-ipv6=::ffff:127.0.0.1");
   EXPECT_EQ(identifiersOf("00000000-0000-0000-0000-000000000000"), "-uuid=00000000-0000-0000-0000-000000000000");
+}
+
+TEST(KyIdentifiers, wordsBehindLabelsDoNotOverlapAndLieInTheText)
+{
+  std::mt19937 random(4711);
+  constexpr const char* s_parts[] = {
+      "sn", "S/N",  "serial", "number",           "no",   ".",        ":",  "=",  " ", "_", "#",   "(", ")",
+      "\"", "AB12", "7",      "0:1b:21:3c:4d:5e", "uuid", "hostname", "\n", "\t", "-", "/", "\xFF"};
+  for (int n = 0; n < 20000; ++n)
+  {
+    std::string text;
+    for (auto parts = random() % 12; parts > 0; --parts)
+      text += s_parts[random() % std::size(s_parts)];
+    identifiersOf(text);
+    std::size_t end = 0;
+    for (const LabelledWord& word : labelledWords(text))
+    {
+      ASSERT_TRUE(word.begin >= end && word.length > 0 && word.begin + word.length <= text.size()) << text;
+      end = word.begin + word.length;
+    }
+  }
 }
