@@ -27,9 +27,6 @@ bool isJsonLine(const std::string& text);
 // Lines are indented no deeper, so that a text stays in proportion to the tree.
 constexpr unsigned int s_deepestIndent = 64;
 
-std::string base64Of(const std::string& bytes);
-bool readBase64(const std::string& text, std::string& bytes);    // with its padding, without white space
-
 // Line and column (in bytes) of an offset; both count from 1.
 struct TextPlace
 {

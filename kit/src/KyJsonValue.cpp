@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "KyBase64.h"
 #include "composite/KyCParam.h"
 #include "inventorykit/KyValueText.h"
 
@@ -11,62 +12,7 @@ namespace KyNInventoryKit
 {
 namespace
 {
-const char s_digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
 unsigned int byteAt(std::string_view text, std::size_t n) { return static_cast<unsigned char>(text[n]); }
-
-// ---- Base64 ----
-
-std::string toBase64(std::string_view bytes)
-{
-  std::string text;
-  text.reserve((bytes.size() + 2) / 3 * 4);
-  for (std::size_t n = 0; n < bytes.size(); n += 3)
-  {
-    const std::size_t left = bytes.size() - n;
-    const unsigned int group =
-        byteAt(bytes, n) << 16 | (left > 1 ? byteAt(bytes, n + 1) << 8 : 0u) | (left > 2 ? byteAt(bytes, n + 2) : 0u);
-    text += s_digits[group >> 18];
-    text += s_digits[group >> 12 & 63u];
-    text += left > 1 ? s_digits[group >> 6 & 63u] : '=';
-    text += left > 2 ? s_digits[group & 63u] : '=';
-  }
-  return text;
-}
-
-// 0 .. 63; 64 for a character that is no digit.
-unsigned int digitOf(char c)
-{
-  if (c >= 'A' && c <= 'Z') return static_cast<unsigned int>(c - 'A');
-  if (c >= 'a' && c <= 'z') return static_cast<unsigned int>(c - 'a') + 26;
-  if (c >= '0' && c <= '9') return static_cast<unsigned int>(c - '0') + 52;
-  return c == '+' ? 62 : c == '/' ? 63 : 64;
-}
-
-// Strict: whole groups of four, "=" at the end alone, no bits set that stand for nothing.
-bool fromBase64(std::string_view text, std::string& bytes)
-{
-  bytes.clear();
-  if (text.size() % 4 != 0) return false;
-  bytes.reserve(text.size() / 4 * 3);
-  for (std::size_t n = 0; n < text.size(); n += 4)
-  {
-    std::size_t count = 4;
-    if (n + 4 == text.size() && text[n + 3] == '=') count = text[n + 2] == '=' ? 2 : 3;
-    std::uint32_t group = 0;
-    for (std::size_t m = 0; m < 4; ++m)
-    {
-      const unsigned int digit = m < count ? digitOf(text[n + m]) : 0;
-      if (digit == 64) return false;
-      group = group << 6 | digit;
-    }
-    if ((count == 2 && (group & 0xFFFFu) != 0) || (count == 3 && (group & 0xFFu) != 0)) return false;
-    bytes += static_cast<char>(group >> 16);
-    if (count > 2) bytes += static_cast<char>(group >> 8 & 0xFFu);
-    if (count > 3) bytes += static_cast<char>(group & 0xFFu);
-  }
-  return true;
-}
 
 // ---- Kinds of types ----
 
@@ -125,7 +71,7 @@ bool isPlainUtf8(std::string_view text) { return text.find('\0') == std::string_
 Json jsonOfText(std::string_view text)
 {
   if (isPlainUtf8(text)) return std::string(text);
-  return Json::object({{"bytes", toBase64(text)}});
+  return Json::object({{"bytes", base64Of(text)}});
 }
 
 bool textOfJson(const Json& json, std::string& text)
@@ -137,7 +83,39 @@ bool textOfJson(const Json& json, std::string& text)
   }
   if (!json.is_object() || json.size() != 1) return false;
   const auto bytes = json.find("bytes");
-  return bytes != json.end() && bytes->is_string() && fromBase64(bytes->get_ref<const std::string&>(), text);
+  return bytes != json.end() && bytes->is_string() && readBase64(bytes->get_ref<const std::string&>(), text);
+}
+
+std::string jsonText(std::string_view text)
+{
+  std::string json = "\"";
+  for (std::size_t n = 0; n < text.size();)
+  {
+    const std::size_t length = utf8Length(text, n);
+    if (length == 0) return "{\"bytes\": \"" + base64Of(text) + "\"}";
+    const bool isBeyondAscii = length == 2 && byteAt(text, n) == 0xC2 && byteAt(text, n + 1) < 0xA0;
+    const unsigned int character = byteAt(text, isBeyondAscii ? n + 1 : n);
+    if (isBeyondAscii || character < 0x20 || character == 0x7F)
+    {
+      char escaped[8];
+      std::snprintf(escaped, sizeof(escaped), "\\u%04x", character);
+      json += character == '\n' ? "\\n" : character == '\t' ? "\\t" : escaped;
+    }
+    else
+    {
+      if (character == '"' || character == '\\') json += '\\';
+      json += text.substr(n, length);
+    }
+    n += length;
+  }
+  return json + "\"";
+}
+
+std::string jsonValueText(const KyCInventoryParameter& parameter)
+{
+  if (*parameter.getTypeAsCString() == '\0') return "null";
+  const std::string text = valueText(parameter);
+  return isSmallInteger(parameter.getType()) ? text : jsonText(text);
 }
 
 std::string typeText(const KyCInventoryParameter& parameter)

@@ -2,6 +2,7 @@
 // name, line feeds as they are), and beyond them what the dump leaves out.
 #include <algorithm>
 
+#include "KyBase64.h"
 #include "KyFormatParts.h"
 #include "KyJsonValue.h"
 #include "inventorykit/KyValueText.h"

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "KyBase64.h"
 #include "KyFormatMessages.h"
 #include "KyFormatParts.h"
 #ifdef KY_HAVE_PUGIXML

@@ -161,3 +161,26 @@ TEST(KyValueText, aTextWithZeroBytesIsSetWholeAndTheRestOfTheParameterStays)
   EXPECT_EQ(parameter.getRelevance(), 7u);
   EXPECT_EQ(sample.parameter("NAME"), &parameter);
 }
+
+TEST(KyValueText, textsAsJsonAreEscapedStringsAndElseBytes)
+{
+  EXPECT_EQ(jsonText(""), "\"\"");
+  EXPECT_EQ(jsonText("a\"\\\n\t\x1B\x7F\xC3\xA9\xE2\x82\xAC"), "\"a\\\"\\\\\\n\\t\\u001b\\u007f\xC3\xA9\xE2\x82\xAC\"");
+  EXPECT_EQ(jsonText(std::string("a\0b", 3)), "\"a\\u0000b\"");
+  EXPECT_EQ(jsonText("\xC2\x85\xC2\x9F\xC2\xA0"), "\"\\u0085\\u009f\xC2\xA0\"");
+  EXPECT_EQ(jsonText("ab\xFF"), "{\"bytes\": \"YWL/\"}");
+  EXPECT_EQ(jsonText("\xC3"), "{\"bytes\": \"ww==\"}");
+}
+
+TEST(KyValueText, valuesAsJsonAreNumbersWhereEveryReaderKeepsThem)
+{
+  const auto json = [](const std::string& value)
+  { return jsonValueText(*KySampleTree("ROOT SIZE " + value).parameter("SIZE")); };
+  EXPECT_EQ(json("Int8 -5"), "-5");
+  EXPECT_EQ(json("UInt32 4294967295"), "4294967295");
+  EXPECT_EQ(json("Long64 5"), "\"5\"");
+  EXPECT_EQ(json("ULong64 18446744073709551615"), "\"18446744073709551615\"");
+  EXPECT_EQ(json("Float32 0.1"), "\"0.1\"");
+  EXPECT_EQ(json("Version 1.2.3.4"), "\"1.2.3.4\"");
+  EXPECT_EQ(json("String \"x\""), "\"x\"");
+}

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "errorhandling/KyCErrorListPool.h"
 #include "inventory/KyCInventoryItem.h"
@@ -26,6 +27,14 @@ KY_INVENTORYKIT_API std::string typeNames();
 
 // The value as text; empty for a parameter whose type is none of the twelve.
 KY_INVENTORYKIT_API std::string valueText(const KyCInventoryParameter& parameter);
+
+// A text as a piece of JSON: a string, with control characters escaped, also those beyond ASCII. Bytes that are no UTF-8
+// give an object {"bytes": "..."} with the text in base64, so that nothing is lost.
+KY_INVENTORYKIT_API std::string jsonText(std::string_view text);
+
+// The value as a piece of JSON: integers of up to 32 bits are numbers, everything else is a string, since many readers
+// round longer numbers; null for a parameter whose type is none of the twelve.
+KY_INVENTORYKIT_API std::string jsonValueText(const KyCInventoryParameter& parameter);
 
 // Sets the value that the text names, by the parameter's own type.
 //
