@@ -446,14 +446,6 @@ void takeReports(Findings& findings, const KyCErrorListPool& pool)
   }
 }
 
-TreePointer extract(KyCErrorListPool& pool, const std::string& bytes)
-{
-  KyCInventoryItem* root = nullptr;
-  KyCInventoryData::extractInventoryTreeFromMem(pool, reinterpret_cast<const unsigned char*>(bytes.data()),
-                                                static_cast<unsigned int>(bytes.size()), root);
-  return TreePointer(root);
-}
-
 // True when nothing keeps the tree from being read.
 bool checkSection(Findings& findings, const std::string& bytes, const std::string& name, const KySectionLayout& layout)
 {
@@ -481,7 +473,7 @@ void check(Findings& findings, const std::string& bytes, const std::string& name
   const KySectionLayout layout = kyLayoutOf(bytes);
   const bool isReadable = checkSection(findings, bytes, name, layout);
   KyCErrorListPool pool;
-  const TreePointer tree = extract(pool, bytes);
+  const TreePointer tree = readTreeFromBytes(pool, bytes, name);
   if (tree && isReadable) checkSharedData(findings, bytes, layout, *tree);
   if (!tree && isReadable)
     findings.add(Severity::ERROR, KY_CHECK_MSG_READERS_DISAGREE, layout.dataBegin, "", "%s",

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -59,13 +60,29 @@ void flushFolderOf(const std::string& path)
   ::close(file);
 }
 
+// A name of this beginning in the same folder, however long the target's own is.
+std::string patternBeside(const std::string& path)
+{
+  constexpr std::size_t s_longest = NAME_MAX - 7;
+  const std::size_t name = path.rfind('/') + 1;    // 0 when there is no folder
+  std::string pattern = path;
+  if (path.size() - name > s_longest)
+  {
+    std::size_t end = name + s_longest;
+    while (end > name && (static_cast<unsigned char>(path[end]) & 0xC0) == 0x80)
+      --end;    // not inside of a character
+    pattern.resize(end);
+  }
+  return pattern + ".XXXXXX";
+}
+
 // The new file beside the old one; it is gone again at the end unless it has taken the old one's place.
 class TemporaryFile
 {
 public:
   TemporaryFile(KyCErrorListPool& pool, const std::string& target) : m_pool(pool), m_target(target)
   {
-    const std::string pattern = target + ".XXXXXX";
+    const std::string pattern = patternBeside(target);
     m_path.assign(pattern.begin(), pattern.end());
     m_path.push_back('\0');
     m_file = ::mkostemp(m_path.data(), O_CLOEXEC);
@@ -93,7 +110,7 @@ public:
                       std::strerror(errno));
       return false;
     }
-    return setMode(old.st_mode & 07777);
+    return takeExtendedAttributes() && setMode(old.st_mode & 07777);
   }
   bool setMode(mode_t mode) { return ::fchmod(m_file, mode) == 0 || cannotWrite(m_pool, m_target, errno); }
 
@@ -115,6 +132,31 @@ public:
   }
 
 private:
+  // What a file system refuses is left out, but not who else may read the file.
+  bool takeExtendedAttributes()
+  {
+    const ssize_t size = ::listxattr(m_target.c_str(), nullptr, 0);
+    if (size <= 0) return true;
+    std::vector<char> names(static_cast<std::size_t>(size));
+    const ssize_t length = ::listxattr(m_target.c_str(), names.data(), names.size());
+    for (ssize_t at = 0; at < length; at += static_cast<ssize_t>(std::strlen(&names[static_cast<std::size_t>(at)])) + 1)
+    {
+      const char* const name = &names[static_cast<std::size_t>(at)];
+      const bool isAccessList = std::strncmp(name, "system.posix_acl_", 17) == 0;
+      if (!takeExtendedAttribute(name) && isAccessList) return cannotWrite(m_pool, m_target, errno);
+    }
+    return true;
+  }
+
+  bool takeExtendedAttribute(const char* name)
+  {
+    const ssize_t size = ::getxattr(m_target.c_str(), name, nullptr, 0);
+    if (size < 0) return false;
+    std::vector<char> value(static_cast<std::size_t>(size));
+    const ssize_t length = ::getxattr(m_target.c_str(), name, value.data(), value.size());
+    return length >= 0 && ::fsetxattr(m_file, name, value.data(), static_cast<std::size_t>(length), 0) == 0;
+  }
+
   KyCErrorListPool& m_pool;
   const std::string& m_target;
   std::vector<char> m_path;
@@ -148,6 +190,11 @@ bool replaceFile(KyCErrorListPool& pool, const std::string& givenPath, const std
     return false;
   }
   if (exists && S_ISDIR(existing.st_mode)) return cannotWrite(pool, path, EISDIR);
+  if (exists && !S_ISREG(existing.st_mode) && !S_ISCHR(existing.st_mode) && !S_ISFIFO(existing.st_mode))
+  {
+    pool.setError(KY_KIT_MSG_NO_ORDINARY_FILE, __LINE__, s_function, "%s", path.c_str());
+    return false;
+  }
   if (exists && !S_ISREG(existing.st_mode)) return writeThrough(pool, path, bytes);
 
   TemporaryFile file(pool, path);

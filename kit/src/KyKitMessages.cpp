@@ -16,6 +16,7 @@ const char* const s_messages[] = {
     "%1 exists already.",
     "Nothing is written: the tree would not read back equal at %1.",
     "Out of memory.",
+    "Cannot replace %1: it is no ordinary file.",
 
     // Addresses and values
     "%1 is not an inventory ID.%2",
@@ -26,7 +27,7 @@ const char* const s_messages[] = {
 };
 
 // The first message of each group, and the end.
-constexpr unsigned int s_groups[] = {0, 9, 14};
+constexpr unsigned int s_groups[] = {0, 10, 15};
 
 const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_groups[0]) - 1, 0x01500000};
 

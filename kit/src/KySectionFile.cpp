@@ -105,12 +105,74 @@ SectionPlace placeAtStart(const std::string& bytes, const unsigned char* data, u
   return place;
 }
 
+void extract(KyCErrorListPool& pool, const std::string& bytes, KyCInventoryItem*& root)
+{
+  KyCInventoryData::extractInventoryTreeFromMem(pool, dataOf(bytes), static_cast<unsigned int>(bytes.size()), root);
+}
+
+bool hasEmptySectionAtEnd(const std::string& bytes)
+{
+  KyCErrorListPool ignored;
+  unsigned int size = 0;
+  return KyCInventoryData::seekInventoryDataTrailerInMem(ignored, dataOf(bytes),
+                                                         static_cast<unsigned int>(bytes.size()), size) != nullptr &&
+         size == 0;
+}
+
+// Of a file, the section at the start is read then; of a memory block, none is. Here both are the same: what was read from a
+// file and what came through a pipe is one tree.
+void extractBehindEmptySection(KyCErrorListPool& pool, const std::string& bytes, KyCInventoryItem*& root)
+{
+  unsigned int size = 0;
+  const unsigned char* const data = KyCInventoryData::seekInventoryDataHeaderInMem(
+      pool, dataOf(bytes), static_cast<unsigned int>(bytes.size()), size);
+  if (data == nullptr || size == 0) return;
+  // A zero behind it is the end of no trailer.
+  extract(pool, bytes.substr(0, static_cast<std::size_t>(data - dataOf(bytes)) + size) + '\0', root);
+}
+
 TreePointer treeOrNoSection(KyCErrorListPool& pool, unsigned int errorCount, KyCInventoryItem* root,
                             const std::string& name)
 {
   if (root == nullptr && pool.getErrorCount() == errorCount)
     pool.setError(KY_KIT_MSG_NO_SECTION, __LINE__, "readTree", "%s", name.c_str());
   return TreePointer(root);
+}
+// What makes a report keeps the tree from being read, even where the other end has a whole section.
+bool locate(KyCErrorListPool& pool, const std::string& bytes, SectionPlace& place, unsigned int& dataSize)
+{
+  if (isTooLarge(pool, bytes, "input")) return false;
+  const unsigned int errorCount = pool.getErrorCount();
+  const unsigned int size = static_cast<unsigned int>(bytes.size());
+  const unsigned char* const atEnd =
+      KyCInventoryData::seekInventoryDataTrailerInMem(pool, dataOf(bytes), size, dataSize);
+  const unsigned char* atStart = nullptr;
+  if (dataSize == 0 && pool.getErrorCount() == errorCount)
+    atStart = KyCInventoryData::seekInventoryDataHeaderInMem(pool, dataOf(bytes), size, dataSize);
+  if (pool.getErrorCount() != errorCount || (atEnd == nullptr && atStart == nullptr)) return false;
+  const bool isAtStart = atStart != nullptr && (atEnd == nullptr || dataSize != 0);
+  place = isAtStart ? placeAtStart(bytes, atStart, dataSize) : placeAtEnd(bytes, atEnd);
+  return true;
+}
+
+// Reading a pipe takes away what is in it, and what is written there is another thing.
+bool isOrdinaryOrMissing(KyCErrorListPool& pool, const std::string& path)
+{
+  struct stat file = {};
+  if (path == "-" || ::stat(path.c_str(), &file) != 0 || S_ISREG(file.st_mode) || S_ISDIR(file.st_mode)) return true;
+  pool.setError(KY_KIT_MSG_NO_ORDINARY_FILE, __LINE__, "replaceTree", "%s", path.c_str());
+  return false;
+}
+
+// Whether the section reads as a tree: what cannot be read must not be written over. An empty one holds nothing to lose.
+bool mayReplace(KyCErrorListPool& pool, const std::string& bytes, const std::string& path, SectionPlace& place)
+{
+  const unsigned int errorCount = pool.getErrorCount();
+  unsigned int dataSize = 0;
+  if (locate(pool, bytes, place, dataSize)) return dataSize == 0 || readTreeFromBytes(pool, bytes, path) != nullptr;
+  if (pool.getErrorCount() == errorCount)
+    pool.setError(KY_KIT_MSG_NO_SECTION, __LINE__, "replaceTree", "%s", path.c_str());
+  return false;
 }
 }    // namespace
 
@@ -144,19 +206,8 @@ bool writeBytes(KyCErrorListPool& pool, const std::string& path, const std::stri
 
 bool findSection(KyCErrorListPool& pool, const std::string& bytes, SectionPlace& place)
 {
-  if (isTooLarge(pool, bytes, "input")) return false;
-  const unsigned int size = static_cast<unsigned int>(bytes.size());
   unsigned int dataSize = 0;
-  const unsigned char* data = KyCInventoryData::seekInventoryDataTrailerInMem(pool, dataOf(bytes), size, dataSize);
-  if (data != nullptr)
-  {
-    place = placeAtEnd(bytes, data);
-    return true;
-  }
-  data = KyCInventoryData::seekInventoryDataHeaderInMem(pool, dataOf(bytes), size, dataSize);
-  if (data == nullptr) return false;
-  place = placeAtStart(bytes, data, dataSize);
-  return true;
+  return locate(pool, bytes, place, dataSize);
 }
 
 TreePointer readTreeFromBytes(KyCErrorListPool& pool, const std::string& bytes, const std::string& name)
@@ -164,7 +215,10 @@ TreePointer readTreeFromBytes(KyCErrorListPool& pool, const std::string& bytes, 
   if (isTooLarge(pool, bytes, name)) return nullptr;
   const unsigned int errorCount = pool.getErrorCount();
   KyCInventoryItem* root = nullptr;
-  KyCInventoryData::extractInventoryTreeFromMem(pool, dataOf(bytes), static_cast<unsigned int>(bytes.size()), root);
+  if (!hasEmptySectionAtEnd(bytes))
+    extract(pool, bytes, root);
+  else
+    extractBehindEmptySection(pool, bytes, root);
   return treeOrNoSection(pool, errorCount, root, name);
 }
 
@@ -207,17 +261,11 @@ bool writeTree(KyCErrorListPool& pool, const std::string& path, KyCInventoryItem
 
 bool replaceTree(KyCErrorListPool& pool, const std::string& path, KyCInventoryItem& root)
 {
-  const std::string section = sectionOf(pool, root);
   std::string bytes;
   SectionPlace place;
-  if (section.empty() || !readBytes(pool, path, bytes)) return false;
-  const unsigned int errorCount = pool.getErrorCount();
-  if (!findSection(pool, bytes, place))
-  {
-    if (pool.getErrorCount() == errorCount)
-      pool.setError(KY_KIT_MSG_NO_SECTION, __LINE__, "replaceTree", "%s", path.c_str());
-    return false;
-  }
+  if (!isOrdinaryOrMissing(pool, path)) return false;
+  const std::string section = sectionOf(pool, root);
+  if (section.empty() || !readBytes(pool, path, bytes) || !mayReplace(pool, bytes, path, place)) return false;
   bytes.replace(place.begin, place.end - place.begin, section);
   return writeBytes(pool, path, bytes, Overwrite::YES);
 }

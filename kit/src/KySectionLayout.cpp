@@ -108,7 +108,11 @@ KySectionLayout kyLayoutAtStart(const std::string& bytes)
 KySectionLayout kyLayoutOf(const std::string& bytes)
 {
   const KySectionLayout atEnd = kyLayoutAtEnd(bytes);
-  return atEnd.isThere ? atEnd : kyLayoutAtStart(bytes);
+  const bool isEmpty = atEnd.isReadable && atEnd.dataBegin == atEnd.dataEnd;
+  if (atEnd.isThere && !isEmpty) return atEnd;
+  const KySectionLayout atStart = kyLayoutAtStart(bytes);
+  const bool isNothing = !atStart.isThere || (atStart.isReadable && atStart.dataBegin == atStart.dataEnd);
+  return isEmpty && isNothing ? atEnd : atStart;
 }
 
 bool kyReadSmallFile(KyCErrorListPool& pool, const std::string& path, std::string& bytes)

@@ -43,7 +43,8 @@ KySectionRecord kyHeaderAt(const std::string& bytes, std::uint64_t at);
 KySectionLayout kyLayoutAtEnd(const std::string& bytes);
 KySectionLayout kyLayoutAtStart(const std::string& bytes);
 
-// The one that reading takes, or fails at: at the end, if something says that it is a section, else at the start.
+// The one that reading takes, or fails at: at the end, if something says that it is a section, else at the start. One at the end
+// that is empty counts only when there is none at the start, or another empty one.
 KySectionLayout kyLayoutOf(const std::string& bytes);
 
 // A file that may be too large for memory blocks: 32 bits of size.

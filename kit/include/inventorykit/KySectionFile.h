@@ -8,9 +8,10 @@
 // stay as they are in everything that is done here.
 //
 // Writing never leaves half a file behind: the bytes go to a temporary file beside the target, are flushed to the disk
-// and take the target's place in one step, with its mode and owner. The target is the old or the new file, whole,
-// whatever happens. A link stays a link; the file that it leads to is replaced. Devices and pipes are written to as they
-// are. "-" is standard input or standard output.
+// and take the target's place in one step, with its mode, owner, access list and extended attributes; other names of it (hard
+// links) keep the old content. The target is the old or the new file, whole, whatever happens. A link stays a link; the
+// file that it leads to is replaced. What is no ordinary file is never replaced: bytes that are to be written there go to
+// terminals, pipes and the like as they are, and to disks not at all. "-" is standard input or standard output.
 //
 // Errors of all of these, besides those of KyCInventoryData:
 //             0x1500000  the file cannot be read; 0x1500001 it is a folder; 0x1500002 it holds no section
@@ -18,6 +19,7 @@
 //             0x1500006  it exists already and may not be written over
 //             0x1500007  what was to be written does not read back equal
 //             0x1500008  there is no memory
+//             0x1500009  it is no ordinary file
 // On failure: null or false, with reports in the pool; files are as they were.
 #pragma once
 
@@ -55,12 +57,15 @@ struct SectionPlace
   bool isAtEnd = false;    // found by its trailer; otherwise by its header, at the start of the file
 };
 
-// Finds the section that reading takes: the one at the end, when that gives data, else the one at the start.
+// Finds the section that reading takes: the one at the end, when that gives data, else the one at the start. When both are
+// empty, or one is and there is no other, it is that of the end.
 //
-// Result:     false when there is none; without a report when nothing looks like one.
+// Result:     false when there is none; without a report when nothing looks like one. Also when something at the end says that
+//             it is a section and is damaged: reading gives no tree then, even where there is one at the start.
 KY_INVENTORYKIT_API bool findSection(KyCErrorListPool& pool, const std::string& bytes, SectionPlace& place);
 
-// Reads the tree of the section at the end or the start of a file, or of bytes that came from one.
+// Reads the tree of the section at the end or the start of a file, or of bytes that came from one; see findSection. Both give
+// the same: unlike KyCInventoryData, bytes with an empty section at the end are read from the start, too.
 //
 //   name        what the bytes are called in reports
 KY_INVENTORYKIT_API TreePointer readTree(KyCErrorListPool& pool, const std::string& path);
@@ -76,6 +81,10 @@ KY_INVENTORYKIT_API std::string sectionOf(KyCErrorListPool& pool, KyCInventoryIt
 KY_INVENTORYKIT_API bool writeTree(KyCErrorListPool& pool, const std::string& path, KyCInventoryItem& root,
                                    Overwrite overwrite);
 
-// Stores a tree in place of the section that a file holds. What stands around the section stays.
+// Stores a tree in place of the section that a file holds. What stands around the section stays. A section that cannot be
+// read as a tree stays, too; an empty one is replaced.
+//
+// Errors:     0x1500009  the path leads to a pipe, a device or the like
+//             those of reading it
 KY_INVENTORYKIT_API bool replaceTree(KyCErrorListPool& pool, const std::string& path, KyCInventoryItem& root);
 }    // namespace KyNInventoryKit
