@@ -71,6 +71,21 @@ const std::unordered_map<unsigned int, Meaning>& meaningsOfIDs()
 
 bool contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
+// Not of a "guide".
+bool speaksOfUuid(const std::string& description)
+{
+  const std::size_t at = description.find("uid");
+  if (at == 0 || at == std::string::npos || (description[at - 1] != 'u' && description[at - 1] != 'g')) return false;
+  return at + 3 == description.size() || description[at + 3] < 'a' || description[at + 3] > 'z';
+}
+
+bool isOneWordWithDigit(const KyCInventoryParameter& parameter)
+{
+  if (parameter.getType() != KyCParam::TYPE_STRING) return false;
+  const std::string text = valueText(parameter);
+  return text.find(' ') == std::string::npos && text.find_first_of("0123456789") != std::string::npos;
+}
+
 Meaning meaningOf(const KyCInventoryParameter& parameter)
 {
   const unsigned int id = idOf(parameter);
@@ -78,9 +93,10 @@ Meaning meaningOf(const KyCInventoryParameter& parameter)
   if (known != meaningsOfIDs().end()) return known->second;
   if (defaultDescription(id) == parameter.getDescription()) return Meaning::NONE;
   const std::string description = lowerCase(parameter.getDescription());
-  for (const char* const part : {"serial n", "serialn", "serial_n", "s/n", "asset", "uuid", "guid"})
+  for (const char* const part : {"serial n", "serialn", "serial_n", "s/n", "asset"})
     if (contains(description, part)) return Meaning::SERIAL_NUMBER;
-  return contains(description, "hostname") || contains(description, "host name") ? Meaning::HOST : Meaning::NONE;
+  if (contains(description, "hostname") || contains(description, "host name")) return Meaning::HOST;
+  return speaksOfUuid(description) && isOneWordWithDigit(parameter) ? Meaning::SERIAL_NUMBER : Meaning::NONE;
 }
 
 // Or a checksum: what looks like an address, or like digits of one, is none.
@@ -300,7 +316,7 @@ private:
     if (!isNumber(text) || text.size() <= 5) return;
     std::uint64_t number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number);
-    if (meaning == Meaning::MAC_ADDRESS && number > 0xFFFFFFFF && number < 0xFFFFFFFFFFFF) addMac(bytesOf(number, 6));
+    if (meaning == Meaning::MAC_ADDRESS && number < 0xFFFFFFFFFFFF) addMac(bytesOf(number, 6));
     m_replacements.add(text, m_pseudonyms.ofSerialNumber(text));
   }
 

@@ -15,7 +15,7 @@ enum KyKitMessage : unsigned int
   KY_KIT_MSG_EXISTS = 0x1500006,               // %1 file
   KY_KIT_MSG_NOT_EQUAL = 0x1500007,            // %1 address and what differs there
   KY_KIT_MSG_OUT_OF_MEMORY = 0x1500008,
-  KY_KIT_MSG_NO_ORDINARY_FILE = 0x1500009,     // %1 file
+  KY_KIT_MSG_NO_ORDINARY_FILE = 0x1500009,    // %1 file
 
   // Addresses and values
   KY_KIT_MSG_NO_SUCH_ID = 0x1500800,           // %1 name, %2 " Did you mean ...?" or nothing

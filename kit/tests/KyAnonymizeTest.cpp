@@ -373,6 +373,10 @@ TEST(KyAnonymize, descriptionsOfIdsWithoutNamesCount)
   EXPECT_TRUE(hasForm(valueIn("ROOT 5000 String \"abc\" description=\"Serial No.\"", "5000"), "[A-Z][A-Z0-9]{9}"));
   EXPECT_TRUE(hasForm(valueIn("ROOT 5000 String \"abc\" description=\"Hostname\"", "5000"), "host-[0-9a-f]{8}"));
   EXPECT_EQ(valueIn("ROOT 5000 String \"abc\" description=\"serial port\"", "5000"), "abc");
+  EXPECT_TRUE(hasForm(valueIn("ROOT 5000 String \"1A2B-3C4D\" description=\"Disk UUID\"", "5000"), "[A-Z][A-Z0-9]{9}"));
+  EXPECT_EQ(valueIn("ROOT 5000 String \"RFC 4122\" description=\"UUID format\"", "5000"), "RFC 4122");
+  EXPECT_EQ(valueIn("ROOT 5000 String \"page-12\" description=\"user guide\"", "5000"), "page-12");
+  EXPECT_EQ(valueIn("ROOT 5000 UInt32 12 description=\"UUID count\"", "5000"), "12");
 }
 
 TEST(KyAnonymize, whatNamesNoMachineStays)
