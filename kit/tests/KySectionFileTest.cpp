@@ -6,6 +6,7 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -21,6 +22,21 @@
 #include "support/KyTestPool.h"
 
 using namespace KyNInventoryKit;
+
+namespace
+{
+std::string s_watchedFile;
+std::string s_flushes;    // "f" or "d" for a file or a folder, and what the watched file held by then
+}    // namespace
+
+// Stands in front of the system's.
+extern "C" __attribute__((visibility("default"))) int fsync(int file)
+{
+  struct stat status = {};
+  if (!s_watchedFile.empty() && ::fstat(file, &status) == 0)
+    s_flushes += (S_ISDIR(status.st_mode) ? "d:" : "f:") + contentOf(s_watchedFile) + " ";
+  return static_cast<int>(::syscall(SYS_fsync, file));
+}
 
 namespace
 {
@@ -327,6 +343,15 @@ TEST_F(KySectionFile, bytesGoToPipesAndTerminalsAsTheyAre)
   EXPECT_TRUE(writeBytes(m_pool, "/dev/null", "bytes", Overwrite::NO));
   struct stat status = {};
   EXPECT_TRUE(::lstat(pipe.c_str(), &status) == 0 && S_ISFIFO(status.st_mode));
+}
+
+TEST_F(KySectionFile, theNewFileIsFlushedBeforeItTakesTheNameAndTheFolderBehind)
+{
+  s_watchedFile = m_folder.write("a", "old");
+  s_flushes.clear();
+  EXPECT_TRUE(writeBytes(m_pool, s_watchedFile, "new", Overwrite::YES));
+  s_watchedFile.clear();
+  EXPECT_EQ(s_flushes, "f:old d:new ");
 }
 
 TEST_F(KySectionFile, aFileOfTheLongestNameIsReplaced)
