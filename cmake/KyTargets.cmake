@@ -1,5 +1,8 @@
 # What every target of this project has in common.
 
+include(GNUInstallDirs)
+include(cmake/KyInstall.cmake)
+
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release)
@@ -36,7 +39,7 @@ function(ky_add_shared_library target alias)
   cmake_parse_arguments(arg "" "INCLUDE" "SOURCES;LINK" ${ARGN})
   add_library(${target} SHARED ${arg_SOURCES})
   add_library(Ky::${alias} ALIAS ${target})
-  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${arg_INCLUDE}> $<INSTALL_INTERFACE:include>
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${arg_INCLUDE}>
     PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_compile_features(${target} PUBLIC cxx_std_17)
   ky_make_unloadable(${target})
@@ -48,4 +51,5 @@ function(ky_add_shared_library target alias)
   endif()
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
     CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  ky_install_library(${target} ${alias} "${arg_LINK}" ${arg_INCLUDE})
 endfunction()
