@@ -27,14 +27,15 @@ function(ky_make_unloadable target)
 endfunction()
 
 # ky_bind_inside(<target>): calls of a library's own functions are bound, and may be inlined, when it is built; nobody puts
-# functions of another program in their place. Its data stays replaceable, which programs that are not
-# position-independent need.
+# functions of another program in their place.
 function(ky_bind_inside target)
   target_compile_options(${target} PRIVATE -fno-semantic-interposition)
 endfunction()
 
 # ky_add_shared_library(<target> <alias> SOURCES <file>... [LINK <library>...] [INCLUDE <public folder>])
-# One shared library of the house: versioned, hidden by default, nothing left undefined.
+# One shared library of the house: versioned, hidden by default, nothing left undefined, and soon loaded. What it refers
+# to inside itself is bound when it is built, apart from the objects in replaceable-objects.txt; and code and constants
+# share their pages, which makes two mappings of a file instead of four.
 function(ky_add_shared_library target alias)
   cmake_parse_arguments(arg "" "INCLUDE" "SOURCES;LINK" ${ARGN})
   add_library(${target} SHARED ${arg_SOURCES})
@@ -44,7 +45,8 @@ function(ky_add_shared_library target alias)
   target_compile_features(${target} PUBLIC cxx_std_17)
   ky_make_unloadable(${target})
   ky_bind_inside(${target})
-  target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
+  target_link_options(${target} PRIVATE -Wl,-z,noseparate-code
+    -Wl,--dynamic-list=${PROJECT_SOURCE_DIR}/cmake/replaceable-objects.txt)
   target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:ky_options>)
   if(NOT KY_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)

@@ -39,6 +39,8 @@ public:
   unsigned int getCount() const noexcept { return m_count; }
 
 private:
+  friend struct KyTagMapAccess;    // adds the predefined IDs while the library is loaded
+
   bool grow(KyCErrorListPool& pool, const char* name);
 
   const char** m_names;

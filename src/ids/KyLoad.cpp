@@ -2,35 +2,39 @@
 // unloaded. It stands in one file because the language orders initialisation only inside a file.
 
 #include "base/KyMessageCatalogue.h"
+#include "ids/KyCopiedIDs.h"
+#include "ids/KyPredefinedIDs.h"
 #include "inventory/KyNInventoryIDs.h"
 
-namespace KyNInventoryIDs
-{
-// 1. The empty map and the empty address.
-KyCInventoryTagMap Map;
-const KyCInventoryAddress THIS_NODE;
+// 1. The empty map. The empty address and the predefined IDs are in the library's file, ready to use
+//    (KyPredefinedIDs.cpp).
+KyCInventoryTagMap KyNInventoryIDs::Map;
 
-// 2. The predefined IDs in the order of their numbers, each with the number that its registration gives back. They are
-//    built at run time even though their values are known, because a program that is not position-independent holds
-//    them in its own data: copied there, they would point to elements in the library's.
+// 2. What the loader has copied of them, and the names of the predefined IDs in the order of their numbers.
+struct KyTagMapAccess
+{
+  // As if each were added by itself. As long as there is room, though, nothing can be reported, and nothing has to be
+  // sent after the first.
+  static bool addAll(KyCInventoryTagMap& map, const KyIDNames& names)
+  {
+    for (unsigned int id = 0; id < names.count; ++id)
+    {
+      if (map.m_count == id && id < map.m_capacity)
+        map.m_names[map.m_count++] = names[id];
+      else
+        map.add(id, names[id]);
+    }
+    return true;
+  }
+};
+
 namespace
 {
-// Not inline: 1064 copies of it would take longer to page in than to run.
-__attribute__((noinline)) KyCInventoryAddress registered(unsigned int id, const char* name)
-{
-  return KyCInventoryAddress(Map.add(id, name));
-}
-}    // namespace
-
-#define KY_PREDEFINED_ID(id, name) const KyCInventoryAddress name = registered(id, #name);
-#include "inventory/KyPredefinedIDs.inc"
-#undef KY_PREDEFINED_ID
-}    // namespace KyNInventoryIDs
+[[maybe_unused]] const bool s_idsAreComplete = (kyCompleteCopiedIDs(), true);
+[[maybe_unused]] const bool s_namesAreRegistered = KyTagMapAccess::addAll(KyNInventoryIDs::Map, kyPredefinedIDNames);
 
 // 3. The message catalogue, last on purpose: reports of step 2 are sent before their texts are known. The object
 //    withdraws it.
-namespace
-{
 KyInventoryTree::KyCErrMsgResourceHandler registerCatalogue()
 {
   KyInventoryTree::registerMessages();
