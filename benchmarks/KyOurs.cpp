@@ -159,7 +159,7 @@ public:
         return Measure{[=, &rack] { tree(rack); },
                        [=]
                        {
-                         store(*m_tree);
+                         store(*m_tree, nullptr);
                          return parameters;
                        },
                        {}};
@@ -248,7 +248,7 @@ public:
     m_work = build(rack, rack.channels());
     if (isRead)
     {
-      store(*m_work);
+      store(*m_work, &m_section);
       m_work.reset();
       m_work = extract();
       m_section = std::string();
@@ -277,21 +277,21 @@ private:
   {
     if (m_sectionOf != &rack)
     {
-      store(tree(rack));
+      store(tree(rack), &m_section);
       m_sectionOf = &rack;
     }
     return m_section;
   }
 
-  void store(KyCInventoryItem& root)
+  static void store(KyCInventoryItem& root, std::string* section)
   {
     KyCErrorListPool pool;
     KyCBuffer buffer(pool);
     KyCInventoryData::generateInventorySection(pool, buffer, &root);
     if (pool.getErrorCount() != 0) std::abort();
     keep(buffer.getStorage());
-    if (m_sectionOf == nullptr || m_section.empty())
-      m_section.assign(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition());
+    if (section != nullptr)
+      section->assign(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition());
   }
 
   Tree extract()
