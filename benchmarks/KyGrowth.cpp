@@ -1,7 +1,6 @@
 #include "KyGrowth.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +17,16 @@ using namespace KyNInventoryIDs;
 namespace
 {
 using Tree = std::unique_ptr<KyCInventoryItem>;
-using Build = Tree (*)(unsigned int n);
+
+// A kind of tree that comes in any size.
+struct Shape
+{
+  const char* name;
+  Tree (*build)(unsigned int n);
+  // The n-th parameter of the tree of this size.
+  KyCInventoryAddress (*address)(unsigned int size, unsigned int n);
+  std::vector<unsigned int> sizes;
+};
 
 Tree buildWide(unsigned int n)
 {
@@ -29,6 +37,8 @@ Tree buildWide(unsigned int n)
   if (pool.getErrorCount() != 0) std::abort();
   return root;
 }
+
+KyCInventoryAddress addressInWide(unsigned int, unsigned int n) { return BOARD[n] / SIZE; }
 
 Tree buildDeep(unsigned int n)
 {
@@ -44,6 +54,16 @@ Tree buildDeep(unsigned int n)
   return root;
 }
 
+KyCInventoryAddress addressInDeep(unsigned int size, unsigned int)
+{
+  KyCInventoryAddress address;
+  for (unsigned int level = 1; level < size; ++level)
+    address.append(BOARD);
+  return address / SIZE;
+}
+
+constexpr const char* s_file = "/tmp/ky-bench-growth.kyinv";
+
 std::vector<unsigned char> store(KyCInventoryItem& root)
 {
   KyCErrorListPool pool;
@@ -53,81 +73,154 @@ std::vector<unsigned char> store(KyCInventoryItem& root)
   return std::vector<unsigned char>(buffer.getStorage(), buffer.getStorage() + buffer.getWritePosition());
 }
 
-double seconds(const std::function<void()>& work)
+// Each times the operation on a tree of n items; what it needs before is not in the time.
+double timeBuild(const Shape& shape, unsigned int n)
 {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  Tree tree;
+  return timeOf([&] { tree = shape.build(n); });
+}
+double timeDestroy(const Shape& shape, unsigned int n)
+{
+  Tree tree = shape.build(n);
+  return timeOf([&] { tree.reset(); });
+}
+double timeStore(const Shape& shape, unsigned int n)
+{
+  const Tree tree = shape.build(n);
+  return timeOf([&] { store(*tree); });
+}
+double timeExtractMem(const Shape& shape, unsigned int n)
+{
+  const std::vector<unsigned char> bytes = store(*shape.build(n));
+  KyCErrorListPool pool;
+  KyCInventoryItem* root = nullptr;
+  const auto size = static_cast<unsigned int>(bytes.size());
+  const double time = timeOf([&] { KyCInventoryData::extractInventoryTreeFromMem(pool, bytes.data(), size, root); });
+  if (root == nullptr) std::abort();
+  delete root;
+  return time;
+}
+double timeExtractFile(const Shape& shape, unsigned int n)
+{
+  const std::vector<unsigned char> bytes = store(*shape.build(n));
+  std::FILE* const file = std::fopen(s_file, "wb");
+  if (file == nullptr || std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) std::abort();
+  std::fclose(file);
+  KyCErrorListPool pool;
+  KyCInventoryItem* root = nullptr;
+  const double time = timeOf([&] { KyCInventoryData::extractInventoryTreeFromFile(pool, s_file, root); });
+  std::remove(s_file);
+  if (root == nullptr) std::abort();
+  delete root;
+  return time;
+}
+double timeDump(const Shape& shape, unsigned int n)
+{
+  const Tree tree = shape.build(n);
+  KyCErrorListPool pool;
+  return timeOf([&] { keep(tree->toString(pool, 0, -5000).c_str()); });    // not indented: that grows with the depth
+}
+double timeCopy(const Shape& shape, unsigned int n)
+{
+  const Tree tree = shape.build(n);
+  KyCErrorListPool pool;
+  KyCInventoryItem* copy = nullptr;
+  const double time = timeOf([&] { tree->copyTree(pool, copy); });
+  delete copy;
+  return time;
+}
+double timeMerge(const Shape& shape, unsigned int n)
+{
+  Tree half = shape.build(n / 2);
+  KyCInventoryItem* target = half.get();
+  KyCInventoryItem* source = shape.build(n).release();
+  KyCErrorListPool pool;
+  return timeOf([&] { KyCInventoryItem::mergeTree(pool, target, source, 1); });
+}
+double timeLink(const Shape& shape, unsigned int n)
+{
+  const Tree tree = shape.build(n);
+  KyCErrorListPool pool;
+  return timeOf([&] { tree->linkSharedData(pool, nullptr); });
+}
+
+bool acceptAll(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }
+
+double timeApply(const Shape& shape, unsigned int n)
+{
+  const Tree tree = shape.build(n);
+  KyCErrorListPool pool;
+  for (KyCInventoryItem* item = tree.get(); item != nullptr;
+       item = item->getFirstSubItem() != nullptr ? item->getFirstSubItem() : item->getNext())
+  {
+    KyCInventoryParameter* const parameter = item->getParameterByOrdinalNumber(0);
+    if (parameter == nullptr) continue;
+    parameter->setCheckAndWriteMethod(pool, acceptAll, acceptAll, THIS_NODE, nullptr);
+    parameter->setDesignatedValue<int>(pool, 2);
+  }
+  const double time = timeOf(
+      [&]
+      {
+        tree->check(pool, nullptr);
+        tree->apply(pool, nullptr);
+      });
+  if (pool.getErrorCount() != 0) std::abort();
+  return time;
+}
+
+// The time of one, at random.
+double timeAccess(const Shape& shape, unsigned int n,
+                  const std::function<void(KyCInventoryItem&, const KyCInventoryAddress&)>& access)
+{
+  const Tree tree = shape.build(n);
+  std::mt19937 random(3);
+  std::vector<KyCInventoryAddress> addresses;
+  const unsigned int count = shape.address == addressInDeep ? 20 : 20000;
+  for (unsigned int k = 0; k < count; ++k)
+    addresses.push_back(shape.address(n, 1 + static_cast<unsigned int>(random() % n)));
+  const double time = timeOf(
+      [&]
+      {
+        for (const KyCInventoryAddress& address : addresses)
+          access(*tree, address);
+      });
+  return time / count;
+}
+double timeLookUp(const Shape& shape, unsigned int n)
+{
+  KyCErrorListPool pool;
+  return timeAccess(shape, n,
+                    [&](KyCInventoryItem& root, const KyCInventoryAddress& address)
+                    { keep(root.getValue<int>(pool, address)); });
+}
+double timeSet(const Shape& shape, unsigned int n)
+{
+  KyCErrorListPool pool;
+  return timeAccess(shape, n,
+                    [&](KyCInventoryItem& root, const KyCInventoryAddress& address)
+                    { root.setValue<int>(pool, address, 7); });
 }
 
 struct Growing
 {
   const char* name;
-  // Times the operation on a tree of n items; what it needs before is not in the time.
-  double (*time)(Build build, unsigned int n);
+  double (*time)(const Shape& shape, unsigned int n);
+  bool isOfOne;    // the time is that of one look-up, not of the whole tree
 };
-
-double timeBuild(Build build, unsigned int n)
-{
-  Tree tree;
-  return seconds([&] { tree = build(n); });
-}
-double timeDestroy(Build build, unsigned int n)
-{
-  Tree tree = build(n);
-  return seconds([&] { tree.reset(); });
-}
-double timeStore(Build build, unsigned int n)
-{
-  const Tree tree = build(n);
-  return seconds([&] { store(*tree); });
-}
-double timeExtract(Build build, unsigned int n)
-{
-  const std::vector<unsigned char> bytes = store(*build(n));
-  KyCErrorListPool pool;
-  KyCInventoryItem* root = nullptr;
-  const double time = seconds(
-      [&] {
-        KyCInventoryData::extractInventoryTreeFromMem(pool, bytes.data(), static_cast<unsigned int>(bytes.size()),
-                                                      root);
-      });
-  delete root;
-  return time;
-}
-double timeDump(Build build, unsigned int n)
-{
-  const Tree tree = build(n);
-  KyCErrorListPool pool;
-  return seconds([&] { keep(tree->toString(pool, 0, -5000).c_str()); });    // not indented: that grows with the depth
-}
-double timeCopy(Build build, unsigned int n)
-{
-  const Tree tree = build(n);
-  KyCErrorListPool pool;
-  KyCInventoryItem* copy = nullptr;
-  const double time = seconds([&] { tree->copyTree(pool, copy); });
-  delete copy;
-  return time;
-}
-double timeMerge(Build build, unsigned int n)
-{
-  Tree half = build(n / 2);
-  KyCInventoryItem* target = half.get();
-  KyCInventoryItem* source = build(n).release();
-  KyCErrorListPool pool;
-  return seconds([&] { KyCInventoryItem::mergeTree(pool, target, source, 1); });
-}
-double timeLink(Build build, unsigned int n)
-{
-  const Tree tree = build(n);
-  KyCErrorListPool pool;
-  return seconds([&] { tree->linkSharedData(pool, nullptr); });
-}
-
-constexpr Growing s_operations[] = {{"build", timeBuild},         {"destroy", timeDestroy}, {"store", timeStore},
-                                    {"extract_mem", timeExtract}, {"dump", timeDump},       {"copy", timeCopy},
-                                    {"merge", timeMerge},         {"link", timeLink}};
+constexpr Growing s_operations[] = {
+    {"build", timeBuild, false},
+    {"store", timeStore, false},
+    {"extract_mem", timeExtractMem, false},
+    {"extract_file", timeExtractFile, false},
+    {"lookup", timeLookUp, true},
+    {"set", timeSet, true},
+    {"dump", timeDump, false},
+    {"copy", timeCopy, false},
+    {"merge", timeMerge, false},
+    {"link", timeLink, false},
+    {"apply", timeApply, false},
+    {"destroy", timeDestroy, false},
+};
 
 // The slope of log(time) over log(n).
 double exponentOf(const std::vector<double>& n, const std::vector<double>& time)
@@ -146,64 +239,83 @@ double exponentOf(const std::vector<double>& n, const std::vector<double>& time)
   return (count * sumXY - sumX * sumY) / (count * sumXX - sumX * sumX);
 }
 
-void printShape(const char* name, Build build, const std::vector<unsigned int>& sizes, unsigned int repetitions)
+void printHead(const char* name, const std::vector<unsigned int>& sizes, const char* unit)
 {
   std::printf("\n%-14s", name);
   for (const unsigned int n : sizes)
     std::printf(" %9u", n);
-  std::printf("  exponent   (ns an item)\n");
+  std::printf("  exponent   (%s)\n", unit);
+}
+
+// `time` is of the operation, not of one unit.
+void printLine(const char* name, const std::vector<double>& n, const std::vector<double>& perUnit,
+               const std::vector<double>& time)
+{
+  std::printf("%-14s", name);
+  for (const double value : perUnit)
+    std::printf(" %9.1f", value * 1e9);
+  std::printf("  %8.2f\n", exponentOf(n, time));
+  std::fflush(stdout);
+}
+
+void printShape(const Shape& shape, unsigned int repetitions)
+{
+  printHead(shape.name, shape.sizes, "ns an item; lookup, set: ns");
   for (const Growing& operation : s_operations)
   {
     std::vector<double> counts;
+    std::vector<double> perUnit;
     std::vector<double> times;
-    std::printf("%-14s", operation.name);
-    for (const unsigned int n : sizes)
+    for (const unsigned int n : shape.sizes)
     {
       std::vector<double> repeated;
       for (unsigned int k = 0; k < repetitions * (n < 5000 ? 5 : 1); ++k)
-        repeated.push_back(operation.time(build, n));
+        repeated.push_back(operation.time(shape, n));
       counts.push_back(n);
       times.push_back(median(repeated));
-      std::printf(" %9.1f", times.back() / n * 1e9);
+      perUnit.push_back(operation.isOfOne ? times.back() : times.back() / n);
     }
-    std::printf("  %8.2f\n", exponentOf(counts, times));
+    printLine(operation.name, counts, perUnit, times);
   }
 }
 
-// A look-up among n siblings, at random.
-void printLookUps(const std::vector<unsigned int>& sizes, unsigned int repetitions)
+void printRacks(unsigned int repetitions)
 {
-  std::printf("%-14s", "lookup");
-  for (const unsigned int n : sizes)
+  const std::vector<Rack> racks = {Rack("S", 4, 16), Rack("M", 20, 100), Rack("L", 100, 1000)};
+  std::vector<unsigned int> sizes;
+  for (const Rack& rack : racks)
+    sizes.push_back(rack.parameterCount());
+  printHead("S, M, L", sizes, "ns a parameter; lookup, set: ns; dump: ns a byte");
+  const std::unique_ptr<System> ours = makeOurs();
+  for (const OperationName& operation : OPERATIONS)
   {
-    const Tree tree = buildWide(n);
-    std::mt19937 random(3);
-    std::vector<KyCInventoryAddress> addresses;
-    for (unsigned int k = 0; k < 20000; ++k)
-      addresses.push_back(BOARD[1 + static_cast<unsigned int>(random() % n)] / SIZE);
-    KyCErrorListPool pool;
-    std::vector<double> repeated;
-    for (unsigned int k = 0; k < repetitions; ++k)
+    std::vector<double> counts;
+    std::vector<double> perUnit;
+    std::vector<double> times;
+    const bool isOfOne = operation.operation == Operation::LOOKUP || operation.operation == Operation::SET;
+    for (const Rack& rack : racks)
     {
-      int sum = 0;
-      repeated.push_back(seconds(
-          [&]
-          {
-            for (const KyCInventoryAddress& address : addresses)
-              sum += tree->getValue<int>(pool, address);
-          }));
-      keep(sum);
+      const std::optional<Measure> measure = ours->measure(operation.operation, rack);
+      if (!measure) continue;
+      std::vector<double> repeated;
+      const unsigned int count = rack.parameterCount() > 100000 ? std::min(repetitions, 3u) : repetitions;
+      for (unsigned int k = 0; k < count; ++k)
+        repeated.push_back(timeOfUnit(*measure));
+      counts.push_back(rack.parameterCount());
+      perUnit.push_back(median(repeated));
+      times.push_back(isOfOne ? perUnit.back() : perUnit.back() * counts.back());
     }
-    std::printf(" %9.1f", median(repeated) / static_cast<double>(addresses.size()) * 1e9);
+    printLine(operation.name, counts, perUnit, times);
   }
-  std::printf("             (ns a look-up)\n");
 }
 }    // namespace
 
 void printGrowth(unsigned int repetitions)
 {
-  const std::vector<unsigned int> wide = {10, 100, 1000, 10000, 100000};
-  printShape("WIDE", buildWide, wide, repetitions);
-  printLookUps(wide, repetitions);
-  printShape("DEEP", buildDeep, {10, 64, 512, 4096}, repetitions);
+  std::printf(
+      "\nHow cost grows: time = a * n^exponent, of the whole operation or of one look-up. n log n shows as 1.1 to "
+      "1.2.\n");
+  printRacks(repetitions);
+  printShape({"WIDE", buildWide, addressInWide, {10, 100, 1000, 10000, 100000}}, repetitions);
+  printShape({"DEEP", buildDeep, addressInDeep, {10, 64, 512, 4096}}, repetitions);
 }

@@ -1,14 +1,43 @@
 #include "KyMeasure.h"
 
-#include <benchmark/benchmark.h>
 #include <malloc.h>
 #include <time.h>
 
 #include <algorithm>
 #include <map>
+#include <random>
+
+#include "KyBlockCount.h"
+
+#ifdef KY_HAVE_BENCHMARK
+#include <benchmark/benchmark.h>
+#endif
 
 namespace
 {
+// The processor's time, system calls included: what other programs take in between does not count.
+double secondsOfThisThread()
+{
+  struct timespec time;
+  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+std::size_t bytesInUse()
+{
+  const struct mallinfo2 info = ::mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+using Times = std::map<std::string, std::vector<double>>;    // of each system, one for each repetition
+
+struct Candidate
+{
+  const char* system;
+  Measure measure;
+};
+
+#ifdef KY_HAVE_BENCHMARK
 // Gathers the repetitions of each benchmark; prints nothing.
 class Collector : public benchmark::BenchmarkReporter
 {
@@ -20,39 +49,11 @@ public:
       if (run.run_type == Run::RT_Iteration)
         m_times[run.run_name.function_name].push_back(run.real_accumulated_time / static_cast<double>(run.iterations));
   }
-  const std::map<std::string, std::vector<double>>& times() const { return m_times; }
+  const Times& times() const { return m_times; }
 
 private:
-  std::map<std::string, std::vector<double>> m_times;
+  Times m_times;
 };
-
-// The processor's time, system calls included: what other programs take in between does not count.
-double secondsOfThisThread()
-{
-  struct timespec time;
-  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-void run(benchmark::State& state, const Measure& measure)
-{
-  while (state.KeepRunning())
-  {
-    if (measure.before) measure.before();
-    ::malloc_trim(0);    // what was freed before makes nobody's allocations cheap or dear
-    const double start = secondsOfThisThread();
-    const double units = measure.run();
-    const double elapsed = secondsOfThisThread() - start;
-    if (measure.after) measure.after();
-    state.SetIterationTime(elapsed / units);
-  }
-}
-
-std::size_t bytesInUse()
-{
-  const struct mallinfo2 info = ::mallinfo2();
-  return info.uordblks + info.hblkhd;
-}
 
 // Random order needs the flag of the library's own command line.
 void startBenchmarks()
@@ -66,7 +67,65 @@ void startBenchmarks()
   int count = 2;
   benchmark::Initialize(&count, words);
 }
+
+Times timesOf(const std::vector<Candidate>& candidates, unsigned int iterations, unsigned int repetitions)
+{
+  startBenchmarks();
+  benchmark::ClearRegisteredBenchmarks();
+  for (const Candidate& candidate : candidates)
+  {
+    benchmark::RegisterBenchmark(candidate.system,
+                                 [&measure = candidate.measure](benchmark::State& state)
+                                 {
+                                   while (state.KeepRunning())
+                                     state.SetIterationTime(timeOfUnit(measure));
+                                 })
+        ->UseManualTime()
+        ->Iterations(iterations)
+        ->Repetitions(static_cast<int>(repetitions));
+  }
+  Collector collector;
+  benchmark::RunSpecifiedBenchmarks(&collector);
+  return collector.times();
+}
+#else
+// Where Google Benchmark is not to be had. Interleaved, too, in another order each time.
+Times timesOf(std::vector<Candidate> candidates, unsigned int iterations, unsigned int repetitions)
+{
+  Times times;
+  std::mt19937 random(1);
+  for (unsigned int repetition = 0; repetition < repetitions; ++repetition)
+  {
+    std::shuffle(candidates.begin(), candidates.end(), random);
+    for (const Candidate& candidate : candidates)
+    {
+      double sum = 0;
+      for (unsigned int n = 0; n < iterations; ++n)
+        sum += timeOfUnit(candidate.measure);
+      times[candidate.system].push_back(sum / iterations);
+    }
+  }
+  return times;
+}
+#endif
 }    // namespace
+
+double timeOf(const std::function<void()>& work)
+{
+  ::malloc_trim(0);    // what was freed before makes nobody's allocations cheap or dear
+  const double start = secondsOfThisThread();
+  work();
+  return secondsOfThisThread() - start;
+}
+
+double timeOfUnit(const Measure& measure)
+{
+  if (measure.before) measure.before();
+  double units = 1;
+  const double time = timeOf([&] { units = measure.run(); });
+  if (measure.after) measure.after();
+  return time / units;
+}
 
 double median(std::vector<double> values)
 {
@@ -78,25 +137,17 @@ double median(std::vector<double> values)
 void measureOperation(const Systems& systems, const Rack& rack, const OperationName& operation,
                       unsigned int repetitions, std::vector<Row>& rows)
 {
-  startBenchmarks();
-  benchmark::ClearRegisteredBenchmarks();
+  std::vector<Candidate> candidates;
+  for (const auto& system : systems)
+    if (const std::optional<Measure> measure = system->measure(operation.operation, rack))
+      candidates.push_back({system->name(), *measure});
   const unsigned int iterations = rack.parameterCount() < 2000 ? 20 : rack.parameterCount() < 100000 ? 3 : 1;
-  for (const auto& system : systems)
+  const Times times = timesOf(candidates, iterations, repetitions);
+  for (const Candidate& candidate : candidates)
   {
-    const std::optional<Measure> measure = system->measure(operation.operation, rack);
-    if (!measure) continue;
-    benchmark::RegisterBenchmark(system->name(), [m = *measure](benchmark::State& state) { run(state, m); })
-        ->UseManualTime()
-        ->Iterations(iterations)
-        ->Repetitions(static_cast<int>(repetitions));
-  }
-  Collector collector;
-  benchmark::RunSpecifiedBenchmarks(&collector);
-  for (const auto& system : systems)
-  {
-    const auto found = collector.times().find(system->name());
-    if (found == collector.times().end()) continue;
-    rows.push_back({operation.name, rack.name(), system->name(), operation.unit, median(found->second) * 1e9});
+    const auto found = times.find(candidate.system);
+    if (found == times.end()) continue;
+    rows.push_back({operation.name, rack.name(), candidate.system, operation.unit, median(found->second) * 1e9});
   }
 }
 
@@ -113,6 +164,23 @@ void measureHeap(const Systems& systems, const Rack& rack, std::vector<Row>& row
       system->release();
       rows.push_back({"heap", rack.name() + (isRead ? "/read" : ""), system->name(), "bytes/param",
                       bytes / withShortTexts.parameterCount()});
+    }
+  }
+}
+
+void measureBlocksInUse(const Systems& systems, const Rack& rack, std::vector<Row>& rows)
+{
+  const Rack withShortTexts(rack.name(), rack.boards(), rack.channels(), 6);
+  for (const bool isRead : {false, true})
+  {
+    for (const auto& system : systems)
+    {
+      const long before = kyBlocksInUse();
+      if (!system->hold(withShortTexts, isRead)) continue;
+      const double blocks = static_cast<double>(kyBlocksInUse() - before);
+      system->release();
+      rows.push_back({"allocations", rack.name() + (isRead ? "/read" : ""), system->name(), "blocks/param",
+                      blocks / withShortTexts.parameterCount()});
     }
   }
 }

@@ -1,6 +1,7 @@
 // KyMeasure.h: takes the figures.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,7 +27,16 @@ void measureOperation(const Systems& systems, const Rack& rack, const OperationN
 // six characters, which no system stores apart: their own text does not count.
 void measureHeap(const Systems& systems, const Rack& rack, std::vector<Row>& rows);
 
+// Blocks of the heap for each parameter, likewise; only where they are counted (KyBlockCount.h).
+void measureBlocksInUse(const Systems& systems, const Rack& rack, std::vector<Row>& rows);
+
 // Bytes of the stored tree for each parameter.
 void measureSection(const Systems& systems, const Rack& rack, std::vector<Row>& rows);
+
+// Seconds of the processor that the work takes, system calls included.
+double timeOf(const std::function<void()>& work);
+
+// The same for one unit of what is measured.
+double timeOfUnit(const Measure& measure);
 
 double median(std::vector<double> values);

@@ -69,7 +69,7 @@ public:
     const std::uint64_t mixed =
         (board * 0x9E3779B97F4A7C15ull) ^ (channel * 0xC2B2AE3D27D4EB4Full) ^ (n * 0x165667B19E3779F9ull);
     const std::uint64_t number = mixed ^ (mixed >> 29);
-    return {number, &m_texts[number % m_texts.size()]};
+    return {number, &m_texts[static_cast<std::size_t>(number % m_texts.size())]};
   }
 
 private:
