@@ -19,7 +19,7 @@
 #include "inventory/KyCInventoryTagMap.h"
 #include "inventory/KyInventoryTreeApi.h"
 
-// All of this is built while the library is loaded and read-only from then on, so any number of threads may use it.
+// All of this is complete when the library is loaded and read-only from then on, so any number of threads may use it.
 namespace KyNInventoryIDs
 {
 // The names of the predefined IDs; ID n is getCategory() of the address and position n of the map.

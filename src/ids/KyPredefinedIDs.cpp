@@ -9,15 +9,15 @@
 // Each object is made when the library is built: its memory is a KyIDImage, and the exported name is a second name of
 // that image. The image refers to itself by its hidden name. So the loader has an offset to add for each of them and no
 // name to look up, and there is nothing to construct, to register for destruction or to destroy.
-// Their section is their own to keep sanitizers from putting anything between them. It can be written to, although they
-// are constant: programs may hold copies of them that have to be completed (KyCopiedIDs.h), and linkers put copies of
-// protected memory into protected memory.
-#define KY_ID_IMAGE(name, length, id, index)                                                               \
-  extern "C" __attribute__((section(".data.predefined_ids"), visibility("hidden"))) KyIDImage kyID_##name; \
-  KyIDImage kyID_##name = {length, {id, index}, &kyID_##name.inlineElement};                               \
-  namespace KyNInventoryIDs                                                                                \
-  {                                                                                                        \
-  extern KY_INVENTORY_API const KyCInventoryAddress name __attribute__((alias("kyID_" #name)));            \
+// Their section is their own, and its name could be one of C, to keep sanitizers from putting anything between them. It
+// can be written to, although they are constant: programs may hold copies of them that have to be completed
+// (KyCopiedIDs.h), and linkers put copies of protected memory into protected memory.
+#define KY_ID_IMAGE(name, length, id, index)                                                            \
+  extern "C" __attribute__((section("ky_predefined_ids"), visibility("hidden"))) KyIDImage kyID_##name; \
+  KyIDImage kyID_##name = {length, {id, index}, &kyID_##name.inlineElement};                            \
+  namespace KyNInventoryIDs                                                                             \
+  {                                                                                                     \
+  extern KY_INVENTORY_API const KyCInventoryAddress name __attribute__((alias("kyID_" #name)));         \
   }
 
 static_assert(std::is_standard_layout_v<KyCInventoryAddress> && std::is_standard_layout_v<KyIDImage> &&
