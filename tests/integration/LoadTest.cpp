@@ -2,6 +2,7 @@
 // error-handling library, through which it sees what loading and unloading do.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <link.h>
 #include <malloc.h>
 
 #include <string>
@@ -35,6 +36,23 @@ public:
     m_handle = nullptr;
   }
   void* find(const char* symbol) const { return dlsym(m_handle, symbol); }
+
+  // References of the library that the loader resolves by name, apart from functions.
+  std::size_t countNamedRelocations() const
+  {
+    struct link_map* map = nullptr;
+    if (dlinfo(m_handle, RTLD_DI_LINKMAP, &map) != 0) ADD_FAILURE() << dlerror();
+    std::size_t size = 0;
+    std::size_t entrySize = 1;
+    std::size_t relativeCount = 0;
+    for (const ElfW(Dyn)* entry = map->l_ld; entry->d_tag != DT_NULL; ++entry)
+    {
+      if (entry->d_tag == DT_RELASZ || entry->d_tag == DT_RELSZ) size = entry->d_un.d_val;
+      if (entry->d_tag == DT_RELAENT || entry->d_tag == DT_RELENT) entrySize = entry->d_un.d_val;
+      if (entry->d_tag == DT_RELACOUNT || entry->d_tag == DT_RELCOUNT) relativeCount = entry->d_un.d_val;
+    }
+    return size / entrySize - relativeCount;
+  }
 
 private:
   void* m_handle;
@@ -136,6 +154,13 @@ TEST(Load, idsAreBuiltAnewByEveryLoad)
     EXPECT_EQ(numbersOf(topology), (std::vector<unsigned int>{1, 1063, 1}));
     EXPECT_EQ(numbersOf(thisNode)[0], 0u);
   }
+}
+
+// Each look-up of a name takes the loader as long as adding an offset a hundred times.
+TEST(Load, predefinedIdsAreNotLookedUpByName)
+{
+  const KyLoadedLibrary library;
+  EXPECT_LT(library.countNamedRelocations(), 300u);
 }
 
 TEST(Load, loadingAndUnloadingReportNothing)
