@@ -2,7 +2,6 @@
 // unloaded. It stands in one file because the language orders initialisation only inside a file.
 
 #include "base/KyMessageCatalogue.h"
-#include "ids/KyCopiedIDs.h"
 #include "ids/KyPredefinedIDs.h"
 #include "inventory/KyNInventoryIDs.h"
 
@@ -10,7 +9,7 @@
 //    (KyPredefinedIDs.cpp).
 KyCInventoryTagMap KyNInventoryIDs::Map;
 
-// 2. What the loader has copied of them, and the names of the predefined IDs in the order of their numbers.
+// 2. The names of the predefined IDs in the order of their numbers.
 struct KyTagMapAccess
 {
   // As if each were added by itself. As long as there is room, though, nothing can be reported, and nothing has to be
@@ -30,7 +29,6 @@ struct KyTagMapAccess
 
 namespace
 {
-[[maybe_unused]] const bool s_idsAreComplete = (kyCompleteCopiedIDs(), true);
 [[maybe_unused]] const bool s_namesAreRegistered = KyTagMapAccess::addAll(KyNInventoryIDs::Map, kyPredefinedIDNames);
 
 // 3. The message catalogue, last on purpose: reports of step 2 are sent before their texts are known. The object

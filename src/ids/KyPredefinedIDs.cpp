@@ -9,9 +9,9 @@
 // Each object is made when the library is built: its memory is a KyIDImage, and the exported name is a second name of
 // that image. The image refers to itself by its hidden name. So the loader has an offset to add for each of them and no
 // name to look up, and there is nothing to construct, to register for destruction or to destroy.
-// Their section is their own, and its name could be one of C, to keep sanitizers from putting anything between them. It
-// can be written to, although they are constant: programs may hold copies of them that have to be completed
-// (KyCopiedIDs.h), and linkers put copies of protected memory into protected memory.
+// Their section is their own, and its name could be one of C, to keep sanitizers from putting anything between them.
+// Programs that are compiled to reach an object of a shared library as if it were its own hold copies of them, made byte
+// by byte by the loader; such a copy goes on referring to the element of the image, which says the same as its own.
 #define KY_ID_IMAGE(name, length, id, index)                                                            \
   extern "C" __attribute__((section("ky_predefined_ids"), visibility("hidden"))) KyIDImage kyID_##name; \
   KyIDImage kyID_##name = {length, {id, index}, &kyID_##name.inlineElement};                            \
