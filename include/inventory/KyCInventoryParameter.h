@@ -250,6 +250,9 @@ private:
   KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, const T& value, const char* unit,
                         bool modifiable, unsigned int relevance);
   KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, unsigned int typeAndFlags);
+  // Described by the registered name of its ID.
+  template <typename T>
+  KyCInventoryParameter(KyCErrorListPool& pool, unsigned int id, TStaticText name, unsigned int type, const T& value);
 
   void checkAddress(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description) const;
   template <typename T>

@@ -18,10 +18,11 @@ unsigned int sumOfLengths(unsigned int a, unsigned int b) noexcept
 
 void copyElements(TElement* to, const TElement* from, unsigned int count) noexcept
 {
-  if (count == 1)    // nearly always; less than a call costs
-    *to = *from;
-  else if (count != 0)
+  if (count > 4)
     std::memcpy(to, from, count * sizeof(TElement));
+  else
+    for (unsigned int n = 0; n < count; ++n)    // nearly always; less than a call costs
+      to[n] = from[n];
 }
 }    // namespace
 

@@ -78,7 +78,7 @@ KyCInventoryItem* findOwnItem(KyCInventoryItem* item, const KyCInventoryAddress&
 KyCInventoryItem::KyCInventoryItem(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description)
     : KyCComposite(pool, address.getCategory(), address.getIndex(), TStaticText{""})
 {
-  const char* const name = kyStaticDescription(address, description);
+  const char* const name = kyStaticDescription(address.getCategory(), description);
   if (name != nullptr)
     setStaticDescription(name);
   else if (description != nullptr && *description != '\0')

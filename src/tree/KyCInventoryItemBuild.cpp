@@ -50,83 +50,84 @@ KyCInventoryItem* createSubItem(KyCErrorListPool& pool, const KyCInventoryItem& 
 // added; null, as nearly always, when all of the path is part of the tree.
 struct TPathEnd
 {
-  KyCInventoryItem* item = nullptr;
-  KyCInventoryItem* loose = nullptr;
+  KyCInventoryItem* item;
+  KyCInventoryItem* loose;
 };
 
-// Finds or creates the items of the path. On failure the item is null, and nothing is loose any more.
-TPathEnd followPath(KyCErrorListPool& pool, KyCInventoryItem& start, const TElement* path, unsigned int length)
+// Goes on behind the items of a path that are there; at least one is missing.
+TPathEnd createPath(KyCErrorListPool& pool, KyCInventoryItem* item, const TElement* path, const TElement* end)
 {
-  TPathEnd end;
-  end.item = &start;
-  for (unsigned int n = 0; n < length; ++n)
+  KyCInventoryItem* loose = nullptr;
+  for (; path != end; ++path)
   {
-    KyCInventoryItem* next = KyInventoryAccess::findSubItem(*end.item, path[n]);
+    KyCInventoryItem* next = KyInventoryAccess::findSubItem(*item, *path);
     if (next == nullptr)
     {
-      next = createSubItem(pool, *end.item, KyCInventoryAddress(path[n].id, path[n].index));
+      next = createSubItem(pool, *item, KyCInventoryAddress(path->id, path->index));
       if (next == nullptr)
       {
-        delete end.loose;    // nobody could reach it
-        return TPathEnd();
+        delete loose;    // nobody could reach it
+        return {nullptr, nullptr};
       }
-      end.item->addItem(KyNInventoryIDs::THIS_NODE, next);
-      if (next->getParent() == nullptr) end.loose = next;
+      if (KyInventoryAccess::getFriend(*item) == nullptr)
+        KyInventoryAccess::attachUnseenItem(*item, next);
+      else
+        item->addItem(KyNInventoryIDs::THIS_NODE, next);
+      if (next->getParent() == nullptr) loose = next;
     }
-    end.item = next;
+    item = next;
   }
-  return end;
+  return {item, loose};
 }
 
-// Where a new parameter goes, and under which ID.
-struct TParameterPlace
+// Finds or creates the items of the path. On failure the item is null, and nothing is loose any more.
+inline TPathEnd followPath(KyCErrorListPool& pool, KyCInventoryItem& start, const TElement* path, unsigned int length)
 {
-  TPathEnd path;
-  unsigned int id = 0;
-  const char* name = nullptr;
-};
+  const TElement* const end = path + length;
+  KyCInventoryItem* item = &start;
+  for (; path != end; ++path)
+  {
+    KyCInventoryItem* const next = KyInventoryAccess::findSubItem(*item, *path);
+    if (next == nullptr) return createPath(pool, item, path, end);
+    item = next;
+  }
+  return {item, nullptr};
+}
 
-// The part of createParameter before the parameter is made; the item is null on failure.
-TParameterPlace findParameterPlace(KyCErrorListPool& pool, KyCInventoryItem& start, const KyCInventoryAddress& address)
+// The part of createParameter before the parameter is made; the item is null on failure, and the name is the ID's.
+TPathEnd findParameterPlace(KyCErrorListPool& pool, KyCInventoryItem& start, const KyCInventoryAddress& address,
+                            const char*& name)
 {
-  TParameterPlace place;
   if (address.isEmpty())
   {
     pool.setError(KY_MSG_EMPTY_ADDRESS, __LINE__, "createParameter", nullptr);
-    return place;
+    return {nullptr, nullptr};
   }
-  const TPathEnd path = followPath(pool, start, address.getElements(), address.getLength() - 1);
-  if (path.item == nullptr)
+  const TPathEnd place = followPath(pool, start, address.getElements(), address.getLength() - 1);
+  if (place.item == nullptr)
   {
     pool.setError(KY_MSG_CANNOT_FIND_OR_CREATE_PATH, __LINE__, "createParameter", nullptr);
     return place;
   }
-  place.id = address.getCategory();
-  place.name = address.getCategoryNameCStr();
-  if (*place.name == '\0')
-  {
-    reportNotPredefined(pool, __LINE__, "createParameter", address.getLastElement());
-    delete path.loose;
-    return place;
-  }
-  place.path = path;
-  return place;
+  name = KyNInventoryIDs::Map.get(address.getCategory());
+  if (name != nullptr && *name != '\0') return place;
+  reportNotPredefined(pool, __LINE__, "createParameter", address.getLastElement());
+  delete place.loose;
+  return {nullptr, nullptr};
 }
 
-// The part of createParameter after the parameter was made (or, with the count grown, was not).
-KyCInventoryParameter* hookParameter(KyCErrorListPool& pool, const TParameterPlace& place,
-                                     KyCInventoryParameter* parameter, unsigned int errorCount)
+// The end of createParameter when the parameter was not made (the count has grown then) or cannot be hung up.
+KyCInventoryParameter* giveParameterUp(KyCErrorListPool& pool, const TPathEnd& place, const char* name,
+                                       KyCInventoryParameter* parameter)
 {
-  const bool isMade = parameter != nullptr && pool.getErrorCount() == errorCount;
-  if (isMade && kyHangParameter(pool, *place.path.item, parameter)) return parameter;
-  pool.setError(KY_MSG_CANNOT_CREATE_PARAMETER, __LINE__, "createParameter", "%s", place.name);
+  pool.setError(KY_MSG_CANNOT_CREATE_PARAMETER, __LINE__, "createParameter", "%s", name);
   delete parameter;
-  delete place.path.loose;
+  delete place.loose;
   return nullptr;
 }
 }    // namespace
 
-bool kyHangParameter(KyCErrorListPool& pool, KyCInventoryItem& item, KyCInventoryParameter* parameter)
+bool kyHangSeenParameter(KyCErrorListPool& pool, KyCInventoryItem& item, KyCInventoryParameter* parameter)
 {
   const unsigned int id = KyInventoryAccess::getId(*parameter);
   const bool isIdUnused = !KyInventoryAccess::mayHave(item, id) && KyInventoryAccess::getFriend(item) == nullptr;
@@ -189,13 +190,16 @@ KyCInventoryParameter* KyCInventoryItem::createParameter(KyCErrorListPool& pool,
                                                          const T& value, const char* unit, bool modifiable,
                                                          unsigned int relevance)
 {
-  const TParameterPlace place = findParameterPlace(pool, *this, address);
-  if (place.path.item == nullptr) return nullptr;
+  const char* name = nullptr;
+  const TPathEnd place = findParameterPlace(pool, *this, address, name);
+  if (place.item == nullptr) return nullptr;
 
   const unsigned int errorCount = pool.getErrorCount();
   KyCInventoryParameter* const parameter =
-      KyInventoryAccess::newNamedParameter(pool, place.id, place.name, value, unit, modifiable, relevance);
-  return hookParameter(pool, place, parameter, errorCount);
+      KyInventoryAccess::newNamedParameter(pool, address.getCategory(), name, value, unit, modifiable, relevance);
+  const bool isMade = parameter != nullptr && pool.getErrorCount() == errorCount;
+  if (isMade && kyHangParameter(pool, *place.item, parameter)) return parameter;
+  return giveParameterUp(pool, place, name, parameter);
 }
 
 #define KY_INSTANTIATE(T)                                                                \

@@ -14,7 +14,7 @@
 KyCInventoryParameter::TIdentity KyCInventoryParameter::identityOf(const KyCInventoryAddress& address,
                                                                    const char* description) noexcept
 {
-  const char* const name = kyStaticDescription(address, description);
+  const char* const name = kyStaticDescription(address.getCategory(), description);
   if (name != nullptr) return {address.getCategory(), name, FLAG_CUSTOM | FLAG_STATIC_DESCRIPTION};
   return {address.getCategory(), description, FLAG_CUSTOM};
 }
@@ -26,7 +26,7 @@ KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const TIden
       m_modifiable(modifiable),
       m_relevance(relevance)
 {
-  if (unit != nullptr) m_unit.assign(pool, unit, KyCString::strlen(unit));
+  if (unit != nullptr && *unit != '\0') m_unit.assign(pool, unit, KyCString::strlen(unit));
 }
 
 #define KY_TYPED_CONSTRUCTOR(T)                                                                                     \
@@ -177,20 +177,13 @@ KyCInventoryParameter* KyCInventoryParameter::detach()
 KyCInventoryParameter* KyInventoryAccess::newParameter(KyCErrorListPool& pool, unsigned int id, const char* description,
                                                        unsigned int type)
 {
-  return new (pool) KyCInventoryParameter(pool, KyCInventoryParameter::identityOf(id, description), type);
+  using KyStaticText = KyCInventoryParameter::TStaticText;
+  const char* const name = kyStaticDescription(id, description);
+  if (name == nullptr || type > 0xFFFF)    // a flag is there that is to be looked at
+    return new (pool) KyCInventoryParameter(pool, KyCInventoryParameter::identityOf(id, description), type);
+  if (type == KyCParam::TYPE_STRING)
+    return new (pool) KyCInventoryParameter(pool, id, KyStaticText{name}, type, KyCString());
+  if (type == KyCParam::TYPE_VERSION)
+    return new (pool) KyCInventoryParameter(pool, id, KyStaticText{name}, type, KyCVersion());
+  return new (pool) KyCInventoryParameter(pool, id, KyStaticText{name}, type, 0ull);
 }
-
-template <typename T>
-KyCInventoryParameter* KyInventoryAccess::newNamedParameter(KyCErrorListPool& pool, unsigned int id, const char* name,
-                                                            const T& value, const char* unit, bool modifiable,
-                                                            unsigned int relevance)
-{
-  constexpr unsigned int flags = KyCParam::FLAG_CUSTOM | KyCParam::FLAG_STATIC_DESCRIPTION;
-  return new (pool) KyCInventoryParameter(pool, KyCInventoryParameter::TIdentity{id, name, flags}, value, unit,
-                                          modifiable, relevance);
-}
-
-#define KY_INSTANTIATE(T)                                                  \
-  template KyCInventoryParameter* KyInventoryAccess::newNamedParameter<T>( \
-      KyCErrorListPool&, unsigned int, const char*, const T&, const char*, bool, unsigned int);
-KY_FOR_EACH_VALUE_TYPE(KY_INSTANTIATE)

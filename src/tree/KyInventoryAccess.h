@@ -6,6 +6,14 @@
 #include "inventory/KyCInventoryAddress.h"
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyCInventoryParameter.h"
+#include "tree/KyTypeTraits.h"
+
+template <typename T>
+KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, unsigned int id, TStaticText name,
+                                             unsigned int type, const T& value)
+    : KyCParam(pool, id, name, type | FLAG_CUSTOM | FLAG_STATIC_DESCRIPTION, value)
+{
+}
 
 // The nodes of an inventory tree are composites and parameters of the base library, and every composite and parameter in
 // such a tree is one of ours; so each conversion is a plain cast, null to null. None of these can fail.
@@ -62,13 +70,34 @@ struct KyInventoryAccess
     return static_cast<const KyCParam&>(parameter).getId();
   }
 
+  // The short way of adding a free parameter; false, and nothing has changed, when the long one has to be gone.
+  static bool addUnseenParameter(KyCInventoryItem& item, KyCInventoryParameter* parameter) noexcept
+  {
+    return getFriend(item) == nullptr && item.addUnseenParameter(parameter);
+  }
+
+  // Hangs a new item below another one that has no sub-item of its ID and index, nor a friend with one.
+  static void attachUnseenItem(KyCInventoryItem& parent, KyCInventoryItem* item) noexcept
+  {
+    if (parent.attach(item) == 0) parent.expectChild(item);
+  }
+
   // A free parameter described by the name of its ID, which is kept by pointer; null or reported when memory runs out.
   template <typename T>
   static KyCInventoryParameter* newNamedParameter(KyCErrorListPool& pool, unsigned int id, const char* name,
                                                   const T& value, const char* unit, bool modifiable,
-                                                  unsigned int relevance);
+                                                  unsigned int relevance)
+  {
+    constexpr unsigned int type = KyValueAccess<T>::type;
+    auto* const parameter = new (pool) KyCInventoryParameter(pool, id, KyCParam::TStaticText{name}, type, value);
+    if (parameter == nullptr) return nullptr;
+    parameter->m_modifiable = modifiable;
+    parameter->m_relevance = relevance;
+    if (unit != nullptr && *unit != '\0') parameter->m_unit.assign(pool, unit, KyCString::strlen(unit));
+    return parameter;
+  }
 
-  // As above, with any description and the zero value of a type.
+  // A free parameter with any description and the zero value of a type.
   static KyCInventoryParameter* newParameter(KyCErrorListPool& pool, unsigned int id, const char* description,
                                              unsigned int type);
 
@@ -91,6 +120,12 @@ struct KyInventoryAccess
   static void setAuxInfo(KyCInventoryParameter& parameter, KyCInventoryAuxInfo* info) noexcept
   {
     parameter.m_auxInfo = info;
+  }
+
+  static void setFlags(KyCInventoryParameter& parameter, bool modifiable, unsigned int relevance) noexcept
+  {
+    parameter.m_modifiable = modifiable;
+    parameter.m_relevance = relevance;
   }
 
   // Assigns the unit without throwing: with no memory left, the base library's report is recorded and the unit stays.

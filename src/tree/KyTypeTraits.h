@@ -27,13 +27,14 @@
 template <typename T>
 using KyValueArgument = std::conditional_t<std::is_arithmetic_v<T>, T, const T&>;
 
-// get and set: the base library's typed accessors.
+// type: the type code; get and set: the base library's typed accessors.
 template <typename T>
 struct KyValueAccess;
 
 template <>
 struct KyValueAccess<signed char>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_INT8;
   static constexpr auto get = &KyCParam::getValueInt8;
   static constexpr auto set = &KyCParam::setValueInt8;
 };
@@ -41,6 +42,7 @@ struct KyValueAccess<signed char>
 template <>
 struct KyValueAccess<short>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_INT16;
   static constexpr auto get = &KyCParam::getValueInt16;
   static constexpr auto set = &KyCParam::setValueInt16;
 };
@@ -48,6 +50,7 @@ struct KyValueAccess<short>
 template <>
 struct KyValueAccess<int>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_INT32;
   static constexpr auto get = &KyCParam::getValueInt32;
   static constexpr auto set = &KyCParam::setValueInt32;
 };
@@ -55,6 +58,7 @@ struct KyValueAccess<int>
 template <>
 struct KyValueAccess<long long>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_LONG64;
   static constexpr auto get = &KyCParam::getValueLong64;
   static constexpr auto set = &KyCParam::setValueLong64;
 };
@@ -62,6 +66,7 @@ struct KyValueAccess<long long>
 template <>
 struct KyValueAccess<unsigned char>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_UINT8;
   static constexpr auto get = &KyCParam::getValueUInt8;
   static constexpr auto set = &KyCParam::setValueUInt8;
 };
@@ -69,6 +74,7 @@ struct KyValueAccess<unsigned char>
 template <>
 struct KyValueAccess<unsigned short>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_UINT16;
   static constexpr auto get = &KyCParam::getValueUInt16;
   static constexpr auto set = &KyCParam::setValueUInt16;
 };
@@ -76,6 +82,7 @@ struct KyValueAccess<unsigned short>
 template <>
 struct KyValueAccess<unsigned int>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_UINT32;
   static constexpr auto get = &KyCParam::getValueUInt32;
   static constexpr auto set = &KyCParam::setValueUInt32;
 };
@@ -83,6 +90,7 @@ struct KyValueAccess<unsigned int>
 template <>
 struct KyValueAccess<unsigned long long>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_ULONG64;
   static constexpr auto get = &KyCParam::getValueULong64;
   static constexpr auto set = &KyCParam::setValueULong64;
 };
@@ -90,6 +98,7 @@ struct KyValueAccess<unsigned long long>
 template <>
 struct KyValueAccess<float>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_FLOAT32;
   static constexpr auto get = &KyCParam::getValueFloat32;
   static constexpr auto set = &KyCParam::setValueFloat32;
 };
@@ -97,6 +106,7 @@ struct KyValueAccess<float>
 template <>
 struct KyValueAccess<double>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_FLOAT64;
   static constexpr auto get = &KyCParam::getValueFloat64;
   static constexpr auto set = &KyCParam::setValueFloat64;
 };
@@ -104,6 +114,7 @@ struct KyValueAccess<double>
 template <>
 struct KyValueAccess<KyCString>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_STRING;
   static constexpr auto get = &KyCParam::getValueKyCString;
   static constexpr auto set = &KyCParam::setValueConstChar;    // there is no setter that takes a KyCString
 };
@@ -111,6 +122,7 @@ struct KyValueAccess<KyCString>
 template <>
 struct KyValueAccess<KyCVersion>
 {
+  static constexpr unsigned int type = KyCParam::TYPE_VERSION;
   static constexpr auto get = &KyCParam::getValueKyCVersion;
   static constexpr auto set = &KyCParam::setValueKyCVersion;
 };

@@ -247,13 +247,6 @@ const void* KyCParam::getLocation() const noexcept
   return m_value.version != nullptr ? m_value.version : &s_noVersion;
 }
 
-void* KyCParam::getLocation() noexcept
-{
-  if (isExternal()) return m_value.external;
-  if (getType() != TYPE_VERSION) return &m_value;
-  return m_value.version;
-}
-
 bool KyCParam::checkType(KyCErrorListPool& pool, unsigned int type, unsigned int message,
                          const char* function) const noexcept
 {

@@ -54,17 +54,6 @@ unsigned int KyCString::textLength(const char* text)
   return static_cast<unsigned int>(length);
 }
 
-std::uint64_t KyCString::packInline(const char* text, unsigned int length) noexcept
-{
-  unsigned char bytes[8] = {};
-  for (unsigned int n = 0; n < length; ++n)    // at most 6: less than a call costs
-    bytes[TEXT_BYTE + n] = static_cast<unsigned char>(text[n]);
-  bytes[TAG_BYTE] = static_cast<unsigned char>(length << 1 | 1u);
-  std::uint64_t bits;
-  std::memcpy(&bits, bytes, sizeof(bits));
-  return bits;
-}
-
 std::uint64_t KyCString::blockBits(TBlock* block) noexcept { return reinterpret_cast<std::uintptr_t>(block); }
 
 // For a string that is still empty.
@@ -128,7 +117,7 @@ KyCString& KyCString::operator=(const char* text)
   return *this;
 }
 
-bool KyCString::assign(KyCErrorListPool& pool, const char* text, unsigned int length) noexcept
+bool KyCString::assignSlow(KyCErrorListPool& pool, const char* text, unsigned int length) noexcept
 {
   if (text == nullptr) length = 0;
   if (storeInPlace(text, length)) return true;
@@ -267,7 +256,6 @@ const char* KyCString::strstr(const char* text, const char* part)
 {
   return std::strstr(text != nullptr ? text : "", part != nullptr ? part : "");
 }
-
 unsigned int KyCString::strlen(const char* text)
 {
   return text != nullptr ? static_cast<unsigned int>(std::strlen(text)) : 0;

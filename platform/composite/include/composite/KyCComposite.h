@@ -128,6 +128,18 @@ protected:
   bool mayHave(unsigned int id) const noexcept { return (m_filterAndFlag & filterBit(id)) != 0; }
   KyCParam* getFirstParameter() const noexcept { return m_firstParameter; }    // null when none
 
+  // Has findChild give this child at once when it is asked for its numbers next: the first child that has them.
+  void expectChild(KyCComposite* child) noexcept { m_found = child; }
+
+  // The short way of addParameter, for a parameter of an id that has never been here.
+  // Result: false when addParameter has to decide; nothing has changed then.
+  bool addUnseenParameter(KyCParam* parameter) noexcept
+  {
+    if (parameter->m_parent != nullptr || mayHave(parameter->m_id)) return false;
+    linkParameter(parameter);
+    return true;
+  }
+
 private:
   friend class KyCParam;    // tells of a changed id and of its end
   void parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept;
@@ -140,6 +152,16 @@ private:
     return std::uint64_t{1} << (hash ^ (hash == 63 ? 1u : 0u));
   }
   void enterFilter(unsigned int id) noexcept { m_filterAndFlag |= filterBit(id); }
+  void linkParameter(KyCParam* parameter) noexcept
+  {
+    parameter->m_parent = this;
+    parameter->m_next = nullptr;
+    (m_lastParameter != nullptr ? m_lastParameter->m_next : m_firstParameter) = parameter;
+    m_lastParameter = parameter;
+    enterFilter(parameter->m_id);
+    if (m_indexes != nullptr) enterParameterIndex(parameter);
+  }
+  void enterParameterIndex(KyCParam* parameter) noexcept;
   KyCComposite* searchChild(unsigned int classId, unsigned int unitId) const noexcept;
   KyCParam* searchParameter(unsigned int id) const noexcept;
   void replaceDescription(const char* description, bool isOwned) noexcept;
@@ -155,21 +177,22 @@ private:
   KyCListIndex* makeParameterIndex() const noexcept;
   bool haveIndexes() const noexcept;
 
+  // What look-ups read stands first, within one cache line.
   unsigned int m_classId;
   unsigned int m_unitId;
-  const char* m_description;
-  KyCComposite* m_parent = nullptr;
-  KyCComposite* m_firstChild = nullptr;
-  KyCComposite* m_lastChild = nullptr;
-  KyCComposite* m_next = nullptr;
-  KyCComposite* m_previous = nullptr;
-  KyCComposite* m_friend = nullptr;
-  KyCParam* m_firstParameter = nullptr;
-  KyCParam* m_lastParameter = nullptr;
-  mutable KyCNodeIndexes* m_indexes = nullptr;    // only while there are many children or parameters, or have been
-  mutable KyCComposite* m_found = nullptr;        // what findChild gave last: the first child with its numbers, still
   // A bit for each class id of a child and each id of a parameter that has ever been here; in the highest bit, whether
   // the description is this node's own.
   static constexpr std::uint64_t OWNS_DESCRIPTION = std::uint64_t{1} << 63;
   std::uint64_t m_filterAndFlag = 0;
+  KyCParam* m_firstParameter = nullptr;
+  mutable KyCComposite* m_found = nullptr;        // what findChild gave last: the first child with its numbers, still
+  mutable KyCNodeIndexes* m_indexes = nullptr;    // only while there are many children or parameters, or have been
+  KyCComposite* m_firstChild = nullptr;
+  KyCComposite* m_friend = nullptr;
+  KyCComposite* m_next = nullptr;
+  KyCComposite* m_parent = nullptr;
+  KyCParam* m_lastParameter = nullptr;
+  KyCComposite* m_lastChild = nullptr;
+  KyCComposite* m_previous = nullptr;
+  const char* m_description;
 };

@@ -5,6 +5,9 @@
 //   width.getValueInt32(pool);    // 0, and a report: the type is unsigned int
 #pragma once
 
+#include <cstring>
+#include <new>
+
 #include "composite/KyCString.h"
 #include "composite/KyCVersion.h"
 #include "composite/KyCompositeApi.h"
@@ -156,6 +159,32 @@ public:
   bool isCustom() const noexcept { return (m_typeAndFlags & FLAG_CUSTOM) != 0; }
 
 protected:
+  // As the constructors above, for a description that outlives the parameter: the pointer is kept, not null. The flags
+  // have FLAG_STATIC_DESCRIPTION; the type code is the value's. Nothing can fail but the version's block.
+  struct TStaticText
+  {
+    const char* text;
+  };
+  template <typename T>
+  KyCParam(KyCErrorListPool&, unsigned int id, TStaticText description, unsigned int typeAndFlags,
+           const T& number) noexcept
+      : m_id(id), m_typeAndFlags(typeAndFlags), m_description(description.text)
+  {
+    std::memcpy(&m_value.bits, &number, sizeof(number));
+  }
+  KyCParam(KyCErrorListPool&, unsigned int id, TStaticText description, unsigned int typeAndFlags,
+           const KyCString& value) noexcept
+      : m_id(id), m_typeAndFlags(typeAndFlags), m_description(description.text)
+  {
+    new (&m_value.string) KyCString(value);
+  }
+  KyCParam(KyCErrorListPool& pool, unsigned int id, TStaticText description, unsigned int typeAndFlags,
+           const KyCVersion& value) noexcept
+      : m_id(id), m_typeAndFlags(typeAndFlags), m_description(description.text)
+  {
+    startVersion(pool, value);
+  }
+
   KyCComposite* getParentComposite() const noexcept { return m_parent; }    // null when free
   KyCParam* getNextParam() const noexcept { return m_next; }                // in the composite's list; null at its end
 
@@ -180,7 +209,11 @@ private:
   // Where the value lives: a number of the type, a KyCString or a KyCVersion; never null for reading. For writing it is
   // null for a version without its block, which happens only when the constructor reported "Out of memory.".
   const void* getLocation() const noexcept;
-  void* getLocation() noexcept;
+  void* getLocation() noexcept
+  {
+    if (isExternal()) return m_value.external;
+    return getType() != TYPE_VERSION ? static_cast<void*>(&m_value) : m_value.version;
+  }
   bool isExternal() const noexcept { return (m_typeAndFlags & FLAG_EXTERNAL) != 0; }
   bool ownsDescription() const noexcept;
   void takeDescription(KyCErrorListPool& pool, const char* description) noexcept;
@@ -196,12 +229,12 @@ private:
   template <typename T>
   void writeNumber(KyCErrorListPool& pool, unsigned int type, const T& value, const char* function) noexcept;
 
-  unsigned int m_id;
+  unsigned int m_id;    // what look-ups read stands first
   unsigned int m_typeAndFlags;
-  const char* m_description;
+  KyCParam* m_next = nullptr;
   TValue m_value;
   KyCComposite* m_parent = nullptr;
-  KyCParam* m_next = nullptr;
+  const char* m_description;
 };
 
 static_assert(sizeof(KyCParam) == (sizeof(void*) == 8 ? 48 : 32), "a parameter stays this small");

@@ -54,7 +54,12 @@ public:
   // Errors:     "Out of memory." of the pool allocator
   //             0x01100000  the length does not fit into the address space
   // A null text is taken as empty; length is then ignored.
-  bool assign(KyCErrorListPool& pool, const char* text, unsigned int length) noexcept;
+  bool assign(KyCErrorListPool& pool, const char* text, unsigned int length) noexcept
+  {
+    if (!isInline() || length > INLINE_CAPACITY || text == nullptr) return assignSlow(pool, text, length);
+    m_bits = packInline(text, length);
+    return true;
+  }
 
   // Makes a text that was collected with std::malloc and std::realloc this string's own, without a second block.
   //
@@ -125,13 +130,25 @@ private:
   void release() noexcept;
 
   static unsigned int textLength(const char* text);
-  static std::uint64_t packInline(const char* text, unsigned int length) noexcept;
+  // Characters are gathered in a register: bytes that are written one by one are slow to read back as one number.
+  static std::uint64_t packInline(const char* text, unsigned int length) noexcept
+  {
+    std::uint64_t bits = std::uint64_t{length << 1 | 1u} << shiftOfByte(TAG_BYTE);
+    for (unsigned int n = 0; n < length; ++n)    // at most 6: less than a call costs
+      bits |= std::uint64_t{static_cast<unsigned char>(text[n])} << shiftOfByte(TEXT_BYTE + n);
+    return bits;
+  }
+  static constexpr unsigned int shiftOfByte(unsigned int place) noexcept
+  {
+    return 8 * (TAG_BYTE == 0 ? place : 7 - place);
+  }
   static std::uint64_t blockBits(TBlock* block) noexcept;
   static bool fitsAddressSpace(std::uint64_t capacity) noexcept;
   static TBlock* newBlock(std::uint64_t capacity);
   static TBlock* startBlock(void* memory, unsigned int capacity) noexcept;
   void create(const char* text, unsigned int length);
   bool storeInPlace(const char* text, unsigned int length) noexcept;
+  bool assignSlow(KyCErrorListPool& pool, const char* text, unsigned int length) noexcept;
   void adopt(TBlock* block, const char* text, unsigned int length) noexcept;
   void append(const char* tail, unsigned int tailLength);
   KyCString joined(const char* tail, unsigned int tailLength) const;
