@@ -4,6 +4,8 @@
 #include "composite/KyCBinDeserializer.h"
 #include "inventory/KyInventoryTreeApi.h"
 
+class KyCInventoryParameter;
+
 // The deserializer that KyCInventoryItemFactory installs while it reads a tree or a parameter back. The base class reads
 // the standard parts; this one makes each custom parameter a KyCInventoryParameter and reads its custom part, which
 // KyCInventoryBinSerializer.h lays out.
@@ -41,4 +43,8 @@ public:
   //             empty unit, not modifiable and the relevance 0.
   // A stored unit ends at its first NUL byte, if it has one.
   void handleCustomParameter(KyCErrorListPool& pool, KyCParam* parameter) override;
+
+private:
+  bool readWhole(KyCErrorListPool& pool, KyCInventoryParameter& target);
+  void readFields(KyCErrorListPool& pool, KyCInventoryParameter& target);
 };

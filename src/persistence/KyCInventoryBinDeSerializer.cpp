@@ -4,6 +4,7 @@
 
 #include "base/KyMessageCodes.h"
 #include "errorhandling/KyNPoolAllocator.h"
+#include "persistence/KyBigEndian.h"
 #include "persistence/KyInventorySection.h"
 #include "tree/KyInventoryAccess.h"
 
@@ -24,7 +25,30 @@ KyCParam* KyCInventoryBinDeSerializer::createCustomParameter(KyCErrorListPool& p
 void KyCInventoryBinDeSerializer::handleCustomParameter(KyCErrorListPool& pool, KyCParam* parameter)
 {
   KyCInventoryParameter& target = *KyInventoryAccess::toParameter(parameter);
+  if (!readWhole(pool, target)) readFields(pool, target);
+}
 
+// All at once when all of it is there, and sound; false: nothing was read.
+bool KyCInventoryBinDeSerializer::readWhole(KyCErrorListPool& pool, KyCInventoryParameter& target)
+{
+  constexpr unsigned int FIXED_SIZE = 6;    // what there is but the unit's characters
+  const unsigned char* const bytes = getUnread();
+  const unsigned int count = getUnreadCount();
+  if (count < FIXED_SIZE || bytes[0] > KY_STORED_UNIT_LIMIT || count - FIXED_SIZE < bytes[0]) return false;
+
+  const unsigned int unitLength = bytes[0];
+  const char* const unit = reinterpret_cast<const char*>(bytes + 1);
+  unsigned int length = 0;
+  while (length < unitLength && unit[length] != '\0')
+    ++length;
+  KyInventoryAccess::setUnit(pool, target, unit, length);
+  KyInventoryAccess::setFlags(target, bytes[1 + unitLength] != 0, kyLoadBig32(bytes + 2 + unitLength));
+  advance(FIXED_SIZE + unitLength);
+  return true;
+}
+
+void KyCInventoryBinDeSerializer::readFields(KyCErrorListPool& pool, KyCInventoryParameter& target)
+{
   // A read that fails leaves its target alone, so everything starts with the value that then counts.
   unsigned char unitLength = 0;
   m_buffer->readBuffer(pool, &unitLength, sizeof unitLength, 0, -1);

@@ -36,6 +36,13 @@ struct KyCBinDeserializer::TCursor
   // Unsigned LEB128 of at most 32 bits in its shortest form, so that every number has one spelling.
   bool readVarint(std::uint32_t& value) noexcept
   {
+    if (at == end || *at >= 0x80) return readVarintSlow(value);
+    value = *at++;    // nearly all have one byte
+    return true;
+  }
+
+  __attribute__((noinline)) bool readVarintSlow(std::uint32_t& value) noexcept
+  {
     const unsigned char* const start = at;
     value = 0;
     for (unsigned int shift = 0;; shift += 7)
@@ -53,9 +60,7 @@ struct KyCBinDeserializer::TCursor
   {
     const unsigned char* bytes;
     if (!readBytes(size, bytes)) return false;
-    bits = 0;
-    for (unsigned int n = 0; n < size; ++n)
-      bits = bits << 8 | bytes[n];
+    bits = getBig(bytes, size);
     return true;
   }
 
@@ -71,13 +76,13 @@ struct KyCBinDeserializer::TCursor
   }
 };
 
-// A value as it stands in the stream: which members count follows from the type.
+// A value as it stands in the stream: which members count, and are set, follows from the type.
 struct KyCBinDeserializer::TValueIn
 {
-  std::uint64_t bits = 0;
-  const unsigned char* text = nullptr;
-  std::uint32_t length = 0;
-  std::uint32_t version[4] = {0, 0, 0, 0};
+  std::uint64_t bits;
+  const unsigned char* text;
+  std::uint32_t length;
+  std::uint32_t version[4];
 };
 
 KyCBinDeserializer::KyCBinDeserializer(KyCErrorListPool& pool)
@@ -325,8 +330,6 @@ void KyCBinDeserializer::closeRecord(const TCursor& cursor) noexcept
   const unsigned char* const start = m_buffer->getStorage() + m_buffer->getReadPosition();
   advance(static_cast<unsigned int>(cursor.at - start));
 }
-
-void KyCBinDeserializer::advance(unsigned int size) noexcept { m_buffer->m_readPosition += size; }
 
 // Nothing to report when the cursor found no damage: memory ran out then, and that is in the pool already.
 void KyCBinDeserializer::reportDamage(KyCErrorListPool& pool, const TCursor& cursor, const char* function) const

@@ -27,12 +27,6 @@ void KyCTextList::clear() noexcept
   m_count = 0;
 }
 
-std::uint32_t KyCTextList::getLength(std::uint32_t position) const noexcept
-{
-  const std::size_t end = position + 1 == m_count ? m_byteCount : m_starts[position + 1];
-  return static_cast<std::uint32_t>(end - m_starts[position] - 1);
-}
-
 const char* KyCTextList::add(KyCErrorListPool& pool, const unsigned char* text, std::uint32_t length) noexcept
 {
   if (!reserveBytes(pool, m_byteCount + length + 1) || !reserveStarts(pool, m_count + 1)) return nullptr;

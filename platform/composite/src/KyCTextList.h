@@ -21,7 +21,11 @@ public:
 
   // Texts and lengths (bytes, without the NUL) by position, 0 .. getCount()-1. A text pointer holds until the next add().
   const char* getText(std::uint32_t position) const noexcept { return m_bytes + m_starts[position]; }
-  std::uint32_t getLength(std::uint32_t position) const noexcept;
+  std::uint32_t getLength(std::uint32_t position) const noexcept
+  {
+    const std::size_t end = position + 1 == m_count ? m_byteCount : m_starts[position + 1];
+    return static_cast<std::uint32_t>(end - m_starts[position] - 1);
+  }
 
   // Copies the text; null, with "Out of memory." in the pool, when that fails.
   const char* add(KyCErrorListPool& pool, const unsigned char* text, std::uint32_t length) noexcept;

@@ -120,15 +120,52 @@ inline void setBits(void* number, unsigned int size, std::uint64_t bits) noexcep
   }
 }
 
-// Each writer returns the place behind what it wrote.
+// Each writer returns the place behind what it wrote. Big-endian numbers have 1, 2, 4 or 8 bytes.
 inline unsigned char* putBig(unsigned char* to, std::uint64_t bits, unsigned int size) noexcept
 {
-  for (unsigned int shift = size * 8; shift != 0;)
+  const auto half = [](unsigned char* p, std::uint32_t value)
   {
-    shift -= 8;
-    *to++ = static_cast<unsigned char>(bits >> shift);
+    p[0] = static_cast<unsigned char>(value >> 24);
+    p[1] = static_cast<unsigned char>(value >> 16);
+    p[2] = static_cast<unsigned char>(value >> 8);
+    p[3] = static_cast<unsigned char>(value);
+  };
+  switch (size)
+  {
+    case 1:
+      to[0] = static_cast<unsigned char>(bits);
+      break;
+    case 2:
+      to[0] = static_cast<unsigned char>(bits >> 8);
+      to[1] = static_cast<unsigned char>(bits);
+      break;
+    case 4:
+      half(to, static_cast<std::uint32_t>(bits));
+      break;
+    default:
+      half(to, static_cast<std::uint32_t>(bits >> 32));
+      half(to + 4, static_cast<std::uint32_t>(bits));
+      break;
   }
-  return to;
+  return to + size;
+}
+
+// The reader of what putBig writes.
+inline std::uint64_t getBig(const unsigned char* from, unsigned int size) noexcept
+{
+  const auto half = [](const unsigned char* p)
+  { return std::uint32_t{p[0]} << 24 | std::uint32_t{p[1]} << 16 | std::uint32_t{p[2]} << 8 | std::uint32_t{p[3]}; };
+  switch (size)
+  {
+    case 1:
+      return from[0];
+    case 2:
+      return std::uint32_t{from[0]} << 8 | std::uint32_t{from[1]};
+    case 4:
+      return half(from);
+    default:
+      return std::uint64_t{half(from)} << 32 | half(from + 4);
+  }
 }
 
 inline unsigned char* putVarint(unsigned char* to, std::uint32_t value) noexcept

@@ -69,6 +69,12 @@ public:
 protected:
   KyCBuffer* m_buffer = nullptr;    // being read; null outside a deserialization
 
+  // For hooks that read many small fields at once: the bytes of m_buffer from its read position on, how many there are,
+  // and the step behind those that were used; not more than there are.
+  const unsigned char* getUnread() const noexcept { return m_buffer->getStorage() + m_buffer->getReadPosition(); }
+  unsigned int getUnreadCount() const noexcept { return m_buffer->getWritePosition() - m_buffer->getReadPosition(); }
+  void advance(unsigned int size) noexcept { m_buffer->m_readPosition += size; }
+
   // Set by a derived class whose parameters are of a class of its own: a parameter that is no custom one is damage then,
   // since only custom ones come from createCustomParameter.
   bool m_customParametersOnly = false;
@@ -98,7 +104,6 @@ private:
   TRecord classify(TCursor& cursor) const noexcept;
   TCursor openRecord() const noexcept;
   void closeRecord(const TCursor& cursor) noexcept;
-  void advance(unsigned int size) noexcept;
   void reportDamage(KyCErrorListPool& pool, const TCursor& cursor, const char* function) const;
 
   bool readText(KyCErrorListPool& pool, TCursor& cursor, const char*& text);
