@@ -39,6 +39,13 @@ public:
 
   void* findFirst(std::uint64_t key) const noexcept    // null when none has the key
   {
+    // Keys that count up from 1 in list order, as indexes of siblings mostly do, need no hash table.
+    const std::uint32_t guess = static_cast<std::uint32_t>(key) - 1;
+    if (guess < m_recordCount)
+    {
+      const TRecord& record = m_records[guess];
+      if (record.key == key && record.back == NONE && record.entry != nullptr) return record.entry;
+    }
     const std::uint32_t root = m_byKey.slots[keySlot(key)];
     return root != NONE ? m_records[root].entry : nullptr;
   }
