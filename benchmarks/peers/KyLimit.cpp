@@ -1,6 +1,8 @@
 // The limits: plain structs with one malloc a node, and the bare copying of the stored bytes.
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
+#include <unordered_map>
 
 #include "KySystem.h"
 
@@ -156,7 +158,7 @@ void merge(Item& target, Item* source)
   destroy(source);
 }
 
-// ---- Stored form: fields one after the other, names by reference ----
+// ---- Stored form: fields one after the other, names and units as texts, which reading finds among the known ones ----
 
 class Bytes
 {
@@ -205,13 +207,13 @@ void store(Bytes& bytes, const Item& item)
     ++items;
   bytes.put(item.id);
   bytes.put(item.index);
-  bytes.put(item.name);
+  putText(bytes, item.name);
   bytes.put(parameters);
   bytes.put(items);
   for (const Parameter* p = item.firstParameter; p != nullptr; p = p->next)
   {
     bytes.put(p->id);
-    bytes.put(p->name);
+    putText(bytes, p->name);
     bytes.put(p->relevance);
     bytes.put(p->type);
     bytes.put(p->isModifiable);
@@ -261,10 +263,34 @@ const char* unitOf(const char* text, std::size_t length)
   return "";
 }
 
-Parameter* readParameter(Source& source)
+// Known is what the program itself names; that outlives every tree.
+class Names
+{
+public:
+  explicit Names(const Rack& rack)
+  {
+    for (const char* name : {"ROOT", "BOARD", "IOCHANNEL"})
+      m_names.emplace(name, name);
+    for (const auto* kinds : {&rack.boardParameters(), &rack.channelParameters()})
+      for (const ParameterKind& kind : *kinds)
+        m_names.emplace(kind.name, kind.name);
+  }
+  const char* read(Source& source) const
+  {
+    const unsigned char length = source.get<unsigned char>();
+    const auto found = m_names.find(std::string_view(source.skip(length), length));
+    if (found == m_names.end()) std::abort();
+    return found->second;
+  }
+
+private:
+  std::unordered_map<std::string_view, const char*> m_names;
+};
+
+Parameter* readParameter(Source& source, const Names& names)
 {
   const unsigned int id = source.get<unsigned int>();
-  const char* const name = source.get<const char*>();
+  const char* const name = names.read(source);
   const unsigned int relevance = source.get<unsigned int>();
   const ValueType type = source.get<ValueType>();
   const bool isModifiable = source.get<bool>();
@@ -288,17 +314,17 @@ Parameter* readParameter(Source& source)
   return p;
 }
 
-Item* read(Source& source)
+Item* read(Source& source, const Names& names)
 {
   const unsigned int id = source.get<unsigned int>();
   const unsigned int index = source.get<unsigned int>();
-  Item* const item = newItem(id, index, source.get<const char*>());
+  Item* const item = newItem(id, index, names.read(source));
   const unsigned int parameters = source.get<unsigned int>();
   const unsigned int items = source.get<unsigned int>();
   for (unsigned int n = 0; n < parameters; ++n)
-    append(item->firstParameter, item->lastParameter, readParameter(source));
+    append(item->firstParameter, item->lastParameter, readParameter(source, names));
   for (unsigned int n = 0; n < items; ++n)
-    append(item->first, item->last, read(source));
+    append(item->first, item->last, read(source, names));
   return item;
 }
 
@@ -346,10 +372,10 @@ public:
                        {}};
       case Operation::EXTRACT_MEM:
         return Measure{[=, &rack] { bytes(rack); },
-                       [=]
+                       [=, &rack]
                        {
                          Source source(*m_bytes);
-                         m_work = read(source);
+                         m_work = read(source, Names(rack));
                          return parameters;
                        },
                        drop};

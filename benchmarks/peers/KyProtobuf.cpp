@@ -56,23 +56,22 @@ void fill(Parameter& p, const ParameterKind& kind, const Value& value)
   }
 }
 
-void fillParameters(Item& item, const std::vector<ParameterKind>& kinds, const Rack& rack, unsigned int b,
-                    unsigned int c)
-{
-  unsigned int n = 0;
-  for (const ParameterKind& kind : kinds)
-    fill(*item.add_parameters(), kind, rack.value(b, c, n++));
-}
-
-Item& addItem(Item& parent, unsigned int id, unsigned int index, const char* name)
+void addItem(Item& parent, unsigned int id, unsigned int index, const char* name)
 {
   Item& item = *parent.add_items();
   item.set_id(id);
   item.set_index(index);
   item.set_description(name);
-  return item;
 }
 
+Item& board(Item& root, unsigned int b) { return *root.mutable_items(static_cast<int>(b) - 1); }
+
+Item& channel(Item& root, unsigned int b, unsigned int c)
+{
+  return *board(root, b).mutable_items(static_cast<int>(c) - 1);
+}
+
+// By place from the root, one parameter after the other, as our own tree is built by address.
 void build(Item& root, const Rack& rack, unsigned int channels)
 {
   root.set_id(rack.rootID());
@@ -80,14 +79,22 @@ void build(Item& root, const Rack& rack, unsigned int channels)
   root.set_description("ROOT");
   for (unsigned int b = 1; b <= rack.boards(); ++b)
   {
-    Item& board = addItem(root, rack.boardID(), b, "BOARD");
-    fillParameters(board, rack.boardParameters(), rack, b, 0);
+    addItem(root, rack.boardID(), b, "BOARD");
+    unsigned int n = 0;
+    for (const ParameterKind& kind : rack.boardParameters())
+      fill(*board(root, b).add_parameters(), kind, rack.value(b, 0, n++));
     for (unsigned int c = 1; c <= channels; ++c)
-      fillParameters(addItem(board, rack.channelID(), c, "IOCHANNEL"), rack.channelParameters(), rack, b, c);
+    {
+      addItem(board(root, b), rack.channelID(), c, "IOCHANNEL");
+      n = 0;
+      for (const ParameterKind& kind : rack.channelParameters())
+        fill(*channel(root, b, c).add_parameters(), kind, rack.value(b, c, n++));
+    }
   }
 }
 
-// What both trees have is the target's; the rest moves (within one arena or the heap, no copies).
+// What both trees have is the target's; the rest moves: by pointer on the heap, and as a copy from one tree's arena to
+// the other's, since each tree has a life of its own.
 void merge(Item& target, Item& source)
 {
   for (int b = 0; b < source.items_size(); ++b)
@@ -97,6 +104,12 @@ void merge(Item& target, Item& source)
     const int common = to.items_size();
     std::vector<Item*> rest(static_cast<std::size_t>(from.items_size() - common));
     if (rest.empty()) continue;
+    if (to.GetArena() != from.GetArena())
+    {
+      for (int c = common; c < from.items_size(); ++c)
+        *to.add_items() = from.items(c);
+      continue;
+    }
     from.mutable_items()->UnsafeArenaExtractSubrange(common, static_cast<int>(rest.size()), rest.data());
     for (Item* item : rest)
       to.mutable_items()->UnsafeArenaAddAllocated(item);
@@ -193,27 +206,17 @@ public:
   void release() override { m_work.reset(); }
 
 private:
-  // MergeFrom copies what a list has behind the target's; the halves on both sides are told apart as in our merge.
   std::optional<Measure> measureMerge(const Rack& rack)
   {
     const double parameters = rack.parameterCount();
     return Measure{[=, &rack]
                    {
                      m_work = make(rack, rack.channels() / 2);
-                     if (m_isArena)
-                     {
-                       m_source = Arena::CreateMessage<Item>(m_work->arena.get());
-                       build(*m_source, rack, rack.channels());
-                     }
-                     else
-                     {
-                       m_other = make(rack, rack.channels());
-                       m_source = m_other->root;
-                     }
+                     m_other = make(rack, rack.channels());
                    },
                    [=]
                    {
-                     merge(*m_work->root, *m_source);
+                     merge(*m_work->root, *m_other->root);
                      m_other.reset();
                      return parameters;
                    },
@@ -263,7 +266,6 @@ private:
   const Rack* m_bytesOf = nullptr;
   std::unique_ptr<Messages> m_work;
   std::unique_ptr<Messages> m_other;
-  Item* m_source = nullptr;
 };
 
 class ProtobufMap : public System
@@ -281,12 +283,12 @@ public:
 private:
   struct Path
   {
-    std::uint64_t board;
-    std::uint64_t channel;
-    unsigned int parameter;
+    std::string board;
+    std::string channel;
+    std::string parameter;
   };
 
-  static std::uint64_t key(unsigned int id, unsigned int index) { return static_cast<std::uint64_t>(id) << 32 | index; }
+  static std::string key(const char* name, unsigned int index) { return name + ('[' + std::to_string(index) + ']'); }
 
   void prepare(const Rack& rack)
   {
@@ -295,22 +297,22 @@ private:
     m_root.Clear();
     for (unsigned int b = 1; b <= rack.boards(); ++b)
     {
-      MappedItem& board = (*m_root.mutable_items())[key(rack.boardID(), b)];
+      MappedItem& board = (*m_root.mutable_items())[key("BOARD", b)];
       unsigned int n = 0;
       for (const ParameterKind& kind : rack.boardParameters())
-        fill((*board.mutable_parameters())[kind.id], kind, rack.value(b, 0, n++));
+        fill((*board.mutable_parameters())[kind.name], kind, rack.value(b, 0, n++));
       for (unsigned int c = 1; c <= rack.channels(); ++c)
       {
-        MappedItem& channel = (*board.mutable_items())[key(rack.channelID(), c)];
+        MappedItem& channel = (*board.mutable_items())[key("IOCHANNEL", c)];
         n = 0;
         for (const ParameterKind& kind : rack.channelParameters())
-          fill((*channel.mutable_parameters())[kind.id], kind, rack.value(b, c, n++));
+          fill((*channel.mutable_parameters())[kind.name], kind, rack.value(b, c, n++));
       }
     }
     m_paths.clear();
     for (const Target& target : randomTargets(rack, 100000))
       m_paths.push_back(
-          {key(rack.boardID(), target.board), key(rack.channelID(), target.channel), rack.channelParameters()[3].id});
+          {key("BOARD", target.board), key("IOCHANNEL", target.channel), rack.channelParameters()[3].name});
   }
 
   double lookUp()
