@@ -36,9 +36,25 @@ struct KyCBinDeserializer::TCursor
   // Unsigned LEB128 of at most 32 bits in its shortest form, so that every number has one spelling.
   bool readVarint(std::uint32_t& value) noexcept
   {
-    if (at == end || *at >= 0x80) return readVarintSlow(value);
-    value = *at++;    // nearly all have one byte
-    return true;
+    // Nearly all have one byte or two.
+    if (end - at >= 2)
+    {
+      const std::uint32_t low = at[0];
+      const std::uint32_t high = at[1];
+      if (low < 0x80)
+      {
+        value = low;
+        ++at;
+        return true;
+      }
+      if (high - 1 < 0x7F)
+      {
+        value = (low & 0x7F) | high << 7;
+        at += 2;
+        return true;
+      }
+    }
+    return readVarintSlow(value);
   }
 
   __attribute__((noinline)) bool readVarintSlow(std::uint32_t& value) noexcept
@@ -56,14 +72,6 @@ struct KyCBinDeserializer::TCursor
     }
   }
 
-  bool readBig(unsigned int size, std::uint64_t& bits) noexcept
-  {
-    const unsigned char* bytes;
-    if (!readBytes(size, bytes)) return false;
-    bits = getBig(bytes, size);
-    return true;
-  }
-
   // A length and as many bytes.
   bool readString(const unsigned char*& text, std::uint32_t& length) noexcept
   {
@@ -79,8 +87,7 @@ struct KyCBinDeserializer::TCursor
 // A value as it stands in the stream: which members count, and are set, follows from the type.
 struct KyCBinDeserializer::TValueIn
 {
-  std::uint64_t bits;
-  const unsigned char* text;
+  const unsigned char* bytes;    // of a number or a text
   std::uint32_t length;
   std::uint32_t version[4];
 };
@@ -141,6 +148,10 @@ void KyCBinDeserializer::end() noexcept
 KyCBinDeserializer::TRecord KyCBinDeserializer::nextRecord(KyCErrorListPool& pool)
 {
   TCursor cursor = openRecord();
+  // Most records are custom parameters that stand where they may.
+  const bool isParameterNext = m_depth != 0 && !m_childrenBegun && cursor.at != cursor.end;
+  if (isParameterNext && static_cast<unsigned int>(*cursor.at - RECORD_CUSTOM_PARAMETER) < TYPE_COUNT)
+    return TRecord::PARAMETER;
   const TRecord kind = classify(cursor);
   if (kind == TRecord::DAMAGED) reportDamage(pool, cursor, "nextRecord");
   return kind;
@@ -294,8 +305,8 @@ bool KyCBinDeserializer::readNewText(KyCErrorListPool& pool, TCursor& cursor, co
 
 bool KyCBinDeserializer::readValue(TCursor& cursor, unsigned int type, TValueIn& value) noexcept
 {
-  if (type == KyCParam::TYPE_STRING) return cursor.readString(value.text, value.length);
-  if (type != KyCParam::TYPE_VERSION) return cursor.readBig(numberSize(type), value.bits);
+  if (type == KyCParam::TYPE_STRING) return cursor.readString(value.bytes, value.length);
+  if (type != KyCParam::TYPE_VERSION) return cursor.readBytes(numberSize(type), value.bytes);
   for (std::uint32_t& part : value.version)
   {
     if (!cursor.readVarint(part)) return false;
@@ -308,13 +319,16 @@ bool KyCBinDeserializer::setValue(KyCErrorListPool& pool, KyCParam& parameter, c
   const unsigned int errors = pool.getErrorCount();
   const unsigned int type = parameter.getType();
   const std::uint32_t* const version = value.version;
+  if (type != KyCParam::TYPE_STRING && type != KyCParam::TYPE_VERSION)
+  {
+    moveBig(parameter.getLocation(), value.bytes, numberSize(type));
+    return true;
+  }
   if (type == KyCParam::TYPE_STRING)
     static_cast<KyCString*>(parameter.getLocation())
-        ->assign(pool, reinterpret_cast<const char*>(value.text), value.length);
-  else if (type == KyCParam::TYPE_VERSION)
-    parameter.setValueKyCVersion(pool, KyCVersion(version[0], version[1], version[2], version[3]));
+        ->assign(pool, reinterpret_cast<const char*>(value.bytes), value.length);
   else
-    setBits(parameter.getLocation(), numberSize(type), value.bits);
+    parameter.setValueKyCVersion(pool, KyCVersion(version[0], version[1], version[2], version[3]));
   return pool.getErrorCount() == errors;
 }
 

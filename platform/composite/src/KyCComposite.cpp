@@ -28,7 +28,7 @@ std::uint64_t keyOf(const KyCParam* parameter) noexcept { return parameter->getI
 
 // What a look-up reads next: the node, and its first parameters, which stand behind it in memory when a tree was built or
 // read in order. In large trees each of these lines is far away, so all of them are called for at once.
-inline void prefetch(const KyCComposite* node) noexcept
+__attribute__((always_inline)) inline void prefetch(const KyCComposite* node) noexcept
 {
   const char* const bytes = reinterpret_cast<const char*>(node);
   for (unsigned int offset = 0; offset < 448; offset += 64)
@@ -240,22 +240,27 @@ void KyCComposite::setIds(unsigned int classId, unsigned int unitId) noexcept
 KyCComposite* KyCComposite::searchChild(unsigned int classId, unsigned int unitId) const noexcept
 {
   if (!mayHave(classId)) return nullptr;
-  KyCComposite* found = nullptr;
-  KyCListIndex* index = childIndex();
-  unsigned int walked = 0;
-  for (KyCComposite* child = m_firstChild; index == nullptr && found == nullptr && child != nullptr;
-       child = child->m_next)
-  {
-    if (walked++ == WALKED_LENGTH && (index = makeChildIndex()) != nullptr) break;
-    if (child->m_classId == classId && child->m_unitId == unitId) found = child;
-  }
-  if (index != nullptr)
-  {
-    found = static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId)));
-    prefetch(found);    // harmless for null
-  }
-  if (found != nullptr) m_found = found;
+  const KyCListIndex* const index = childIndex();
+  KyCComposite* const found = index != nullptr ? static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId)))
+                                               : walkToChild(classId, unitId);
+  if (found == nullptr) return nullptr;
+  prefetch(found);
+  m_found = found;
   return found;
+}
+
+// While there is no index; makes it when the way gets too long.
+KyCComposite* KyCComposite::walkToChild(unsigned int classId, unsigned int unitId) const noexcept
+{
+  const KyCListIndex* index = nullptr;
+  unsigned int walked = 0;
+  for (KyCComposite* child = m_firstChild; child != nullptr; child = child->m_next)
+  {
+    if (walked++ == WALKED_LENGTH && (index = makeChildIndex()) != nullptr)
+      return static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId)));
+    if (child->m_classId == classId && child->m_unitId == unitId) return child;
+  }
+  return nullptr;
 }
 
 // ---- Parameters ----
@@ -324,16 +329,19 @@ KyCParam* KyCComposite::parameterBefore(const KyCParam* parameter) const noexcep
 
 KyCParam* KyCComposite::searchParameter(unsigned int id) const noexcept
 {
-  KyCListIndex* index = parameterIndex();
+  const KyCListIndex* index = parameterIndex();
   if (index != nullptr) return static_cast<KyCParam*>(index->findFirst(id));
-  unsigned int walked = 0;
-  for (KyCParam* parameter = m_firstParameter; parameter != nullptr; parameter = parameter->m_next)
+  KyCParam* parameter = m_firstParameter;
+  for (unsigned int left = WALKED_LENGTH; parameter != nullptr && left != 0; --left, parameter = parameter->m_next)
   {
     if (parameter->m_id == id) return parameter;
-    if (++walked == WALKED_LENGTH && parameter->m_next != nullptr && (index = makeParameterIndex()) != nullptr)
-      return static_cast<KyCParam*>(index->findFirst(id));
   }
-  return nullptr;
+  if (parameter == nullptr) return nullptr;
+  index = makeParameterIndex();
+  if (index != nullptr) return static_cast<KyCParam*>(index->findFirst(id));
+  while (parameter != nullptr && parameter->m_id != id)    // no memory for it
+    parameter = parameter->m_next;
+  return parameter;
 }
 
 KyCParam* KyCComposite::getParameterByIndex(unsigned int place) const noexcept

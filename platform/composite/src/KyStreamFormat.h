@@ -98,28 +98,6 @@ inline std::uint64_t bitsOf(const void* number, unsigned int size) noexcept
   }
 }
 
-inline void setBits(void* number, unsigned int size, std::uint64_t bits) noexcept
-{
-  const std::uint8_t bits8 = static_cast<std::uint8_t>(bits);
-  const std::uint16_t bits16 = static_cast<std::uint16_t>(bits);
-  const std::uint32_t bits32 = static_cast<std::uint32_t>(bits);
-  switch (size)
-  {
-    case 1:
-      std::memcpy(number, &bits8, 1);
-      break;
-    case 2:
-      std::memcpy(number, &bits16, 2);
-      break;
-    case 4:
-      std::memcpy(number, &bits32, 4);
-      break;
-    default:
-      std::memcpy(number, &bits, 8);
-      break;
-  }
-}
-
 // Each writer returns the place behind what it wrote. Big-endian numbers have 1, 2, 4 or 8 bytes.
 inline unsigned char* putBig(unsigned char* to, std::uint64_t bits, unsigned int size) noexcept
 {
@@ -150,21 +128,31 @@ inline unsigned char* putBig(unsigned char* to, std::uint64_t bits, unsigned int
   return to + size;
 }
 
-// The reader of what putBig writes.
-inline std::uint64_t getBig(const unsigned char* from, unsigned int size) noexcept
+// Stores what putBig wrote as a number of the host.
+inline void moveBig(void* number, const unsigned char* from, unsigned int size) noexcept
 {
   const auto half = [](const unsigned char* p)
   { return std::uint32_t{p[0]} << 24 | std::uint32_t{p[1]} << 16 | std::uint32_t{p[2]} << 8 | std::uint32_t{p[3]}; };
+  std::uint16_t bits16;
+  std::uint32_t bits32;
+  std::uint64_t bits64;
   switch (size)
   {
     case 1:
-      return from[0];
+      std::memcpy(number, from, 1);
+      break;
     case 2:
-      return std::uint32_t{from[0]} << 8 | std::uint32_t{from[1]};
+      bits16 = static_cast<std::uint16_t>(from[0] << 8 | from[1]);
+      std::memcpy(number, &bits16, 2);
+      break;
     case 4:
-      return half(from);
+      bits32 = half(from);
+      std::memcpy(number, &bits32, 4);
+      break;
     default:
-      return std::uint64_t{half(from)} << 32 | half(from + 4);
+      bits64 = std::uint64_t{half(from)} << 32 | half(from + 4);
+      std::memcpy(number, &bits64, 8);
+      break;
   }
 }
 

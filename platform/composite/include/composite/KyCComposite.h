@@ -163,6 +163,7 @@ private:
   }
   void enterParameterIndex(KyCParam* parameter) noexcept;
   KyCComposite* searchChild(unsigned int classId, unsigned int unitId) const noexcept;
+  KyCComposite* walkToChild(unsigned int classId, unsigned int unitId) const noexcept;
   KyCParam* searchParameter(unsigned int id) const noexcept;
   void replaceDescription(const char* description, bool isOwned) noexcept;
   bool isInside(const KyCComposite* root) const noexcept;
