@@ -18,11 +18,13 @@ unsigned int sumOfLengths(unsigned int a, unsigned int b) noexcept
 
 void copyElements(TElement* to, const TElement* from, unsigned int count) noexcept
 {
-  if (count > 4)
+  if (count > 2)
+  {
     std::memcpy(to, from, count * sizeof(TElement));
-  else
-    for (unsigned int n = 0; n < count; ++n)    // nearly always; less than a call costs
-      to[n] = from[n];
+    return;
+  }
+  if (count > 0) to[0] = from[0];    // nearly always; less than a call costs
+  if (count > 1) to[1] = from[1];
 }
 }    // namespace
 

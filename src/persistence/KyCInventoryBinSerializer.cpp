@@ -8,9 +8,9 @@
 namespace
 {
 // Reduced to 8 bits before it is limited, see the header.
-unsigned char storedUnitLength(const char* unit)
+unsigned char storedUnitLength(const KyCString& unit)
 {
-  return static_cast<unsigned char>(std::min(KyCString::strlen(unit) & 0xFFu, KY_STORED_UNIT_LIMIT));
+  return static_cast<unsigned char>(std::min(unit.length() & 0xFFu, KY_STORED_UNIT_LIMIT));
 }
 }    // namespace
 
@@ -21,14 +21,14 @@ KyCInventoryBinSerializer::~KyCInventoryBinSerializer() = default;
 void KyCInventoryBinSerializer::handleCustomParameter(KyCErrorListPool& pool, const KyCParam* parameter)
 {
   const KyCInventoryParameter& source = *KyInventoryAccess::toParameter(parameter);
-  const char* const unit = source.getUnit();
+  const KyCString& unit = KyInventoryAccess::getUnit(source);    // given as a C text, always: no NUL is in it
   const unsigned char unitLength = storedUnitLength(unit);
   const unsigned char modifiable = source.isModifiable() ? 0xFF : 0x00;
   const unsigned int relevance = source.getRelevance();
 
   KyCBuffer& buffer = *getBuffer();
   buffer.writeBuffer(pool, &unitLength, sizeof unitLength, 0, -1);
-  if (unitLength != 0) buffer.writeBuffer(pool, unit, unitLength, 1, -1);
+  if (unitLength != 0) buffer.writeBuffer(pool, unit.c_str(), unitLength, 1, -1);
   buffer.writeBuffer(pool, &modifiable, sizeof modifiable, 0, -1);
   buffer.writeBuffer(pool, &relevance, sizeof relevance, 0, -1);
 }

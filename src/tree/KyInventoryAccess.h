@@ -122,6 +122,7 @@ struct KyInventoryAccess
     parameter.m_auxInfo = info;
   }
 
+  static const KyCString& getUnit(const KyCInventoryParameter& parameter) noexcept { return parameter.m_unit; }
   static void setFlags(KyCInventoryParameter& parameter, bool modifiable, unsigned int relevance) noexcept
   {
     parameter.m_modifiable = modifiable;

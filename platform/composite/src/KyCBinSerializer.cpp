@@ -164,22 +164,24 @@ std::uint64_t KyCBinSerializer::valueRoom(const KyCParam& parameter) noexcept
 unsigned char* KyCBinSerializer::putValue(unsigned char* to, const KyCParam& parameter) noexcept
 {
   const unsigned int type = parameter.getType();
+  if (type != KyCParam::TYPE_STRING && type != KyCParam::TYPE_VERSION)
+  {
+    const unsigned int size = numberSize(type);
+    const void* const location = parameter.isExternal() ? parameter.m_value.external : &parameter.m_value;
+    moveBig(to, location, size);
+    return to + size;
+  }
   if (type == KyCParam::TYPE_STRING)
   {
     const KyCString& value = *static_cast<const KyCString*>(parameter.getLocation());
     return putBytes(putVarint(to, value.length()), value.c_str(), value.length());
   }
-  if (type == KyCParam::TYPE_VERSION)
-  {
-    const KyCVersion* const location = static_cast<const KyCVersion*>(parameter.getLocation());
-    const KyCVersion value = location != nullptr ? *location : KyCVersion();
-    to = putVarint(to, value.getMajor());
-    to = putVarint(to, value.getMinor());
-    to = putVarint(to, value.getMaintenance());
-    return putVarint(to, value.getBuild());
-  }
-  const unsigned int size = numberSize(type);
-  return putBig(to, bitsOf(parameter.getLocation(), size), size);
+  const KyCVersion* const location = static_cast<const KyCVersion*>(parameter.getLocation());
+  const KyCVersion value = location != nullptr ? *location : KyCVersion();
+  to = putVarint(to, value.getMajor());
+  to = putVarint(to, value.getMinor());
+  to = putVarint(to, value.getMaintenance());
+  return putVarint(to, value.getBuild());
 }
 
 // Room for one record at the end of the stream; null, with a report, when there is none.

@@ -33,10 +33,18 @@ std::uint32_t KyCTextTable::hashOf(const char* text) noexcept
   return hash ^ hash >> 15;
 }
 
-KyCTextTable::TSeen& KyCTextTable::seenSlot(const char* text) noexcept
+// The first one of the text's pair of places: literals lie close together, and two that meet do not push each other out.
+KyCTextTable::TSeen* KyCTextTable::seenPair(const char* text) noexcept
 {
-  const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(text);
-  return m_seen[static_cast<std::uint32_t>(address ^ address >> 8) & mask()];
+  const std::uint32_t address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(text));
+  return m_seen + ((address * 0x9E3779B9u >> 8) & mask() & ~1u);
+}
+
+void KyCTextTable::remember(const char* text, std::uint32_t position) noexcept
+{
+  TSeen* const pair = seenPair(text);
+  pair[1] = pair[0];
+  pair[0] = {text, position};
 }
 
 bool KyCTextTable::isText(std::uint32_t position, const unsigned char* storage, std::uint32_t size,
@@ -50,11 +58,12 @@ bool KyCTextTable::isText(std::uint32_t position, const unsigned char* storage, 
 
 std::uint32_t KyCTextTable::find(const unsigned char* storage, std::uint32_t size, const char* text) noexcept
 {
-  TSeen& seen = seenSlot(text);
-  if (seen.text == text && isText(seen.position, storage, size, text))
+  const TSeen* const pair = seenPair(text);
+  for (const TSeen* seen = pair; seen != pair + 2; ++seen)
   {
-    m_lastHash = m_entries[seen.position].hash;
-    return seen.position;
+    if (seen->text != text || !isText(seen->position, storage, size, text)) continue;
+    m_lastHash = m_entries[seen->position].hash;
+    return seen->position;
   }
 
   m_lastHash = hashOf(text);
@@ -64,8 +73,7 @@ std::uint32_t KyCTextTable::find(const unsigned char* storage, std::uint32_t siz
     if (slot == 0) return NOT_FOUND;
     if (m_entries[slot - 1].hash == m_lastHash && isText(slot - 1, storage, size, text))
     {
-      seen.text = text;
-      seen.position = slot - 1;
+      remember(text, slot - 1);
       return slot - 1;
     }
   }
@@ -77,9 +85,7 @@ bool KyCTextTable::add(KyCErrorListPool& pool, const char* text, std::uint32_t o
   if (m_count == m_capacity && !grow(pool)) return false;
   m_entries[m_count] = {offset, length, m_lastHash};
   insertSlot(m_count);
-  TSeen& seen = seenSlot(text);
-  seen.text = text;
-  seen.position = m_count;
+  remember(text, m_count);
   ++m_count;
   return true;
 }

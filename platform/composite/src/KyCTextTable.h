@@ -47,7 +47,8 @@ private:
   static constexpr std::uint32_t MAX_PROBES = 64;    // a text without a free slot in reach is just written again
 
   static std::uint32_t hashOf(const char* text) noexcept;
-  TSeen& seenSlot(const char* text) noexcept;
+  TSeen* seenPair(const char* text) noexcept;
+  void remember(const char* text, std::uint32_t position) noexcept;
   bool isText(std::uint32_t position, const unsigned char* storage, std::uint32_t size,
               const char* text) const noexcept;
   void insertSlot(std::uint32_t position) noexcept;
@@ -56,7 +57,8 @@ private:
   std::uint32_t mask() const noexcept { return m_capacity * 2 - 1; }
 
   TEntry* m_entries = nullptr;
-  TSeen* m_seen = nullptr;    // by pointer: the last text asked for; twice as many as entries
+  TSeen* m_seen =
+      nullptr;    // by pointer: the last two texts asked for at each pair of places; twice as many as entries
   std::uint32_t* m_slots =
       nullptr;    // by hash, open addressing: position + 1, 0 when free; behind m_seen in its block
   std::uint32_t m_count = 0;

@@ -74,63 +74,11 @@ inline unsigned int typeNumber(unsigned int type) noexcept
 // Bytes of a number's value: the low four bits of its type code.
 inline unsigned int numberSize(unsigned int type) noexcept { return type & 0xFu; }
 
-// Numbers travel as bit patterns in integer registers: a floating-point register may change a signalling NaN.
-inline std::uint64_t bitsOf(const void* number, unsigned int size) noexcept
+// Moves a number of 1, 2, 4 or 8 bytes between the host's byte order and the stream's, which is big-endian; the way back
+// is the same. Numbers travel in integer registers: a floating-point register may change a signalling NaN.
+inline void moveBig(void* to, const void* from, unsigned int size) noexcept
 {
-  std::uint8_t bits8;
-  std::uint16_t bits16;
-  std::uint32_t bits32;
-  std::uint64_t bits64;
-  switch (size)
-  {
-    case 1:
-      std::memcpy(&bits8, number, 1);
-      return bits8;
-    case 2:
-      std::memcpy(&bits16, number, 2);
-      return bits16;
-    case 4:
-      std::memcpy(&bits32, number, 4);
-      return bits32;
-    default:
-      std::memcpy(&bits64, number, 8);
-      return bits64;
-  }
-}
-
-// Each writer returns the place behind what it wrote. Big-endian numbers have 1, 2, 4 or 8 bytes.
-inline unsigned char* putBig(unsigned char* to, std::uint64_t bits, unsigned int size) noexcept
-{
-  const auto half = [](unsigned char* p, std::uint32_t value)
-  {
-    p[0] = static_cast<unsigned char>(value >> 24);
-    p[1] = static_cast<unsigned char>(value >> 16);
-    p[2] = static_cast<unsigned char>(value >> 8);
-    p[3] = static_cast<unsigned char>(value);
-  };
-  switch (size)
-  {
-    case 1:
-      to[0] = static_cast<unsigned char>(bits);
-      break;
-    case 2:
-      to[0] = static_cast<unsigned char>(bits >> 8);
-      to[1] = static_cast<unsigned char>(bits);
-      break;
-    case 4:
-      half(to, static_cast<std::uint32_t>(bits));
-      break;
-    default:
-      half(to, static_cast<std::uint32_t>(bits >> 32));
-      half(to + 4, static_cast<std::uint32_t>(bits));
-      break;
-  }
-  return to + size;
-}
-
-// Stores what putBig wrote as a number of the host.
-inline void moveBig(void* number, const unsigned char* from, unsigned int size) noexcept
-{
+  const unsigned char* const bytes = static_cast<const unsigned char*>(from);
   const auto half = [](const unsigned char* p)
   { return std::uint32_t{p[0]} << 24 | std::uint32_t{p[1]} << 16 | std::uint32_t{p[2]} << 8 | std::uint32_t{p[3]}; };
   std::uint16_t bits16;
@@ -139,23 +87,24 @@ inline void moveBig(void* number, const unsigned char* from, unsigned int size) 
   switch (size)
   {
     case 1:
-      std::memcpy(number, from, 1);
+      std::memcpy(to, from, 1);
       break;
     case 2:
-      bits16 = static_cast<std::uint16_t>(from[0] << 8 | from[1]);
-      std::memcpy(number, &bits16, 2);
+      bits16 = static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
+      std::memcpy(to, &bits16, 2);
       break;
     case 4:
-      bits32 = half(from);
-      std::memcpy(number, &bits32, 4);
+      bits32 = half(bytes);
+      std::memcpy(to, &bits32, 4);
       break;
     default:
-      bits64 = std::uint64_t{half(from)} << 32 | half(from + 4);
-      std::memcpy(number, &bits64, 8);
+      bits64 = std::uint64_t{half(bytes)} << 32 | half(bytes + 4);
+      std::memcpy(to, &bits64, 8);
       break;
   }
 }
 
+// Each writer returns the place behind what it wrote.
 inline unsigned char* putVarint(unsigned char* to, std::uint32_t value) noexcept
 {
   while (value >= 0x80)
