@@ -89,7 +89,8 @@ struct KyInventoryAccess
                                                   unsigned int relevance)
   {
     constexpr unsigned int type = KyValueAccess<T>::type;
-    auto* const parameter = new (pool) KyCInventoryParameter(pool, id, KyCParam::TStaticText{name}, type, value);
+    auto* const parameter =
+        new (pool) KyCInventoryParameter(pool, id, KyCInventoryParameter::TStaticText{name}, type, value);
     if (parameter == nullptr) return nullptr;
     parameter->m_modifiable = modifiable;
     parameter->m_relevance = relevance;
