@@ -139,6 +139,36 @@ TEST(KyListIndex, tellsKeysOf64BitsApart)
   EXPECT_EQ(nullptr, index.findFirst(0x100000000));
 }
 
+// A key that counts up from 1 is looked for at its place before it is looked up.
+TEST(KyListIndex, aKeyAtItsCountedPlaceIsFoundOnlyWhileItIsTheFirstOne)
+{
+  KyCListIndex index;
+  ASSERT_TRUE(index.reserve(40));
+  int entries[40];
+  for (unsigned int n = 0; n < 40; ++n)
+    ASSERT_TRUE(index.append(&entries[n], n + 1));
+  EXPECT_EQ(&entries[0], index.findFirst(1));
+  EXPECT_EQ(&entries[4], index.findFirst(5));
+  EXPECT_EQ(&entries[39], index.findFirst(40));
+  EXPECT_EQ(nullptr, index.findFirst(41));
+  EXPECT_EQ(nullptr, index.findFirst(0));
+  EXPECT_EQ(nullptr, index.findFirst(std::uint64_t{1} << 32 | 5));
+
+  index.changeKey(&entries[29], 30, 5);    // behind it
+  EXPECT_EQ(&entries[4], index.findFirst(5));
+  EXPECT_EQ(nullptr, index.findFirst(30));
+  index.changeKey(&entries[2], 3, 5);    // in front of it
+  EXPECT_EQ(&entries[2], index.findFirst(5));
+  index.remove(&entries[2], 5);
+  EXPECT_EQ(&entries[4], index.findFirst(5));
+  index.remove(&entries[4], 5);
+  EXPECT_EQ(&entries[29], index.findFirst(5));
+  ASSERT_TRUE(index.append(&entries[4], 5));    // to the end
+  EXPECT_EQ(&entries[29], index.findFirst(5));
+  index.remove(&entries[29], 5);
+  EXPECT_EQ(&entries[4], index.findFirst(5));
+}
+
 TEST(KyListIndex, reserveAndAppendReportMissingMemory)
 {
   KyCListIndex index;
