@@ -37,38 +37,28 @@ constexpr unsigned int TYPES[TYPE_COUNT] = {KyCParam::TYPE_INT8,    KyCParam::TY
                                             KyCParam::TYPE_UINT32,  KyCParam::TYPE_ULONG64, KyCParam::TYPE_FLOAT32,
                                             KyCParam::TYPE_FLOAT64, KyCParam::TYPE_STRING,  KyCParam::TYPE_VERSION};
 
+// The numbers of the codes of number types, which all are small; TYPE_COUNT for the others.
+struct TTypeNumbers
+{
+  unsigned char numbers[KyCParam::TYPE_FLOAT64 + 1];
+
+  constexpr TTypeNumbers() noexcept : numbers{}
+  {
+    for (unsigned char& number : numbers)
+      number = TYPE_COUNT;
+    for (unsigned int n = 0; n < TYPE_COUNT; ++n)
+    {
+      if (TYPES[n] <= KyCParam::TYPE_FLOAT64) numbers[TYPES[n]] = static_cast<unsigned char>(n);
+    }
+  }
+};
+inline constexpr TTypeNumbers TYPE_NUMBERS;
+
 // 0 .. TYPE_COUNT-1; TYPE_COUNT for a code that is none of the twelve.
 inline unsigned int typeNumber(unsigned int type) noexcept
 {
-  switch (type)
-  {
-    case KyCParam::TYPE_INT8:
-      return 0;
-    case KyCParam::TYPE_INT16:
-      return 1;
-    case KyCParam::TYPE_INT32:
-      return 2;
-    case KyCParam::TYPE_LONG64:
-      return 3;
-    case KyCParam::TYPE_UINT8:
-      return 4;
-    case KyCParam::TYPE_UINT16:
-      return 5;
-    case KyCParam::TYPE_UINT32:
-      return 6;
-    case KyCParam::TYPE_ULONG64:
-      return 7;
-    case KyCParam::TYPE_FLOAT32:
-      return 8;
-    case KyCParam::TYPE_FLOAT64:
-      return 9;
-    case KyCParam::TYPE_STRING:
-      return 10;
-    case KyCParam::TYPE_VERSION:
-      return 11;
-    default:
-      return TYPE_COUNT;
-  }
+  if (type <= KyCParam::TYPE_FLOAT64) return TYPE_NUMBERS.numbers[type];
+  return type == KyCParam::TYPE_STRING ? 10 : type == KyCParam::TYPE_VERSION ? 11 : TYPE_COUNT;
 }
 
 // Bytes of a number's value: the low four bits of its type code.
