@@ -123,8 +123,8 @@ public:
     const char* const otherName = layout.isAtEnd ? s_header : s_trailer;
     if (!other.isThere)
     {
-      m_findings.add(Severity::WARNING, KY_CHECK_MSG_RECORD_MISSING, layout.isAtEnd ? layout.dataBegin : layout.dataEnd,
-                     "", "%s", otherName);
+      m_findings.add(Severity::WARNING, KY_CHECK_MSG_RECORD_MISSING, kyFarRecordOf(m_bytes, layout).begin, "", "%s",
+                     otherName);
       return;
     }
     compare(layout, "version", &KySectionRecord::version);
@@ -458,8 +458,6 @@ bool checkSection(Findings& findings, const std::string& bytes, const std::strin
   RecordCheck records(findings, bytes);
   const bool isBroken = records.findErrors(layout);
   if (!isBroken) records.compare(layout);
-  if (layout.isAtEnd && layout.begin > 0 && kyLayoutAtStart(bytes).isThere)
-    findings.add(Severity::WARNING, KY_CHECK_MSG_TWO_SECTIONS, 0, "", nullptr);
   if (layout.dataBegin == layout.dataEnd)
   {
     if (!isBroken) findings.add(Severity::ERROR, KY_CHECK_MSG_NO_TREE, layout.dataBegin, "", nullptr);
@@ -468,10 +466,29 @@ bool checkSection(Findings& findings, const std::string& bytes, const std::strin
   return TreeCheck(findings, bytes, layout).run() && !isBroken;
 }
 
+bool readsAsTree(const std::string& bytes, const KySectionLayout& layout)
+{
+  KyCErrorListPool ignored;
+  return layout.isReadable && readTreeFromBytes(ignored, kyReadableSection(bytes, layout), "") != nullptr;
+}
+
+// What the start of the file has to do with a section that was taken from the end.
+void checkStart(Findings& findings, const std::string& bytes, const KySectionLayout& layout, bool isReadable)
+{
+  const KySectionLayout atStart = kyLayoutAtStart(bytes);
+  if (!layout.isAtEnd || layout.begin == 0 || !atStart.isThere) return;
+  const bool isStartReadable = readsAsTree(bytes, atStart);
+  if (!isReadable && isStartReadable) findings.add(Severity::NOTE, KY_CHECK_MSG_START_IS_SOUND, 0, "", nullptr);
+  if (!isReadable || kyIsSameSection(atStart, layout)) return;
+  findings.add(Severity::WARNING, isStartReadable ? KY_CHECK_MSG_TWO_SECTIONS : KY_CHECK_MSG_START_IS_DAMAGED, 0, "",
+               nullptr);
+}
+
 void check(Findings& findings, const std::string& bytes, const std::string& name)
 {
   const KySectionLayout layout = kyLayoutOf(bytes);
   const bool isReadable = checkSection(findings, bytes, name, layout);
+  checkStart(findings, bytes, layout, isReadable);
   KyCErrorListPool pool;
   const TreePointer tree = readTreeFromBytes(pool, bytes, name);
   if (tree && isReadable) checkSharedData(findings, bytes, layout, *tree);
@@ -482,6 +499,7 @@ void check(Findings& findings, const std::string& bytes, const std::string& name
 
 void conclude(CheckResult& result)
 {
+  if (result.verdict == Verdict::UNREADABLE) return;
   result.verdict = result.errors != 0 ? Verdict::DAMAGED : result.warnings != 0 ? Verdict::FINDINGS : Verdict::FINE;
 }
 }    // namespace
@@ -492,7 +510,10 @@ CheckResult checkBytes(const std::string& bytes, const std::string& name, const 
   result.name = name;
   Findings findings(result, options);
   if (bytes.size() > 0xFFFFFFFFu)
+  {
+    result.verdict = Verdict::UNREADABLE;
     findings.add(Severity::ERROR, KY_CHECK_MSG_TOO_LARGE, Finding::NOWHERE, "", "%s", name.c_str());
+  }
   else
     check(findings, bytes, name);
   conclude(result);
@@ -507,6 +528,7 @@ CheckResult checkFile(const std::string& path, const CheckOptions& options)
   if (kyReadSmallFile(pool, path, bytes)) return checkBytes(bytes, name, options);
   CheckResult result;
   result.name = name;
+  result.verdict = Verdict::UNREADABLE;
   Findings findings(result, options);
   takeReports(findings, pool);
   conclude(result);
@@ -520,7 +542,18 @@ const char* severityName(Severity severity)
 
 const char* verdictName(Verdict verdict)
 {
-  return verdict == Verdict::DAMAGED ? "damaged" : verdict == Verdict::FINDINGS ? "findings" : "fine";
+  switch (verdict)
+  {
+    case Verdict::FINE:
+      return "fine";
+    case Verdict::FINDINGS:
+      return "findings";
+    case Verdict::DAMAGED:
+      return "damaged";
+    case Verdict::UNREADABLE:
+      return "unreadable";
+  }
+  return "";
 }
 
 std::string checkAsJson(const std::vector<CheckResult>& results)

@@ -31,16 +31,20 @@ const char* const s_messages[] = {
     "The %1 has %2 bytes; 24 are usual.",
     "Here is what looks like a header; sections are read only from the start and the end of a file.",
     "The library refuses the section: %1",
+    "The section at the start of the file reads as a tree; what is damaged at the end keeps it from being read.",
+    "The file starts with the header of another section, which is damaged; the one at the end is read.",
 
     // Sections in images
     "%1 has more than 4294967295 bytes, the most that sections can be read from.",
     "%1 has a section at its %2 already.",
     "%1 has no section at its %2.",
     "Nothing is written: the section would not read back from the %2 of %1.",
+    "The section at the %2 of %1 cannot be read: %3.",
+    "%1 stays as it is: at byte %2, where the %3 of its section must be, stands %4.",
 };
 
 // The first message of each group, and the end.
-constexpr unsigned int s_groups[] = {0, 23, 27};
+constexpr unsigned int s_groups[] = {0, 25, 31};
 
 const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_groups[0]) - 1, 0x01502000};
 
@@ -76,7 +80,14 @@ const char* kyRemedyOf(unsigned int code)
       return "Read it with a newer version of the library, or restore it from a good copy.";
     case KY_CHECK_MSG_RECORD_MISSING:
     case KY_CHECK_MSG_RECORDS_DISAGREE:
-      return "Compare the tree with what it should hold, then store it again.";
+      return "Save the section: kyinventory extract FILE -o NEW. Compare the tree with what it should hold, and use "
+             "NEW.";
+    case KY_CHECK_MSG_START_IS_SOUND:
+      return "Save it: kyinventory extract FILE --at start -o NEW. Compare the tree with what it should hold, and use "
+             "NEW.";
+    case KY_CHECK_MSG_START_IS_DAMAGED:
+      return "Restore the file from a good copy, or save the section that is read: kyinventory extract FILE --at end "
+             "-o NEW.";
     case KY_CHECK_MSG_TWO_SECTIONS:
       return "Take one of them away: kyinventory strip --at start or --at end.";
     case KY_CHECK_MSG_BYTES_BEHIND_TREE:

@@ -30,12 +30,16 @@ enum KyCheckMessage : unsigned int
   KY_CHECK_MSG_LONG_RECORD = 0x1502014,           // %1 header or trailer, %2 size
   KY_CHECK_MSG_HEADER_ELSEWHERE = 0x1502015,
   KY_CHECK_MSG_READERS_DISAGREE = 0x1502016,    // %1 what the library reports
+  KY_CHECK_MSG_START_IS_SOUND = 0x1502017,
+  KY_CHECK_MSG_START_IS_DAMAGED = 0x1502018,
 
   // Sections in images
   KY_CHECK_MSG_TOO_LARGE = 0x1502800,           // %1 file
   KY_CHECK_MSG_HAS_SECTION = 0x1502801,         // %1 file, %2 start or end
   KY_CHECK_MSG_NO_SECTION_THERE = 0x1502802,    // %1 file, %2 start or end
-  KY_CHECK_MSG_NOT_READ_BACK = 0x1502803        // %1 file, %2 start or end
+  KY_CHECK_MSG_NOT_READ_BACK = 0x1502803,       // %1 file, %2 start or end
+  KY_CHECK_MSG_CANNOT_BE_FOUND = 0x1502804,     // %1 file, %2 start or end, %3 what is damaged, and where
+  KY_CHECK_MSG_NOT_BOUNDED = 0x1502805          // %1 file, %2 offset, %3 header or trailer, %4 what stands there
 };
 
 // What to do about a finding, whatever library its code is from; "" for a code that is not a finding's.

@@ -32,6 +32,17 @@ std::string sectionIn(const std::string& bytes, const KySectionLayout& layout)
   return bytes.substr(layout.begin, layout.end - layout.begin);
 }
 
+// Of the section that reading takes, as reading it reports it.
+void reportUnreadable(KyCErrorListPool& pool, const std::string& bytes, const std::string& name, SectionEnd at,
+                      const KySectionLayout& layout, const char* function)
+{
+  const unsigned int errorCount = pool.getErrorCount();
+  if (at == SectionEnd::READ) readTreeFromBytes(pool, bytes, name);
+  if (pool.getErrorCount() != errorCount) return;
+  pool.setError(KY_CHECK_MSG_CANNOT_BE_FOUND, __LINE__, function, "%s%s%s", name.c_str(),
+                layout.isAtEnd ? "end" : "start", kyLeadingDamageOf(bytes, layout).c_str());
+}
+
 // Finds a section that reads as a tree.
 bool findReadable(KyCErrorListPool& pool, const std::string& bytes, const std::string& name, SectionEnd at,
                   const char* function, KySectionLayout& layout)
@@ -46,9 +57,9 @@ bool findReadable(KyCErrorListPool& pool, const std::string& bytes, const std::s
       pool.setError(KY_CHECK_MSG_NO_SECTION_THERE, __LINE__, function, "%s%s", name.c_str(), endName(at));
     return false;
   }
-  // Of one that cannot be located, all bytes are read, for their reports.
-  const std::string section = layout.isReadable ? sectionIn(bytes, layout) : bytes;
-  return readTreeFromBytes(pool, section, name) != nullptr && layout.isReadable;
+  if (layout.isReadable) return readTreeFromBytes(pool, kyReadableSection(bytes, layout), name) != nullptr;
+  reportUnreadable(pool, bytes, name, at, layout, function);
+  return false;
 }
 
 void appendHeader(KyCErrorListPool& pool, std::string& section, unsigned int dataSize)
@@ -71,22 +82,24 @@ bool agree(const KySectionRecord& header, const KySectionRecord& trailer)
          header.dataSize == trailer.dataSize && header.trailerSize == trailer.trailerSize;
 }
 
-// A section found from either of its ends is the same only when header and trailer are there and agree.
-bool completeSection(KyCErrorListPool& pool, const std::string& section, const std::string& name, std::string& whole)
+// The section as it stands, or with a new header and trailer where one is missing or they do not agree: what is found from
+// either end is the same only then.
+bool wholeSection(KyCErrorListPool& pool, const std::string& bytes, const KySectionLayout& layout, std::string& whole)
 {
-  KySectionLayout layout;
-  if (!findReadable(pool, section, name, SectionEnd::READ, "appendSection", layout)) return false;
   if (agree(layout.header, layout.trailer))
   {
-    whole = sectionIn(section, layout);
+    whole = sectionIn(bytes, layout);
     return true;
   }
   const unsigned int errorCount = pool.getErrorCount();
   const unsigned int dataSize = static_cast<unsigned int>(layout.dataEnd - layout.dataBegin);
-  appendHeader(pool, whole, dataSize);
-  whole.append(section, layout.dataBegin, dataSize);
-  appendTrailer(pool, whole, dataSize);
-  return pool.getErrorCount() == errorCount;
+  std::string made;
+  appendHeader(pool, made, dataSize);
+  made.append(bytes, layout.dataBegin, dataSize);
+  appendTrailer(pool, made, dataSize);
+  if (pool.getErrorCount() != errorCount) return false;
+  whole.swap(made);
+  return true;
 }
 
 std::string without(const std::string& bytes, const KySectionLayout& layout)
@@ -114,9 +127,7 @@ bool extractSection(KyCErrorListPool& pool, const std::string& bytes, const std:
                     std::string& section)
 {
   KySectionLayout layout;
-  if (!findReadable(pool, bytes, name, at, "extractSection", layout)) return false;
-  section = sectionIn(bytes, layout);
-  return true;
+  return findReadable(pool, bytes, name, at, "extractSection", layout) && wholeSection(pool, bytes, layout, section);
 }
 
 bool appendSection(KyCErrorListPool& pool, std::string& image, const std::string& name, const std::string& section,
@@ -124,7 +135,12 @@ bool appendSection(KyCErrorListPool& pool, std::string& image, const std::string
 {
   const SectionEnd at = wantedEnd == SectionEnd::READ ? SectionEnd::END : wantedEnd;
   std::string whole;
-  if (!completeSection(pool, section, "the section", whole)) return false;
+  KySectionLayout layout;
+  if (!findReadable(pool, section, "the section", SectionEnd::READ, "appendSection", layout) ||
+      !wholeSection(pool, section, layout, whole))
+  {
+    return false;
+  }
   std::string rest = image;
   if (layoutAt(image, at).isThere)
   {
@@ -149,7 +165,11 @@ bool appendSection(KyCErrorListPool& pool, std::string& image, const std::string
 bool stripSection(KyCErrorListPool& pool, std::string& image, const std::string& name, SectionEnd at)
 {
   KySectionLayout layout;
-  if (!findReadable(pool, image, name, at, "stripSection", layout)) return false;
+  if (!findReadable(pool, image, name, at, "stripSection", layout) ||
+      !kyIsBounded(pool, image, name, layout, "stripSection"))
+  {
+    return false;
+  }
   image = without(image, layout);
   return true;
 }

@@ -10,6 +10,7 @@
 
 #include "KyFileReplacement.h"
 #include "KyKitMessages.h"
+#include "KySectionLayout.h"
 #include "composite/KyCBuffer.h"
 #include "inventory/KyCInventoryData.h"
 
@@ -164,12 +165,18 @@ bool isOrdinaryOrMissing(KyCErrorListPool& pool, const std::string& path)
   return false;
 }
 
-// Whether the section reads as a tree: what cannot be read must not be written over. An empty one holds nothing to lose.
+// Whether the section reads as a tree: what cannot be read must not be written over. An empty one holds nothing to lose. Nor
+// may a damaged header or trailer stay beside a new section.
 bool mayReplace(KyCErrorListPool& pool, const std::string& bytes, const std::string& path, SectionPlace& place)
 {
   const unsigned int errorCount = pool.getErrorCount();
   unsigned int dataSize = 0;
-  if (locate(pool, bytes, place, dataSize)) return dataSize == 0 || readTreeFromBytes(pool, bytes, path) != nullptr;
+  if (locate(pool, bytes, place, dataSize))
+  {
+    const bool isSafe = dataSize == 0 || readTreeFromBytes(pool, bytes, path) != nullptr;
+    const KySectionLayout layout = place.isAtEnd ? kyLayoutAtEnd(bytes) : kyLayoutAtStart(bytes);
+    return isSafe && kyIsBounded(pool, bytes, path, layout, "replaceTree");
+  }
   if (pool.getErrorCount() == errorCount)
     pool.setError(KY_KIT_MSG_NO_SECTION, __LINE__, "replaceTree", "%s", path.c_str());
   return false;

@@ -47,6 +47,30 @@ KySectionLayout kyLayoutAtStart(const std::string& bytes);
 // that is empty counts only when there is none at the start, or another empty one.
 KySectionLayout kyLayoutOf(const std::string& bytes);
 
+// The section as it can be read from the side that it was found from: one found by its header without a trailer, and with a
+// zero, which ends no trailer, in its place.
+std::string kyReadableSection(const std::string& bytes, const KySectionLayout& layout);
+
+// The record at the other side of a readable section: the header of one at the end, the trailer of one at the start.
+struct KyFarRecord
+{
+  const char* name = nullptr;
+  std::size_t begin = 0;    // of the record, or of what there is of it
+  bool isSound = false;     // it is usable, or not there at all: the file begins, or ends, with the data
+};
+KyFarRecord kyFarRecordOf(const std::string& bytes, const KySectionLayout& layout);
+
+// Whether it is certain where a readable section begins and ends, so that no dead bytes stay when it is taken away; a report
+// of what stands there otherwise.
+bool kyIsBounded(KyCErrorListPool& pool, const std::string& bytes, const std::string& name,
+                 const KySectionLayout& layout, const char* function);
+
+// What keeps a section that is there from being read, with its place: "its header, at byte 0, is of version 2".
+std::string kyLeadingDamageOf(const std::string& bytes, const KySectionLayout& layout);
+
+// Whether the section that the header at the start of a file is about takes in the one found at its end: both are one then.
+bool kyIsSameSection(const KySectionLayout& atStart, const KySectionLayout& atEnd);
+
 // A file that may be too large for memory blocks: 32 bits of size.
 bool kyReadSmallFile(KyCErrorListPool& pool, const std::string& path, std::string& bytes);
 }    // namespace KyNInventoryKit

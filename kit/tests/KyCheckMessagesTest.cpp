@@ -38,7 +38,7 @@ TEST(KyCheckMessages, standInTheErrorCodesPageWithTheSameTextsAndRemedies)
     EXPECT_REPORTS(pool, {code, "test", columns[1].substr(1, columns[1].size() - 2)});
     EXPECT_EQ(code < 0x1502800 ? kyRemedyOf(code) : columns[4], columns[4]);
   }
-  EXPECT_EQ(count, 27u);
+  EXPECT_EQ(count, 31u);
 }
 
 TEST(KyCheckMessages, codesOfNoFindingHaveNoRemedy) { EXPECT_STREQ(kyRemedyOf(0x1300000), ""); }

@@ -50,6 +50,10 @@ const std::string sample = sectionOfData(sampleStream);
 const std::string root = "01 01 01 01 00 04 52 4F 4F 54 ";    // version; ROOT
 const std::string name = "24 03 00 04 4E 41 4D 45 05 ";       // NAME, UInt8, 5, no custom part
 const std::string custom = "00 00 00 00 00 00 ";              // no unit
+const std::string startIsSound =
+    "note 0x1502017 @0 : The section at the start of the file reads as a tree; what is damaged at the end keeps it "
+    "from "
+    "being read.\n";
 const std::string sharedIndex = "B7 04 00 11 53 48 41 52 45 44 5F 44 41 54 41 5F 49 4E 44 45 58 ";    // ID, description
 }    // namespace
 
@@ -103,8 +107,7 @@ TEST(KyCheck, recordsThatDisagreeAreWarnings)
 TEST(KyCheck, unusableTrailerIsAnErrorAlsoWhenTheHeaderIsFine)
 {
   EXPECT_EQ(check(headerOf({39}) + sampleStream + trailerOf({39, 24, 24, 2})),
-            "error 0x1502004 @63 : The trailer is of version 2; only version 1 can be read.\n"
-            "warning 0x1502008 @0 : The file has a section at its start, too; only the one at its end is read.\n");
+            "error 0x1502004 @63 : The trailer is of version 2; only version 1 can be read.\n" + startIsSound);
   EXPECT_EQ(check(sampleStream + trailerOf({39, 24, 23, 2})),
             "error 0x1502003 @39 : The trailer gives its own size as 23 bytes; 24 are the least.\n");
   EXPECT_EQ(check(sampleStream + trailerOf({40})),
@@ -141,6 +144,58 @@ TEST(KyCheck, sectionsAtBothEndsAreAWarning)
 {
   EXPECT_EQ(check(sample + "image" + sample),
             "warning 0x1502008 @0 : The file has a section at its start, too; only the one at its end is read.\n");
+}
+
+TEST(KyCheck, oneSectionSeenFromBothEndsIsOne)
+{
+  // The trailer is damaged: the tree can be saved from the start.
+  EXPECT_EQ(check(headerOf({39}) + sampleStream + trailerOf({9999})),
+            "error 0x1502005 @63 : By the trailer, 10023 bytes are needed; the file has 87.\n" + startIsSound);
+  EXPECT_EQ(check(headerOf({39}) + sampleStream + trailerOf({35})),
+            "warning 0x1502006 @4 : The header of the section is missing or damaged.\n"
+            "error 0x1502001 @28 : The stored tree is of version 0; only version 1 can be read.\n" +
+                startIsSound);
+  // The header is: it is read from the end all the same.
+  EXPECT_EQ(check(headerOf({39, 24, 24, 9}) + sampleStream + trailerOf({39})),
+            "warning 0x1502007 @0 : Header and trailer disagree about the version: 9 and 1.\n");
+  EXPECT_EQ(check(headerOf({39, 23}) + sampleStream + trailerOf({39})),
+            "warning 0x1502007 @0 : Header and trailer disagree about the header size: 23 and 24.\n");
+  EXPECT_EQ(check(headerOf({0, 0, 0}) + sampleStream + trailerOf({39})),
+            "warning 0x1502007 @0 : Header and trailer disagree about the header size: 0 and 24.\n"
+            "warning 0x1502007 @0 : Header and trailer disagree about the data size: 0 and 39.\n"
+            "warning 0x1502007 @0 : Header and trailer disagree about the trailer size: 0 and 24.\n");
+}
+
+TEST(KyCheck, ofTwoSectionsTheSoundOneIsNotToBeStripped)
+{
+  const std::string damagedTrailer = headerOf({39}) + sampleStream + trailerOf({39, 24, 24, 3});
+  EXPECT_EQ(check(sample + "image" + damagedTrailer),
+            "error 0x1502004 @155 : The trailer is of version 3; only version 1 can be read.\n" + startIsSound);
+  const std::string damagedHeader = headerOf({39, 24, 24, 9}) + sampleStream + trailerOf({39});
+  EXPECT_EQ(check(damagedHeader + "image" + sample),
+            "warning 0x1502018 @0 : The file starts with the header of another section, which is damaged; the one at "
+            "the end is read.\n");
+}
+
+TEST(KyCheck, everyFlippedBitOfASectionLeavesItOneSection)
+{
+  const KyRecordingListener listener;
+  for (std::size_t bit = 0; bit < 8 * sample.size(); ++bit)
+  {
+    std::string bytes = sample;
+    bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ 1 << bit % 8);
+    const std::string lines = check(bytes);
+    EXPECT_EQ(lines.find("0x1502008"), std::string::npos) << bit << "\n" << lines;
+    EXPECT_EQ(lines.find("0x1502018"), std::string::npos) << bit << "\n" << lines;
+  }
+}
+
+TEST(KyCheck, damagedHeaderMarkIsFoundWhereTheHeaderBegins)
+{
+  std::string bytes = sample;
+  bytes[2] = 'W';
+  EXPECT_EQ(check(bytes), "warning 0x1502006 @0 : The header of the section is missing or damaged.\n");
+  EXPECT_EQ(check("image" + bytes), "warning 0x1502006 @5 : The header of the section is missing or damaged.\n");
 }
 
 TEST(KyCheck, damageHasItsOffsetInTheFileAndTheAddressInFrontOfIt)
@@ -293,6 +348,9 @@ TEST(KyCheck, missingFileAndFolderAreFindings)
   const std::string missing = folder.path("missing");
   EXPECT_EQ(linesOf(checkFile(missing, {})),
             "error 0x1500000 @- : Cannot read " + missing + ": No such file or directory.\n");
+  EXPECT_EQ(checkFile(missing, {}).verdict, Verdict::UNREADABLE);
+  EXPECT_EQ(checkFile(folder.path(), {}).verdict, Verdict::UNREADABLE);
+  EXPECT_STREQ(verdictName(Verdict::UNREADABLE), "unreadable");
   EXPECT_EQ(linesOf(checkFile(folder.path(), {})), "error 0x1500001 @- : " + folder.path() + " is a folder.\n");
 }
 
@@ -327,7 +385,8 @@ TEST(KyCheck, jsonHasEveryFindingWithItsPlace)
             "        \"codeText\": \"0x1502006\",\n"
             "        \"offset\": 0,\n"
             "        \"text\": \"The header of the section is missing or damaged.\",\n"
-            "        \"remedy\": \"Compare the tree with what it should hold, then store it again.\"\n"
+            "        \"remedy\": \"Save the section: kyinventory extract FILE -o NEW. Compare the tree with "
+            "what it should hold, and use NEW.\"\n"
             "      }\n"
             "    ]\n"
             "  }\n"

@@ -131,8 +131,80 @@ TEST_F(KyImage, sectionThatLostItsHeaderOrTrailerGetsANewOne)
     std::string image = "firmware";
     EXPECT_TRUE(appendSection(m_pool, image, "f", section, SectionEnd::END, Replace::NO));
     EXPECT_EQ(image, "firmware" + sample);
-    EXPECT_EQ(extracted(section), section);    // as it stands
+    EXPECT_EQ(extracted(section), sample);    // as it was
   }
+}
+
+TEST_F(KyImage, sectionDamagedAtOneEndIsSavedFromTheOther)
+{
+  const std::string header = headerOf({39});
+  const std::string trailer = trailerOf({39});
+  for (const SectionSizes& sizes : {SectionSizes{39, 24, 24, 2}, SectionSizes{9999}, SectionSizes{35}})
+    EXPECT_EQ(extracted(header + sampleStream + trailerOf(sizes), SectionEnd::START), sample);
+  for (const SectionSizes& sizes : {SectionSizes{39, 24, 24, 9}, SectionSizes{9999}, SectionSizes{35}})
+  {
+    EXPECT_EQ(extracted(headerOf(sizes) + sampleStream + trailer), sample);
+    EXPECT_EQ(extracted("firmware" + headerOf(sizes) + sampleStream + trailer, SectionEnd::END), sample);
+  }
+}
+
+TEST_F(KyImage, damagedEndThatWasAskedForIsReportedWithItsPlace)
+{
+  std::string section;
+  EXPECT_FALSE(extractSection(m_pool, headerOf({39, 24, 24, 9}) + sampleStream + trailerOf({39}), "f",
+                              SectionEnd::START, section));
+  EXPECT_REPORTS(m_pool, {0x1502804, "extractSection",
+                          "The section at the start of f cannot be read: its header, at byte 0, is of version 9."});
+  std::string image = headerOf({39}) + sampleStream + trailerOf({39, 24, 23});
+  EXPECT_FALSE(stripSection(m_pool, image, "f", SectionEnd::END));
+  EXPECT_REPORTS(m_pool,
+                 {0x1502804, "stripSection",
+                  "The section at the end of f cannot be read: its trailer, at byte 63, gives its own size as 23 "
+                  "bytes."});
+  EXPECT_FALSE(extractSection(m_pool, sample.substr(0, 60), "f", SectionEnd::START, section));
+  EXPECT_REPORTS(m_pool, {0x1502804, "extractSection",
+                          "The section at the start of f cannot be read: its header, at byte 0, asks for 63 bytes, "
+                          "and the file has 60."});
+}
+
+TEST_F(KyImage, sectionIsNotTakenAwayWithoutItsDamagedHeaderOrTrailer)
+{
+  std::string damagedMark = sample;
+  damagedMark[2] = 'W';
+  const struct
+  {
+    std::string image;
+    const char* report;
+  } cases[] = {
+      {"firmware" + headerOf({39, 24, 24, 9}) + sampleStream + trailerOf({39}),
+       "f stays as it is: at byte 8, where the header of its section must be, stands one of version 9."},
+      {damagedMark,
+       "f stays as it is: at byte 0, where the header of its section must be, stands none: its mark reads 49 4E 57 45 "
+       "55 4B 59 AA."},
+      {sample.substr(4),
+       "f stays as it is: at byte 0, where the header of its section must be, stands none: the trailer gives its "
+       "size as 24 bytes, and there are 20."},
+      {headerOf({39}) + sampleStream + trailerOf({39, 24, 24, 2}) + "firmware",
+       "f stays as it is: at byte 63, where the trailer of its section must be, stands one of version 2."},
+      {sample.substr(0, 86) + '\xAB',
+       "f stays as it is: at byte 63, where the trailer of its section must be, stands none: its mark reads 49 4E 56 "
+       "45 55 4B 59 AB."},
+      {sample.substr(0, 70),
+       "f stays as it is: at byte 63, where the trailer of its section must be, stands none: the header gives its "
+       "size as 24 bytes, and there are 7."},
+      {"firmware that is long enough" + headerOf({39}) + sampleStream + trailerOf({39, 280}),
+       "f stays as it is: at byte 0, where the header of its section must be, stands none: the trailer gives its "
+       "size as 280 bytes, and there are 52."}};
+  for (const auto& one : cases)
+  {
+    std::string image = one.image;
+    EXPECT_FALSE(stripSection(m_pool, image, "f", SectionEnd::READ));
+    EXPECT_REPORTS(m_pool, {0x1502805, "stripSection", one.report});
+    EXPECT_EQ(image, one.image);
+    EXPECT_EQ(extracted(image), sample);
+  }
+  EXPECT_EQ(stripped(sample.substr(24)), "");    // nothing there that could be damaged
+  EXPECT_EQ(stripped(sample.substr(0, 63)), "");
 }
 
 TEST_F(KyImage, longHeadersAndTrailersStay)

@@ -152,6 +152,29 @@ TEST_F(KySectionFile, aSectionWithoutItsHeaderOrTrailerIsReplacedToo)
   EXPECT_EQ(contentOf(noTrailer), changed);
 }
 
+TEST_F(KySectionFile, aDamagedHeaderOrTrailerIsNotLeftBesideANewSection)
+{
+  KySampleTree sample("ROOT/BOARD[2] SIZE=2");
+  std::string damaged = section("ROOT");
+  damaged[11] = '\x09';
+  const std::string atEnd = m_folder.write("end", "firmware" + damaged);
+  EXPECT_FALSE(replaceTree(m_pool, atEnd, sample.root()));
+  EXPECT_REPORTS(m_pool, {0x1502805, "replaceTree",
+                          atEnd + " stays as it is: at byte 8, where the header of its section must be, stands one of "
+                                  "version 9."});
+  EXPECT_EQ(contentOf(atEnd), "firmware" + damaged);
+
+  damaged = section("ROOT");
+  damaged[damaged.size() - 9] = '\x09';
+  const std::string atStart = m_folder.write("start", damaged + "firmware that is longer than a trailer");
+  EXPECT_FALSE(replaceTree(m_pool, atStart, sample.root()));
+  EXPECT_REPORTS(m_pool,
+                 {0x1502805, "replaceTree",
+                  atStart + " stays as it is: at byte 35, where the trailer of its section must be, stands one of "
+                            "version 9."});
+  EXPECT_EQ(contentOf(atStart), damaged + "firmware that is longer than a trailer");
+}
+
 TEST_F(KySectionFile, replacingWithoutASectionIsReportedAndTheFileStays)
 {
   KySampleTree sample("ROOT");

@@ -60,6 +60,62 @@ TEST_F(Check, damagedFileIsExitCode3WithTheOffsetInTheFile)
           path("a.kyinv") + ": damaged, 1 error\n");
 }
 
+TEST_F(Check, sectionWithADamagedTrailerIsSavedAsTheRemedySays)
+{
+  std::string bytes = contentOf(store("a.kyinv", "ROOT NAME=\"I/O\""));
+  const std::string before = bytes;
+  bytes[bytes.size() - 9] = '\x02';    // the version
+  write("a.kyinv", bytes);
+  const std::string file = path("a.kyinv");
+  const std::string at = std::to_string(bytes.size() - 24);
+  const Outcome outcome = run("check " + file);
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.out, file + ": error at byte " + at +
+                             " (0x35): The trailer is of version 2; only version 1 can be read. (0x1502004)\n"
+                             "    Read it with a newer version of the library, or restore it from a good copy.\n" +
+                             file +
+                             ": note at byte 0 (0x0): The section at the start of the file reads as a tree; what is "
+                             "damaged at the end keeps it from being read. (0x1502017)\n"
+                             "    Save it: kyinventory extract FILE --at start -o NEW. Compare the tree with what it "
+                             "should hold, and use NEW.\n" +
+                             file + ": damaged, 1 error, 1 note\n");
+  EXPECT_EQ(run("extract " + file + " --at start -o " + path("new")).exitCode, 0);
+  EXPECT_EQ(contentOf(path("new")), before);
+}
+
+TEST_F(Check, controlCharactersOfFileNamesAreShownAsBytes)
+{
+  store("a\x1B[1m\nb", "ROOT");
+  EXPECT_EQ(run("check '" + path("a\x1B[1m\nb") + "'").out, path("a\\x1B[1m\\x0Ab") + ": fine\n");
+  EXPECT_EQ(run("check '" + path("no\x1B") + "'").out, path("no\\x1B") + ": error: Cannot read " + path("no\\x1B") +
+                                                           ": No such file or directory. (0x1500000)\n"
+                                                           "    Check the path and the permissions.\n" +
+                                                           path("no\\x1B") + ": unreadable, 1 error\n");
+}
+
+TEST_F(Check, readingADamagedOrCutFileLeadsToIt)
+{
+  const std::string bytes = contentOf(store("a.kyinv", "ROOT NAME=\"I/O\""));
+  std::string damaged = bytes;
+  damaged[bytes.size() - 25] = '\x07';
+  write("damaged", damaged);
+  write("cut", bytes.substr(0, bytes.size() - 30));
+  Outcome outcome = run("show " + path("damaged"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err.substr(outcome.err.find("kyinventory: what to do: ")),
+            "kyinventory: what to do: Get the bytes from their source again; of a file, kyinventory check FILE tells "
+            "where it is damaged.\n");
+  outcome = run("get " + path("cut") + " NAME");
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("cut") +
+                             ": Cannot read from file. (0x1300005, readInventoryDataHeaderFromFile)\n"
+                             "kyinventory: Error while reading inventory data from file " +
+                             path("cut") +
+                             ". (0x1300003, readInventoryDataFromFile)\n"
+                             "kyinventory: what to do: kyinventory check FILE tells where; restore the file, and check "
+                             "the medium.\n");
+}
+
 TEST_F(Check, theWorstOfSeveralFilesGivesTheExitCode)
 {
   const std::string fine = store("fine", "ROOT");
@@ -71,7 +127,7 @@ TEST_F(Check, theWorstOfSeveralFilesGivesTheExitCode)
   EXPECT_EQ(outcome.out.find(path("missing") + ": error: Cannot read " + path("missing") +
                              ": No such file or directory. (0x1500000)\n"
                              "    Check the path and the permissions.\n" +
-                             path("missing") + ": damaged, 1 error\n" + findings + ": warning at"),
+                             path("missing") + ": unreadable, 1 error\n" + findings + ": warning at"),
             0u)
       << outcome.out;
 }
@@ -112,7 +168,7 @@ TEST_F(Check, jsonIsAnArrayOfFiles)
                 "    \"file\": \"" +
                 path("missing") +
                 "\",\n"
-                "    \"verdict\": \"damaged\",\n"
+                "    \"verdict\": \"unreadable\",\n"
                 "    \"errors\": 1,\n"
                 "    \"warnings\": 0,\n"
                 "    \"notes\": 0,\n"

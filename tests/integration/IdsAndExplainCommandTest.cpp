@@ -44,7 +44,7 @@ TEST_F(IdsAndExplain, explainTellsCauseAndRemedy)
       "Library:      libKyInventoryTree\n"
       "Reported by:  readInventoryDataHeaderFromFile, readInventoryDataTrailerFromFile\n"
       "Cause:        The file is shorter than its section says, or the medium failed.\n"
-      "What to do:   Restore the file; check the medium.\n";
+      "What to do:   kyinventory check FILE tells where; restore the file, and check the medium.\n";
   for (const char* code : {"0x1300005", "19922949", "'kyinventory: a: Cannot read from file. (0x1300005, read)'"})
   {
     const Outcome outcome = run(std::string("explain ") + code);
@@ -72,7 +72,7 @@ TEST_F(IdsAndExplain, explainAsJson)
             "  \"text\": \"Cannot read from file.\",\n"
             "  \"reportedBy\": \"readInventoryDataHeaderFromFile, readInventoryDataTrailerFromFile\",\n"
             "  \"cause\": \"The file is shorter than its section says, or the medium failed.\",\n"
-            "  \"remedy\": \"Restore the file; check the medium.\"\n"
+            "  \"remedy\": \"kyinventory check FILE tells where; restore the file, and check the medium.\"\n"
             "}\n");
 }
 

@@ -133,6 +133,55 @@ TEST_F(Image, damagedSectionIsNotTakenAway)
   EXPECT_EQ(run("extract " + path("image") + " -o " + path("new")).exitCode, 3);
 }
 
+TEST_F(Image, sectionWithADamagedHeaderIsNotTakenAwayInPart)
+{
+  std::string bytes = "firmware" + m_section;
+  bytes[8 + 11] = '\x09';    // the version
+  write("image", bytes);
+  const std::string whatToDo =
+      "kyinventory: what to do: Save the section: kyinventory extract FILE -o NEW. Where what stands there is the "
+      "damaged "
+      "record, cut the section off by other means: it begins with a header's byte named here, and ends 24 bytes behind "
+      "a "
+      "trailer's.\n";
+  const std::string refusal = "kyinventory: " + path("image") +
+                              " stays as it is: at byte 8, where the header of its section must be, stands one of "
+                              "version 9. (0x1502805, ";
+  Outcome outcome = run("strip " + path("image"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, refusal + "stripSection)\n" + whatToDo);
+  outcome = run("append --replace " + path("image") + " " + path("other"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err, refusal + "stripSection)\n" + whatToDo);
+  outcome = run("set " + path("image") + " CPU[2]/SIZE=8");
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(outcome.err, refusal + "replaceTree)\n" + whatToDo);
+  EXPECT_EQ(contentOf(path("image")), bytes);
+  expectSilence("extract " + path("image") + " -o " + path("new"));
+  EXPECT_EQ(contentOf(path("new")), m_section);
+}
+
+TEST_F(Image, damagedEndThatIsNamedIsReportedWithItsPlace)
+{
+  std::string bytes = m_section;
+  bytes[11] = '\x09';
+  write("image", bytes);
+  const std::string report = "kyinventory: The section at the start of " + path("image") +
+                             " cannot be read: its header, at byte 0, is of version 9. (0x1502804, ";
+  const std::string whatToDo =
+      "kyinventory: what to do: kyinventory check FILE tells more; where the section can be read from its other end, "
+      "kyinventory extract FILE --at start or --at end saves it.\n";
+  Outcome outcome = run("strip " + path("image") + " --at start -o " + path("new"));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.err, report + "stripSection)\n" + whatToDo);
+  outcome = run("extract " + path("image") + " --at start -o -");
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, report + "extractSection)\n" + whatToDo);
+  EXPECT_FALSE(std::filesystem::exists(path("new")));
+}
+
 TEST_F(Image, modeIsKeptAndNothingIsLeftBeside)
 {
   ASSERT_EQ(::chmod(path("image").c_str(), 0640), 0);

@@ -119,6 +119,13 @@ TEST_F(Inspect, damagedSectionIsShownUpToTheDamageWithExitCode3)
       << outcome.out;
 }
 
+TEST_F(Inspect, controlCharactersOfFileNamesAreShownAsBytes)
+{
+  store("a\x1B[1m", "ROOT");
+  const std::string out = run("inspect '" + path("a\x1B[1m") + "'").out;
+  EXPECT_EQ(out.substr(0, out.find('\n')), "File        " + path("a\\x1B[1m") + ", 59 bytes");
+}
+
 TEST_F(Inspect, jsonHasTheSameFields)
 {
   const Outcome outcome = run("inspect --json " + store("a", "ROOT SIZE=7"));

@@ -47,7 +47,7 @@ void print(Output& out, const std::string& file, const Finding& finding)
   if (finding.offset != Finding::NOWHERE)
     out.text(" at byte " + std::to_string(finding.offset) + " (" + hex(finding.offset) + ")");
   if (!finding.address.empty()) out.text(", ").data(finding.address, Style::NAME);
-  out.text(": ").data(finding.text).text(" (" + hex(finding.code) + ")\n");
+  out.text(": ").data(withoutControls(finding.text)).text(" (" + hex(finding.code) + ")\n");
   if (!finding.remedy.empty()) out.text("    ").text(finding.remedy).text("\n");
   if (finding.more != 0)
     out.data(file).text(": " + std::to_string(finding.more) + " more of " + hex(finding.code) + "; --all lists them\n");
@@ -55,14 +55,15 @@ void print(Output& out, const std::string& file, const Finding& finding)
 
 void print(Output& out, const CheckResult& result)
 {
+  const std::string file = withoutControls(result.name);
   for (const Finding& finding : result.findings)
-    print(out, result.name, finding);
+    print(out, file, finding);
   std::vector<std::string> counts;
   if (result.verdict != Verdict::FINDINGS) counts.push_back(KyNInventoryKit::verdictName(result.verdict));
   if (result.errors != 0) counts.push_back(counted(result.errors, "error"));
   if (result.warnings != 0) counts.push_back(counted(result.warnings, "warning"));
   if (result.notes != 0) counts.push_back(counted(result.notes, "note"));
-  out.data(result.name).text(": ");
+  out.data(file).text(": ");
   for (std::size_t n = 0; n < counts.size(); ++n)
     out.text(n == 0 ? "" : ", ").text(counts[n]);
   out.text("\n");
@@ -70,7 +71,7 @@ void print(Output& out, const CheckResult& result)
 
 int exitCodeOf(Verdict verdict)
 {
-  return verdict == Verdict::DAMAGED ? EXIT_INPUT : verdict == Verdict::FINDINGS ? EXIT_NO : EXIT_OK;
+  return verdict == Verdict::FINE ? EXIT_OK : verdict == Verdict::FINDINGS ? EXIT_NO : EXIT_INPUT;
 }
 
 int check(const CheckArguments& arguments)

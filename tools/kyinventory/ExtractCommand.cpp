@@ -48,9 +48,12 @@ void addExtractCommand(CLI::App& program, int& exitCode)
   command->add_flag("--force", arguments->target.isForced, "Let -o write over an existing file");
   addSectionEndOption(*command, arguments->at,
                       "Which section, in a file with two; default: the one that reading takes");
-  setManual(*command,
-            {"Writes the section byte for byte as it stands in the image, once it has been found to read as a "
-             "tree. IMAGE stays as it is.",
-             {{"kyinventory extract firmware.bin -o rack.kyinv", "takes the section out as a file"}}});
+  setManual(
+      *command,
+      {"Writes the section byte for byte as it stands in the image, once it has been found to read as a "
+       "tree. A header or trailer that is missing or damaged is written anew: of a section that is damaged at one "
+       "end, --at start or --at end names the sound one. IMAGE stays as it is.",
+       {{"kyinventory extract firmware.bin -o rack.kyinv", "takes the section out as a file"},
+        {"kyinventory extract --at start damaged.kyinv -o rack.kyinv", "saves a tree whose trailer is damaged"}}});
   command->callback([arguments, &exitCode]() { exitCode = extract(*arguments); });
 }

@@ -75,7 +75,7 @@ void printIDs(Output& out, const Inspection& inspection)
 void print(Output& out, const Inspection& inspection)
 {
   const Inspection& i = inspection;
-  line(out, "File", i.name + ", " + number(i.fileSize) + " bytes");
+  line(out, "File", withoutControls(i.name) + ", " + number(i.fileSize) + " bytes");
   line(out, "Section",
        "bytes " + number(i.begin) + " to " + number(i.end) + ", " + number(i.end - i.begin) + " bytes, found by its " +
            (i.isAtEnd ? "trailer" : "header") + "; " + number(i.begin) + " bytes in front, " +

@@ -47,7 +47,8 @@ void addStripCommand(CLI::App& program, int& exitCode)
       *command,
       {"Leaves the image as it was before the section was appended, byte for byte. IMAGE is changed in place, and "
        "keeps its mode and owner, unless -o names another file. A section that does not read as a tree is not "
-       "taken away: where it begins is not certain.",
+       "taken away, nor is one whose header or trailer is damaged: where it begins or ends is not certain. "
+       "kyinventory extract saves the section of such a file.",
        {{"kyinventory strip firmware.bin", "takes the section away"},
         {"kyinventory strip firmware.bin -o plain.bin", "stores what is left as another file"}}});
   command->callback([arguments, &exitCode]() { exitCode = strip(*arguments); });

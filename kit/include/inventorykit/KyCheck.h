@@ -40,9 +40,10 @@ struct Finding
 
 enum class Verdict
 {
-  FINE,        // no findings but notes
-  FINDINGS,    // warnings, but it reads
-  DAMAGED      // cannot be read: damaged, without a section, or no file at all
+  FINE,         // no findings but notes
+  FINDINGS,     // warnings, but it reads
+  DAMAGED,      // no tree can be read: damaged, or without a section
+  UNREADABLE    // there is no such file, it may not be read, or it is too large
 };
 
 struct CheckOptions
@@ -72,7 +73,7 @@ KY_INVENTORYKIT_API CheckResult checkBytes(const std::string& bytes, const std::
                                            const CheckOptions& options);
 
 KY_INVENTORYKIT_API const char* severityName(Severity severity);    // "error", "warning", "note"
-KY_INVENTORYKIT_API const char* verdictName(Verdict verdict);       // "fine", "findings", "damaged"
+KY_INVENTORYKIT_API const char* verdictName(Verdict verdict);       // "fine", "findings", "damaged", "unreadable"
 
 // The results as a JSON array, one object a file: "file", "verdict", "errors", "warnings", "notes" and "findings" with
 // "severity", "code" (a number), "codeText" ("0x150200A"), "offset" and "address" where there is a place, "text",

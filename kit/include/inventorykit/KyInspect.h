@@ -50,7 +50,8 @@ struct Inspection
   bool isAtEnd = false;    // found by its trailer; otherwise by its header
   SectionRecordFields header;
   SectionRecordFields trailer;
-  std::string sha256;    // of the bytes from begin to end, as sha256sum gives it for the extracted section
+  std::string
+      sha256;    // of the bytes from begin to end, as sha256sum gives it for the extracted section, if that is whole
 
   unsigned int streamVersion = 0;    // 0: no data
   std::uint64_t treeSize = 0;        // bytes of the stored tree that could be read

@@ -85,6 +85,7 @@ KY_INVENTORYKIT_API bool writeTree(KyCErrorListPool& pool, const std::string& pa
 // read as a tree stays, too; an empty one is replaced.
 //
 // Errors:     0x1500009  the path leads to a pipe, a device or the like
+//             0x1502805  the section has a damaged header or trailer, which would stay beside the new one
 //             those of reading it
 KY_INVENTORYKIT_API bool replaceTree(KyCErrorListPool& pool, const std::string& path, KyCInventoryItem& root);
 }    // namespace KyNInventoryKit
