@@ -99,6 +99,9 @@ TEST_F(IdsAndExplain, theRemedyOfTheFirstReportStandsBehindTheList)
   write("a.kyinv", section);
   const std::string err = run("get " + path("a.kyinv") + " .").err;
   const std::size_t last = err.rfind("kyinventory: ");
-  EXPECT_EQ(err.substr(last), "kyinventory: what to do: Read it with the version that wrote it.\n") << err;
+  EXPECT_EQ(err.substr(last),
+            "kyinventory: what to do: Read it with the version that wrote it; of a damaged file, kyinventory check "
+            "FILE tells where.\n")
+      << err;
   EXPECT_EQ(err.find("what to do"), last + 13) << err;
 }
