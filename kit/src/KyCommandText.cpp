@@ -11,88 +11,6 @@ namespace KyNInventoryKit
 {
 namespace
 {
-// Reads commands from a text, character by character.
-class CommandReader
-{
-public:
-  CommandReader(const std::string& text, std::vector<std::vector<std::string>>& commands)
-      : m_text(text), m_commands(commands)
-  {
-  }
-
-  // The quote that is not closed; 0 when all are.
-  char read()
-  {
-    while (m_next < m_text.size())
-    {
-      const char c = m_text[m_next++];
-      if (c == '\'' || c == '"')
-      {
-        if (!readQuoted(c)) return c;
-      }
-      else if (c == '\\' && m_next < m_text.size())
-        add(m_text[m_next++]);
-      else if (c == '#' && !m_isInWord)
-        m_next = std::min(m_text.find('\n', m_next), m_text.size());
-      else if (c == '\n' || c == ';')
-        endCommand();
-      else if (c == ' ' || c == '\t' || c == '\r')
-        endWord();
-      else
-        add(c);
-    }
-    endCommand();
-    return 0;
-  }
-
-private:
-  bool readQuoted(char quote)
-  {
-    m_isInWord = true;
-    for (; m_next < m_text.size(); ++m_next)
-    {
-      const char c = m_text[m_next];
-      if (c == quote)
-      {
-        ++m_next;
-        return true;
-      }
-      const char following = m_next + 1 < m_text.size() ? m_text[m_next + 1] : '\0';
-      const bool isEscaped = quote == '"' && c == '\\' && (following == '"' || following == '\\');
-      if (isEscaped) ++m_next;
-      add(m_text[m_next]);
-    }
-    return false;
-  }
-
-  void add(char c)
-  {
-    m_word += c;
-    m_isInWord = true;
-  }
-
-  void endWord()
-  {
-    if (m_isInWord) m_command.push_back(m_word);
-    m_word.clear();
-    m_isInWord = false;
-  }
-
-  void endCommand()
-  {
-    endWord();
-    if (!m_command.empty()) m_commands.push_back(m_command);
-    m_command.clear();
-  }
-
-  const std::string& m_text;
-  std::vector<std::vector<std::string>>& m_commands;
-  std::size_t m_next = 0;
-  std::string m_word;
-  bool m_isInWord = false;    // an empty word is one, too
-  std::vector<std::string> m_command;
-};
-
 bool beginsWith(const std::string& text, const std::string& begin) { return text.compare(0, begin.size(), begin) == 0; }
 
 // Adds what is in an item and begins so, with a text in front.
@@ -118,12 +36,95 @@ KyCInventoryItem* itemOf(KyCInventoryItem& item, const std::string& text)
 }
 }    // namespace
 
+void CommandSplitter::add(const std::string& text, std::vector<std::vector<std::string>>& commands)
+{
+  for (const char c : text)
+  {
+    if (m_isComment && c != '\n') continue;
+    m_isComment = false;
+    if (m_isBehindBackslash)
+      addBehindBackslash(c);
+    else if (m_quote != 0)
+      addQuoted(c);
+    else
+      addPlain(c, commands);
+  }
+}
+
+void CommandSplitter::addPlain(char c, std::vector<std::vector<std::string>>& commands)
+{
+  if (c == '\'' || c == '"')
+  {
+    m_quote = c;
+    m_isInWord = true;
+  }
+  else if (c == '\\')
+    m_isBehindBackslash = true;
+  else if (c == '#' && !m_isInWord)
+    m_isComment = true;
+  else if (c == '\n' || c == ';')
+    endCommand(commands);
+  else if (c == ' ' || c == '\t' || c == '\r')
+    endWord();
+  else
+    addToWord(c);
+}
+
+void CommandSplitter::addQuoted(char c)
+{
+  if (c == m_quote)
+    m_quote = 0;
+  else if (c == '\\' && m_quote == '"')
+    m_isBehindBackslash = true;
+  else
+    addToWord(c);
+}
+
+void CommandSplitter::addBehindBackslash(char c)
+{
+  m_isBehindBackslash = false;
+  if (m_quote != 0 && c != '"' && c != '\\') addToWord('\\');    // it stands for itself there
+  addToWord(c);
+}
+
+void CommandSplitter::addToWord(char c)
+{
+  m_word += c;
+  m_isInWord = true;
+}
+
+void CommandSplitter::endWord()
+{
+  if (m_isInWord) m_command.push_back(m_word);
+  m_word.clear();
+  m_isInWord = false;
+}
+
+void CommandSplitter::endCommand(std::vector<std::vector<std::string>>& commands)
+{
+  endWord();
+  if (!m_command.empty()) commands.push_back(m_command);
+  m_command.clear();
+}
+
+bool CommandSplitter::finish(KyCErrorListPool& pool, std::vector<std::vector<std::string>>& commands)
+{
+  if (m_quote != 0)
+  {
+    pool.setError(KY_SESSION_MSG_OPEN_QUOTE, __LINE__, "splitCommands", "%s", std::string(1, m_quote).c_str());
+    return false;
+  }
+  if (m_isBehindBackslash) addToWord('\\');    // there is nothing to take the meaning from
+  m_isBehindBackslash = false;
+  endCommand(commands);
+  return true;
+}
+
 bool splitCommands(KyCErrorListPool& pool, const std::string& text, std::vector<std::vector<std::string>>& commands)
 {
-  const char quote = CommandReader(text, commands).read();
-  if (quote == 0) return true;
-  pool.setError(KY_SESSION_MSG_OPEN_QUOTE, __LINE__, "splitCommands", "%s", std::string(1, quote).c_str());
-  return false;
+  CommandSplitter splitter;
+  splitter.add(text, commands);
+  return splitter.finish(pool, commands);
 }
 
 std::vector<std::string> completeAddress(KyCInventoryItem& item, const std::string& begun)

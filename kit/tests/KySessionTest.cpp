@@ -64,6 +64,24 @@ TEST(splitCommands, anOpenQuoteIsReportedAndLeavesTheCommandsInFront)
   }
 }
 
+TEST(CommandSplitter, givesEachCommandWhenItsEndHasComeWhereverTheTextIsCut)
+{
+  const std::string text = "a 'b;\nc' \"d\\\"\\e\"; f\\ g # h 'i\n\\;j\nk\\";
+  const Commands expected = {{"a", "b;\nc", "d\"\\e"}, {"f g"}, {";j"}, {"k\\"}};
+  EXPECT_EQ(commandsIn(text), expected);
+  for (std::size_t cut = 0; cut <= text.size(); ++cut)
+  {
+    KyTestPool pool;
+    Commands commands;
+    KyNInventoryKit::CommandSplitter splitter;
+    splitter.add(text.substr(0, cut), commands);
+    splitter.add(text.substr(cut), commands);
+    EXPECT_EQ(commands.size(), 3u) << cut;
+    EXPECT_TRUE(splitter.finish(pool, commands)) << cut;
+    EXPECT_EQ(commands, expected) << cut;
+  }
+}
+
 Words completed(const std::string& tree, const std::string& begun)
 {
   KySampleTree sample(tree);

@@ -1,4 +1,6 @@
 // Sessions of `kyinventory shell` at a terminal: prompt, history, completion, and the ways out.
+#include <vector>
+
 #include "integration/KyTerminalTest.h"
 
 namespace
@@ -21,7 +23,11 @@ protected:
   }
 
   // Without colour, so that the texts are easy to read.
-  std::string shell() const { return "NO_COLOR=1 " + tool("shell " + m_file); }
+  std::string shell() const { return "NO_COLOR=1 " + shellProgram(); }
+  std::string shellProgram() const { return tool("shell " + m_file); }
+
+  // With an editor of lines, where there is one, and without. The interrupt key reaches no shell in between.
+  static std::vector<std::string> environments() { return {"exec env ", "exec env TERM=dumb "}; }
 
   std::string m_file;
 };
@@ -129,39 +135,91 @@ TEST_F(ShellAtTerminal, quitAsksForADecisionAboutUnsavedChanges)
   EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "5\n");
 }
 
-TEST_F(ShellAtTerminal, theEndOfInputLeavesAndTellsOfUnsavedChanges)
+TEST_F(ShellAtTerminal, theEndOfInputLeaves)
 {
-  KyTerminal clean(shell());
-  clean.waitFor("> ");
-  clean.type("\x04");
-  EXPECT_EQ(clean.waitForEnd(), 0);
+  for (const std::string& environment : environments())
+  {
+    KyTerminal terminal(environment + shell());
+    terminal.waitFor("> ");
+    terminal.type("\x04");
+    EXPECT_EQ(terminal.waitForEnd(), 0) << environment;
+  }
+}
 
-  KyTerminal changed(shell());
-  changed.waitFor("> ");
-  changed.type("set BOARD[2]/SIZE=5\n");
-  changed.waitFor(" *> ");
-  changed.type("\x04");
-  changed.waitFor("kyinventory: " + m_file + ": the changes were not saved\r\n");
-  EXPECT_EQ(changed.waitForEnd(), 1);
-  EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "1\n");
+TEST_F(ShellAtTerminal, theEndOfInputWarnsOnceOfUnsavedChangesAndThenLeaves)
+{
+  for (const std::string& environment : environments())
+  {
+    KyTerminal terminal(environment + shell());
+    terminal.waitFor("> ");
+    terminal.type("set BOARD[2]/SIZE=5\n");
+    terminal.waitFor(" *> ");
+    for (int n = 0; n < 2; ++n)    // a command in between takes the first one back
+    {
+      terminal.type("\x04");
+      terminal.waitFor(
+          "\nkyinventory: there are unsaved changes; save stores them, quit! or Ctrl-D once more drops them\r\n");
+      terminal.waitFor(" *> ");
+      terminal.type("get BOARD[2]/SIZE\n");
+      terminal.waitFor("\n5\r\n");
+      terminal.waitFor(" *> ");
+    }
+    terminal.type("\x04");
+    terminal.waitFor("Ctrl-D once more drops them\r\n");
+    terminal.waitFor(" *> ");
+    terminal.type("\x04");
+    terminal.waitFor("kyinventory: " + m_file + ": the changes were not saved\r\n");
+    EXPECT_EQ(terminal.waitForEnd(), 1) << environment;
+    EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "1\n");
+  }
 }
 
 TEST_F(ShellAtTerminal, theInterruptKeyGivesUpTheLineAndNotTheSession)
 {
-  skipWithoutEditing();
-  if (IsSkipped()) return;
-  KyTerminal terminal(shell());
-  terminal.waitFor("> ");
-  terminal.type("set BOARD[2]/SIZE=5\n");
-  terminal.waitFor(" *> ");
-  terminal.type("set BOARD[2]/SIZE=6\x03");
-  terminal.waitFor("^C");
-  terminal.waitFor(" *> ");
-  terminal.type("get BOARD[2]/SIZE\n");
-  terminal.waitFor("\n5\r\n");
-  terminal.waitFor(" *> ");
-  terminal.type("quit!\n");
-  EXPECT_EQ(terminal.waitForEnd(), 0);
+  for (const std::string& environment : environments())
+  {
+    KyTerminal terminal(environment + shell());
+    terminal.waitFor("> ");
+    terminal.type("set BOARD[2]/SIZE=5\n");
+    terminal.waitFor(" *> ");
+    terminal.type("set BOARD[2]/SIZE=6");
+    terminal.waitFor("SIZE=6");
+    terminal.type("\x03");
+    terminal.waitFor("^C");
+    terminal.waitFor("\nrack.kyinv:/ *> ");
+    for (int n = 0; n < 3; ++n)    // also where nothing is typed
+    {
+      terminal.type("\x03");
+      terminal.waitFor("^C");
+      terminal.waitFor("\nrack.kyinv:/ *> ");
+    }
+    terminal.type("get BOARD[2]/SIZE\n");
+    terminal.waitFor("\n5\r\n");
+    terminal.waitFor(" *> ");
+    terminal.type("save\n");
+    terminal.waitFor("rack.kyinv:/> ");
+    terminal.type("quit\n");
+    EXPECT_EQ(terminal.waitForEnd(), 0) << environment;
+    EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE; set BOARD[2]/SIZE=1; save'").out, "5\n");
+  }
+}
+
+TEST_F(ShellAtTerminal, anInterruptFromElsewhereDoesNotEndTheSession)
+{
+  for (const std::string& environment : environments())
+  {
+    KyTerminal terminal(environment + "NO_COLOR=1 sh -c 'echo $$ >" + path("pid") + "; exec " + shellProgram() + "'");
+    terminal.waitFor("> ");
+    terminal.type("set BOARD[2]/SIZE=5\n");
+    terminal.waitFor(" *> ");
+    for (int n = 0; n < 3; ++n)
+      EXPECT_EQ(std::system(("kill -INT $(cat " + path("pid") + ")").c_str()), 0);
+    terminal.type("pwd\n");
+    terminal.waitFor("\n/\r\n");
+    terminal.waitFor(" *> ");
+    terminal.type("quit!\n");
+    EXPECT_EQ(terminal.waitForEnd(), 0) << environment;
+  }
 }
 
 TEST_F(ShellAtTerminal, longOutputGoesThroughThePagerAndTheSessionGoesOn)

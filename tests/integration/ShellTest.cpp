@@ -17,6 +17,13 @@ protected:
   // Runs commands; they must not have a ' in them.
   Outcome carryOut(const std::string& commands) const { return run("shell " + m_file + " -c '" + commands + "'"); }
 
+  // Runs shell text whose standard input is its own.
+  Outcome runCommand(const std::string& command) const
+  {
+    const int status = std::system((command + " >" + path("own.out") + " 2>" + path("own.err")).c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(path("own.out")), contentOf(path("own.err"))};
+  }
+
   std::string m_file;
 };
 
@@ -216,6 +223,67 @@ TEST_F(Shell, readsItsCommandsFromAPipe)
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(contentOf(path("printed")), "1\n");
   EXPECT_EQ(carryOut("get BOARD[2]/SIZE").out, "2\n");
+}
+
+TEST_F(Shell, answersEachCommandOfAPipeBeforeTheNextOneComes)
+{
+  write("talk",
+        "mkfifo " + path("in") + " " + path("out") + "\n" + KY_TOOL + " shell " + m_file + " <" + path("in") + " >" +
+            path("out") + " 2>" + path("errors") + " &\n" + "exec 3>" + path("in") + " 4<" + path("out") +
+            "\n"
+            "echo 'get NAME' >&3; read -r first <&4\n"
+            "printf 'cd BOARD[2]; get SIZE;' >&3; read -r second <&4\n"    // no line end is needed
+            "printf ' set SI' >&3; printf 'ZE=\"2\"\\nget SIZE\\n' >&3; read -r third <&4\n"
+            "echo \"$first,$second,$third\"\n"
+            "echo 'save' >&3; exec 3>&-; cat <&4; wait $!; echo $?\n");
+  const Outcome outcome = runCommand("timeout 60 sh " + path("talk"));
+  EXPECT_EQ(outcome.out, "rack 7,1,2\n0\n");
+  EXPECT_EQ(contentOf(path("errors")), "");
+  EXPECT_EQ(carryOut("get BOARD[2]/SIZE").out, "2\n");
+}
+
+TEST_F(Shell, aPipeEndsAtTheFirstFailureAndKeepsNothing)
+{
+  const struct
+  {
+    const char* commands;
+    int exitCode;
+    std::string out;
+    std::string err;
+  } cases[] = {
+      {"pwd\nset NAME=b\ndance\npwd\n", 2, "/\n",
+       "kyinventory: dance: no such command; help lists them all\nkyinventory: " + m_file +
+           ": the changes were not saved\n"},
+      {"pwd\nset NAME=\"b\nsave\n", 2, "/\n",
+       "kyinventory: shell: The quote \" is not closed. (0x1503000, splitCommands)\nkyinventory: what to do: Close the "
+       "quote; a \\ in front of a quote takes its meaning away.\n"},
+      {"set NAME=b", 1, "", "kyinventory: " + m_file + ": the changes were not saved\n"},
+      {"pwd; quit\ndance\n", 0, "/\n", ""},
+      {"", 0, "", ""},
+  };
+  for (const auto& one : cases)
+  {
+    write("commands", one.commands);
+    const Outcome outcome = runCommand(std::string(KY_TOOL) + " shell " + m_file + " <" + path("commands"));
+    EXPECT_EQ(outcome.exitCode, one.exitCode) << one.commands;
+    EXPECT_EQ(outcome.out, one.out) << one.commands;
+    EXPECT_EQ(outcome.err, one.err) << one.commands;
+  }
+  EXPECT_EQ(carryOut("get NAME").out, "rack 7\n");
+}
+
+TEST_F(Shell, aTextInQuotesReachesOverLinesOfAPipe)
+{
+  write("commands", "set NAME='a;\n# b'\nget NAME\nquit!\n");
+  EXPECT_EQ(runCommand(std::string(KY_TOOL) + " shell " + m_file + " <" + path("commands")).out, "a;\n# b\n");
+}
+
+TEST_F(Shell, unreadableStandardInputGivesExitCode3)
+{
+  const Outcome outcome = runCommand(std::string(KY_TOOL) + " shell " + m_file + " <" + path("."));
+  EXPECT_EQ(outcome.exitCode, 3);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "kyinventory: standard input: Is a directory\n");
 }
 
 TEST_F(Shell, keepsTheImageAroundTheSection)

@@ -1,17 +1,118 @@
 #include "LineReader.h"
 
+#include <sys/select.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 #include "Terminal.h"
 
 #ifdef KY_HAVE_EDITLINE
 #include <histedit.h>
+#endif
 
-class LineReader::Editor
+class LineReader::Source
+{
+public:
+  virtual ~Source() = default;
+  virtual bool read(const std::string& prompt, std::string& line) = 0;
+};
+
+namespace
+{
+volatile std::sig_atomic_t s_isLineGivenUp = 0;
+
+void giveLineUp(int) { s_isLineGivenUp = 1; }
+
+// Lets the interrupt key end a waitForKeys and nothing else, as long as it lives.
+class InterruptibleWait
+{
+public:
+  InterruptibleWait()
+  {
+    s_isLineGivenUp = 0;
+    sigset_t interrupt;
+    ::sigemptyset(&interrupt);
+    ::sigaddset(&interrupt, SIGINT);
+    ::sigprocmask(SIG_BLOCK, &interrupt, &m_oldMask);
+    struct sigaction action = {};
+    action.sa_handler = &giveLineUp;
+    ::sigaction(SIGINT, &action, &m_oldAction);
+  }
+  ~InterruptibleWait()
+  {
+    ::sigaction(SIGINT, &m_oldAction, nullptr);
+    ::sigprocmask(SIG_SETMASK, &m_oldMask, nullptr);
+  }
+  InterruptibleWait(const InterruptibleWait&) = delete;
+  InterruptibleWait& operator=(const InterruptibleWait&) = delete;
+
+  // False when the key was pressed.
+  bool waitForKeys() const
+  {
+    sigset_t mask = m_oldMask;
+    ::sigdelset(&mask, SIGINT);
+    for (int ready = 0; ready <= 0 && s_isLineGivenUp == 0;)
+    {
+      fd_set input;
+      FD_ZERO(&input);
+      FD_SET(STDIN_FILENO, &input);
+      ready = ::pselect(STDIN_FILENO + 1, &input, nullptr, nullptr, nullptr, &mask);
+      if (ready < 0 && errno != EINTR) break;    // reading tells of it
+    }
+    return s_isLineGivenUp == 0;
+  }
+
+private:
+  sigset_t m_oldMask = {};
+  struct sigaction m_oldAction = {};
+};
+}    // namespace
+
+// Reads what the terminal itself lets people edit.
+class LineReader::Plain : public Source
+{
+public:
+  bool read(const std::string& prompt, std::string& line) override
+  {
+    std::fwrite(prompt.data(), 1, prompt.size(), stdout);
+    std::fflush(stdout);
+    line.clear();
+    const InterruptibleWait wait;
+    while (m_ahead.find('\n') == m_ahead.npos)
+    {
+      if (!wait.waitForKeys())
+      {
+        m_ahead.clear();
+        std::fputs("\n", stdout);
+        return true;
+      }
+      char block[4096];
+      const ssize_t count = ::read(STDIN_FILENO, block, sizeof(block));
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0)
+      {
+        line.swap(m_ahead);
+        return !line.empty();
+      }
+      m_ahead.append(block, static_cast<std::size_t>(count));
+    }
+    line = m_ahead.substr(0, m_ahead.find('\n'));
+    m_ahead.erase(0, line.size() + 1);
+    return true;
+  }
+
+private:
+  std::string m_ahead;    // typed already
+};
+
+#ifdef KY_HAVE_EDITLINE
+class LineReader::Editor : public Source
 {
 public:
   explicit Editor(Complete complete) : m_complete(std::move(complete))
@@ -35,7 +136,7 @@ public:
     ::el_set(m_edit, EL_SETTY, "-d", "-isig", nullptr);    // the key gives the line up; a signal would give up all
     ::el_set(m_edit, EL_BIND, "^C", "ky-cancel", nullptr);
   }
-  ~Editor()
+  ~Editor() override
   {
     if (m_edit != nullptr) ::el_end(m_edit);
     ::history_end(m_history);
@@ -43,18 +144,21 @@ public:
   Editor(const Editor&) = delete;
   Editor& operator=(const Editor&) = delete;
 
-  bool read(const std::string& prompt, std::string& line)
+  // Whether it can be used at this terminal.
+  bool isThere() const { return m_edit != nullptr; }
+
+  bool read(const std::string& prompt, std::string& line) override
   {
-    if (m_edit == nullptr) return false;
     m_prompt = prompt;
     m_isCancelled = false;
     int count = 0;
     ::el_set(m_edit, EL_PREP_TERM, 1);    // before the prompt invites to type: otherwise keys in between are lost
     const char* const typed = ::el_gets(m_edit, &count);
+    line.clear();
+    if (m_isCancelled) return true;    // also where nothing was typed: that is no end of input
     if (typed == nullptr || count <= 0) return false;
     line.assign(typed, static_cast<std::size_t>(count));
     if (line.back() == '\n') line.pop_back();
-    if (m_isCancelled) line.clear();
     HistEvent event;
     if (line.find_first_not_of(" \t") != line.npos) ::history(m_history, &event, H_ENTER, line.c_str());
     return true;
@@ -73,7 +177,8 @@ private:
   static unsigned char cancelLine(EditLine* edit, int)
   {
     of(edit).m_isCancelled = true;
-    std::fputs("^C", stdout);
+    std::fputs("^C\n", stdout);
+    std::fflush(stdout);
     return CC_NEWLINE;
   }
 
@@ -125,29 +230,21 @@ private:
   std::string m_prompt;
   bool m_isCancelled = false;
 };
-#else
-class LineReader::Editor
-{
-public:
-  explicit Editor(const Complete&) {}
-
-  bool read(const std::string& prompt, std::string& line)
-  {
-    std::fwrite(prompt.data(), 1, prompt.size(), stdout);
-    std::fflush(stdout);
-    line.clear();
-    for (int c = std::getchar(); c != '\n'; c = std::getchar())
-    {
-      if (c == EOF) return !line.empty();
-      line += static_cast<char>(c);
-    }
-    return true;
-  }
-};
 #endif
 
-LineReader::LineReader(Complete complete) : m_editor(std::make_unique<Editor>(std::move(complete))) {}
+std::unique_ptr<LineReader::Source> LineReader::makeSource([[maybe_unused]] Complete complete)
+{
+#ifdef KY_HAVE_EDITLINE
+  const char* const terminal = std::getenv("TERM");
+  const std::string name = terminal == nullptr ? "" : terminal;
+  auto editor = name.empty() || name == "dumb" ? nullptr : std::make_unique<Editor>(std::move(complete));
+  if (editor != nullptr && editor->isThere()) return editor;
+#endif
+  return std::make_unique<Plain>();
+}
+
+LineReader::LineReader(Complete complete) : m_source(makeSource(std::move(complete))) {}
 
 LineReader::~LineReader() = default;
 
-bool LineReader::read(const std::string& prompt, std::string& line) { return m_editor->read(prompt, line); }
+bool LineReader::read(const std::string& prompt, std::string& line) { return m_source->read(prompt, line); }

@@ -7,7 +7,9 @@
 #include <vector>
 
 // Reads lines from the terminal. Where libedit is there, they can be edited and completed, and former ones come back;
-// otherwise the terminal's own editing is all there is.
+// otherwise, and where TERM is "dumb", the terminal's own editing is all there is.
+//
+// The interrupt key gives up the line that is being typed. Elsewhere the owner decides what the signal does.
 class LineReader
 {
 public:
@@ -20,10 +22,15 @@ public:
   LineReader(const LineReader&) = delete;
   LineReader& operator=(const LineReader&) = delete;
 
-  // Result:  false at the end of input.
+  // Result:  false at the end of input, which on a terminal is not for ever: one may read on. The line is empty when it
+  //          was given up.
   bool read(const std::string& prompt, std::string& line);
 
 private:
+  class Source;
+  class Plain;
   class Editor;
-  std::unique_ptr<Editor> m_editor;
+  static std::unique_ptr<Source> makeSource(Complete complete);
+
+  std::unique_ptr<Source> m_source;
 };

@@ -1,7 +1,9 @@
 // kyinventory shell: a session with one file, at the terminal or from a script.
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 #include "Command.h"
 #include "Files.h"
@@ -38,19 +40,56 @@ int atEnd(const Session& session)
   return EXIT_NO;
 }
 
-// The first command that fails ends it.
+// Commands up to the first one that fails, or that leaves.
+int carryOutAll(Shell& shell, const Commands& commands)
+{
+  int exitCode = EXIT_OK;
+  for (std::size_t n = 0; n < commands.size() && exitCode == EXIT_OK && !shell.isLeft(); ++n)
+    exitCode = shell.execute(commands[n]);
+  return exitCode;
+}
+
+// The exit code of a session in which nobody was asked.
+int endScript(const Session& session, const Shell& shell, int exitCode)
+{
+  const int unsaved = shell.isLeft() ? EXIT_OK : atEnd(session);
+  return exitCode == EXIT_OK ? unsaved : exitCode;
+}
+
 int runScript(Session& session, const Commands& commands)
 {
   Shell shell(session);
-  for (const auto& command : commands)
+  const int exitCode = carryOutAll(shell, commands);
+  return endScript(session, shell, exitCode);
+}
+
+// Carries out each command of standard input as soon as it has come: whoever sends them may wait for the answer before
+// the next one.
+int runStandardInput(Session& session)
+{
+  Shell shell(session);
+  KyNInventoryKit::CommandSplitter splitter;
+  int exitCode = EXIT_OK;
+  for (bool isEnd = false; !isEnd && exitCode == EXIT_OK && !shell.isLeft();)
   {
-    const int exitCode = shell.execute(command);
-    if (shell.isLeft()) return exitCode;
-    if (exitCode == EXIT_OK) continue;
-    atEnd(session);
-    return exitCode;
+    Commands commands;
+    KyCErrorListPool pool;
+    char block[4096];
+    const ssize_t count = ::read(STDIN_FILENO, block, sizeof(block));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0)
+    {
+      complain(std::string("standard input: ") + std::strerror(errno));
+      exitCode = EXIT_INPUT;
+      break;
+    }
+    isEnd = count == 0;
+    splitter.add(std::string(block, static_cast<std::size_t>(count)), commands);
+    const bool isWhole = !isEnd || splitter.finish(pool, commands);
+    complainAbout("shell", pool);
+    exitCode = isWhole ? carryOutAll(shell, commands) : EXIT_USAGE;
   }
-  return atEnd(session);
+  return endScript(session, shell, exitCode);
 }
 
 std::string promptOf(const Session& session)
@@ -60,46 +99,46 @@ std::string promptOf(const Session& session)
          (session.isChanged() ? " *> " : "> ");
 }
 
+void endPromptLine()
+{
+  const std::string newLine = "\n";
+  static_cast<void>(::write(STDOUT_FILENO, newLine.data(), newLine.size()) == 1);
+}
+
+// Typing the end of input (Ctrl-D) leaves; with unsaved changes when it is typed twice in a row.
 int runDialogue(Session& session)
 {
   std::signal(SIGINT, SIG_IGN);    // gives up a line, not the changes
   Shell shell(session);
   LineReader reader([&](const std::string& line, std::size_t& wordBegin) { return shell.complete(line, wordBegin); });
-  for (std::string line; reader.read(promptOf(session), line);)
+  bool isWarned = false;
+  while (!shell.isLeft())
   {
-    Commands commands;
-    if (!split(line, commands)) continue;
-    for (const auto& command : commands)
+    std::string line;
+    if (reader.read(promptOf(session), line))
     {
-      if (shell.execute(command) != EXIT_OK) break;
-      if (shell.isLeft()) return EXIT_OK;
+      isWarned = false;
+      Commands commands;
+      if (split(line, commands)) carryOutAll(shell, commands);
+      continue;
     }
+    endPromptLine();
+    if (!session.isChanged() || isWarned) return atEnd(session);
+    complain("there are unsaved changes; save stores them, quit! or Ctrl-D once more drops them");
+    isWarned = true;
   }
-  const std::string newLine = "\n";    // the prompt's line ends here
-  static_cast<void>(::write(STDOUT_FILENO, newLine.data(), newLine.size()) == 1);
-  return atEnd(session);
+  return EXIT_OK;
 }
 
-bool readScript(const ShellArguments& arguments, bool isGiven, Commands& commands)
-{
-  if (isGiven) return split(arguments.commands, commands);
-  KyCErrorListPool pool;
-  std::string text;
-  const bool isRead = KyNInventoryKit::readBytes(pool, "-", text);
-  complainAbout("standard input", pool);
-  return isRead && split(text, commands);
-}
-
-int runShell(const ShellArguments& arguments, bool isScriptGiven)
+int runShell(const ShellArguments& arguments, bool isScript)
 {
   if (arguments.file == "-")
   {
     complain("standard input has no place to save to; name a file");
     return EXIT_USAGE;
   }
-  const bool isScript = isScriptGiven || ::isatty(STDIN_FILENO) == 0;
   Commands commands;
-  if (isScript && !readScript(arguments, isScriptGiven, commands)) return EXIT_USAGE;
+  if (isScript && !split(arguments.commands, commands)) return EXIT_USAGE;
 
   KyCErrorListPool pool;
   std::unique_ptr<Session> session;
@@ -109,7 +148,8 @@ int runShell(const ShellArguments& arguments, bool isScriptGiven)
   }
   complainAbout(arguments.file, pool);
   if (!session) return EXIT_INPUT;
-  return isScript ? runScript(*session, commands) : runDialogue(*session);
+  if (isScript) return runScript(*session, commands);
+  return ::isatty(STDIN_FILENO) != 0 ? runDialogue(*session) : runStandardInput(*session);
 }
 
 // The commands as a paragraph each, for the manual.
@@ -139,9 +179,12 @@ void addShellCommand(CLI::App& program, int& exitCode)
   setManual(
       *command,
       {"At a terminal, asks for commands: the Tab key completes them and addresses, the arrow keys bring former "
-       "ones back. Changes stay in memory until they are saved.\n\n"
+       "ones back. Ctrl-C gives up the line. Ctrl-D leaves as quit does; where there are unsaved changes it has to be "
+       "pressed once more, which drops them and gives exit code 1. Changes stay in memory until they are saved.\n\n"
        "With -c, or when standard input is not a terminal, carries out the commands that it is given and asks for "
-       "nothing. The first one that fails ends the session with its exit code; nothing is saved on the way out. "
+       "nothing. Each command of standard input is carried out and answered as soon as its line has come, so that "
+       "another program can ask through a pair of pipes. The first one that fails ends the session with its exit code; "
+       "nothing is saved on the way out. "
        "Changes that are not saved at the end give exit code 1.\n\n"
        "Commands are separated by line ends or \";\". Values with blanks stand in quotes. # begins a comment. "
        "Addresses are relative to the current item; / at the start means the root, .. the item above.\n\n" +

@@ -27,6 +27,36 @@ namespace KyNInventoryKit
 KY_INVENTORYKIT_API bool splitCommands(KyCErrorListPool& pool, const std::string& text,
                                        std::vector<std::vector<std::string>>& commands);
 
+// As splitCommands, for a text that comes bit by bit: whoever sends a command line waits for what it does.
+// Threads:    one at a time.
+class KY_INVENTORYKIT_API CommandSplitter
+{
+public:
+  // Takes what follows, and gives the commands that it ends: their line end or ";" has come.
+  // Cost:    linear in the text, also where a word reaches over many of them.
+  void add(const std::string& text, std::vector<std::vector<std::string>>& commands);
+
+  // There is no more: gives the last command.
+  //
+  // Errors:  0x1503000  a quote is not closed
+  bool finish(KyCErrorListPool& pool, std::vector<std::vector<std::string>>& commands);
+
+private:
+  void addPlain(char c, std::vector<std::vector<std::string>>& commands);
+  void addQuoted(char c);
+  void addBehindBackslash(char c);
+  void addToWord(char c);
+  void endWord();
+  void endCommand(std::vector<std::vector<std::string>>& commands);
+
+  std::string m_word;
+  bool m_isInWord = false;    // an empty word is one, too
+  bool m_isComment = false;
+  bool m_isBehindBackslash = false;
+  char m_quote = 0;    // 0: none is open
+  std::vector<std::string> m_command;
+};
+
 // The addresses that a begun one may become: IDs in it are complete, but for the last one. An item's are those of its
 // sub-items and parameters; where the begun address names an item, what is in it is offered, too.
 //
