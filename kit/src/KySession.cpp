@@ -1,7 +1,9 @@
 #include "inventorykit/KySession.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "KyNearest.h"
 #include "KySessionMessages.h"
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KySectionFile.h"
@@ -42,61 +44,126 @@ std::string Session::place() const
   return address.isEmpty() ? "/" : "/" + addressText(address);
 }
 
-// The item that an address starts from, and the part of the address that is relative to it.
-KyCInventoryItem* Session::base(const std::string& address, std::string& rest) const
-{
-  KyCInventoryItem* item = m_current;
-  rest = address;
-  if (!rest.empty() && rest.front() == '/')
-  {
-    item = m_root.get();
-    rest.erase(0, 1);
-  }
-  while (rest == ".." || rest.compare(0, 3, "../") == 0)
-  {
-    if (item->getParent() != nullptr) item = item->getParent();
-    rest.erase(0, 3);
-  }
-  return item;
-}
-
 namespace
 {
+constexpr std::size_t s_most = 3;    // addresses that may be meant
+
+void report(KyCErrorListPool& pool, KySessionMessage code, int line, const char* function, const std::string& address)
+{
+  pool.setError(code, static_cast<unsigned int>(line), function, "%s", address.c_str());
+}
+
 // The part of an address that is read by readAddress.
 std::string withoutSlashAtEnd(const std::string& text)
 {
   return text.size() > 1 && text.back() == '/' ? text.substr(0, text.size() - 1) : text;
 }
 
-void report(KyCErrorListPool& pool, KySessionMessage code, int line, const char* function, const std::string& address)
+// The first element ".." of an address, from one of its elements on.
+std::size_t findUpward(const std::string& address, std::size_t from)
 {
-  pool.setError(code, static_cast<unsigned int>(line), function, "%s", address.c_str());
+  std::size_t at = address.find("..", from);
+  for (; at != address.npos; at = address.find("..", at + 1))
+  {
+    const bool isStart = at == from || address[at - 1] == '/';
+    if (isStart && (at + 2 == address.size() || address[at + 2] == '/')) break;
+  }
+  return at;
+}
+
+// Reports what does not exist with what is near. `front` is the part of the address that leads to the item.
+void reportMissing(KyCErrorListPool& pool, KySessionMessage code, int line, const char* function,
+                   KyCInventoryItem& from, const KyCInventoryAddress& relative, const std::string& address,
+                   const std::string& front)
+{
+  const bool isItemMeant = code == KY_SESSION_MSG_NO_ITEM;
+  std::vector<std::string> nearest;
+  for (const std::string& text : nearestExisting(from, relative, isItemMeant ? 8 * s_most : s_most))
+  {
+    KyCErrorListPool ignored;
+    KyCInventoryAddress candidate;
+    const bool isItem = readAddress(ignored, text, candidate) && from.getItem(candidate) != nullptr;
+    if (nearest.size() < s_most && (isItem || !isItemMeant)) nearest.push_back(front + text);
+  }
+  pool.setError(code, static_cast<unsigned int>(line), function, "%s%s", address.c_str(), didYouMean(nearest).c_str());
+}
+
+// The item that an address up to `end` names: what is in front of `begin` leads to an item, and no ".." is behind it.
+KyCInventoryItem* itemAt(KyCErrorListPool& pool, KyCInventoryItem& from, const std::string& address, std::size_t begin,
+                         std::size_t end)
+{
+  KyCInventoryAddress relative;
+  if (!readAddress(pool, address.substr(begin, end - begin), relative)) return nullptr;
+  KyCInventoryItem* const found = from.getItem(relative);
+  if (found != nullptr) return found;
+  const std::string asked = address.substr(0, end);
+  if (from.getParameter(relative) != nullptr)
+    report(pool, KY_SESSION_MSG_IS_PARAMETER, __LINE__, "item", asked);
+  else
+    reportMissing(pool, KY_SESSION_MSG_NO_ITEM, __LINE__, "item", from, relative, asked, address.substr(0, begin));
+  return nullptr;
+}
+
+// The part of an address in front of what is relative to an item.
+std::string frontOf(const std::string& address, const std::string& rest)
+{
+  return address.substr(0, address.size() - rest.size());
 }
 }    // namespace
+
+// The item behind the last ".." of an address, and the part of the address that is relative to it.
+KyCInventoryItem* Session::base(KyCErrorListPool& pool, const std::string& address, std::string& rest) const
+{
+  const bool isFromRoot = !address.empty() && address.front() == '/';
+  KyCInventoryItem* item = isFromRoot ? m_root.get() : m_current;
+  std::size_t begin = isFromRoot ? 1 : 0;
+  for (std::size_t up = findUpward(address, begin); up != address.npos; up = findUpward(address, begin))
+  {
+    const std::size_t end = up > begin + 1 ? up - 1 : up;    // without the "/", unless there is nothing in front of it
+    if (up != begin) item = itemAt(pool, *item, address, begin, end);
+    if (item == nullptr) return nullptr;
+    if (item->getParent() != nullptr) item = item->getParent();
+    begin = std::min(up + 3, address.size());
+  }
+  rest = address.substr(begin);
+  return item;
+}
 
 KyCInventoryItem* Session::item(KyCErrorListPool& pool, const std::string& address)
 {
   std::string rest;
-  KyCInventoryItem* const from = base(address, rest);
+  KyCInventoryItem* const from = base(pool, address, rest);
+  if (from == nullptr) return nullptr;
+  const std::size_t begin = address.size() - rest.size();
+  return itemAt(pool, *from, address, begin, begin + withoutSlashAtEnd(rest).size());
+}
+
+Node Session::node(KyCErrorListPool& pool, const std::string& address)
+{
+  std::string rest;
+  KyCInventoryItem* const from = base(pool, address, rest);
   KyCInventoryAddress relative;
-  if (!readAddress(pool, withoutSlashAtEnd(rest), relative)) return nullptr;
-  KyCInventoryItem* const found = from->getItem(relative);
-  if (found != nullptr) return found;
-  const bool isParameter = from->getParameter(relative) != nullptr;
-  report(pool, isParameter ? KY_SESSION_MSG_IS_PARAMETER : KY_SESSION_MSG_NO_ITEM, __LINE__, "item", address);
-  return nullptr;
+  if (from == nullptr || !readAddress(pool, withoutSlashAtEnd(rest), relative)) return {};
+  const Node found = lookUp(*from, relative);
+  if (found.item != nullptr) return found;
+  const KySessionMessage code = relative.getIndex() == 1 ? KY_SESSION_MSG_NO_PARAMETER : KY_SESSION_MSG_NO_ITEM;
+  reportMissing(pool, code, __LINE__, "node", *from, relative, address, frontOf(address, rest));
+  return {};
 }
 
 KyCInventoryParameter* Session::parameter(KyCErrorListPool& pool, const std::string& address)
 {
   std::string rest;
-  KyCInventoryItem* const from = base(address, rest);
+  KyCInventoryItem* const from = base(pool, address, rest);
   KyCInventoryAddress relative;
-  if (!readAddress(pool, withoutSlashAtEnd(rest), relative)) return nullptr;
-  KyCInventoryParameter* const found = from->getParameter(relative);
-  if (found != nullptr) return found;
-  const bool isItem = from->getItem(relative) != nullptr;
-  report(pool, isItem ? KY_SESSION_MSG_IS_ITEM : KY_SESSION_MSG_NO_PARAMETER, __LINE__, "parameter", address);
+  if (from == nullptr || !readAddress(pool, withoutSlashAtEnd(rest), relative)) return nullptr;
+  const Node found = lookUp(*from, relative);
+  if (found.parameter != nullptr) return found.parameter;
+  if (found.item != nullptr)
+    report(pool, KY_SESSION_MSG_IS_ITEM, __LINE__, "parameter", address);
+  else
+    reportMissing(pool, KY_SESSION_MSG_NO_PARAMETER, __LINE__, "parameter", *from, relative, address,
+                  frontOf(address, rest));
   return nullptr;
 }
 
@@ -117,13 +184,38 @@ bool Session::set(KyCErrorListPool& pool, const std::string& address, const std:
   return true;
 }
 
+namespace
+{
+bool isSame(const KyCInventoryParameter& a, const KyCInventoryParameter& b)
+{
+  return sameValue(a, b) && std::string(a.getUnit()) == b.getUnit() && a.isModifiable() == b.isModifiable() &&
+         a.getRelevance() == b.getRelevance();
+}
+}    // namespace
+
+bool Session::change(KyCErrorListPool& pool, const std::string& address, const ParameterChange& change)
+{
+  std::string rest;
+  KyCInventoryItem* const from = base(pool, address, rest);
+  KyCInventoryAddress relative;
+  if (from == nullptr || !readAddress(pool, withoutSlashAtEnd(rest), relative)) return false;
+  const KyCInventoryParameter* const target =
+      change.createType == 0 ? parameter(pool, address) : lookUp(*from, relative).parameter;
+  if (target == nullptr && change.createType == 0) return false;
+  const auto old = target == nullptr ? nullptr : std::make_unique<KyCInventoryParameter>(*target);
+  const KyCInventoryParameter* const changed = changeParameter(pool, *from, relative, change);
+  if (changed == nullptr) return false;
+  m_isChanged = m_isChanged || old == nullptr || !isSame(*old, *changed);
+  return true;
+}
+
 bool Session::create(KyCErrorListPool& pool, const std::string& address, unsigned int type, const std::string& value,
                      const std::string& unit)
 {
   std::string rest;
-  KyCInventoryItem* const from = base(address, rest);
+  KyCInventoryItem* const from = base(pool, address, rest);
   KyCInventoryAddress relative;
-  if (!readAddress(pool, rest, relative)) return false;
+  if (from == nullptr || !readAddress(pool, rest, relative)) return false;
   const bool isParentThere = from->getItem(relative.getHeadAddress()) != nullptr;
   const bool isCreated = createParameter(pool, *from, relative, type, value, unit.c_str(), true, 0) != nullptr;
   const bool isParentNew = !isParentThere && from->getItem(relative.getHeadAddress()) != nullptr;
@@ -154,7 +246,9 @@ bool Session::save(KyCErrorListPool& pool, Others others)
 std::vector<std::string> Session::complete(const std::string& begun)
 {
   std::string rest;
-  KyCInventoryItem* const from = base(begun, rest);
+  KyCErrorListPool ignored;
+  KyCInventoryItem* const from = base(ignored, begun, rest);
+  if (from == nullptr) return {};
   const std::string front = begun.substr(0, begun.size() - std::min(rest.size(), begun.size()));
   if (rest.empty() && begun.size() >= 2 && begun.compare(begun.size() - 2, 2, "..") == 0) return {begun + "/"};
   std::vector<std::string> addresses = completeAddress(*from, rest);

@@ -6,8 +6,8 @@
 namespace
 {
 const char* const s_messages[] = {
-    "The quote %1 is not closed.",     "There is no item %1.",
-    "%1 is a parameter, not an item.", "There is no parameter %1.",
+    "The quote %1 is not closed.",     "There is no item %1.%2",
+    "%1 is a parameter, not an item.", "There is no parameter %1.%2",
     "%1 is an item, not a parameter.", "%1 has been changed by someone else since it was read.",
 };
 

@@ -194,6 +194,81 @@ TEST_F(KySessionTest, enterTakesRelativeAbsoluteAndUpwardAddresses)
   EXPECT_NO_REPORTS(m_pool);
 }
 
+TEST_F(KySessionTest, upwardElementsMayStandAnywhereBehindItems)
+{
+  const auto session = open("ROOT/BOARD[2]/CPU SIZE=1; BIOS");
+  const struct
+  {
+    const char* address;
+    const char* place;
+  } steps[] = {{"/BOARD[2]/..", "/"},
+               {"BOARD[2]/CPU/../../BIOS", "/BIOS"},
+               {"../BOARD[2]/../BOARD[2]/CPU/../", "/BOARD[2]"},
+               {"../../..", "/"},
+               {"/../BOARD[2]/./..", nullptr},
+               {"BOARD/..", nullptr},
+               {"BOARD[2]/CPU/SIZE/..", nullptr},
+               {"BOARD[2]//..", nullptr},
+               {"//..", nullptr},
+               {"BOARD[2]/...", nullptr}};
+  for (const auto& step : steps)
+  {
+    EXPECT_EQ(session->enter(m_pool, step.address), step.place != nullptr) << step.address;
+    EXPECT_EQ(session->place(), step.place == nullptr ? "/" : step.place) << step.address;
+    EXPECT_EQ(m_pool.takeReports().size(), step.place == nullptr ? 1u : 0u) << step.address;
+  }
+  EXPECT_EQ(session->complete("BOARD[2]/../BI"), (Words{"BOARD[2]/../BIOS"}));
+  EXPECT_EQ(session->complete("BOARD[2]/.."), (Words{"BOARD[2]/../"}));
+  EXPECT_EQ(session->complete("CPU/../"), Words());
+}
+
+TEST_F(KySessionTest, missingAddressesAreReportedWithTheNearestOnes)
+{
+  const auto session = open("ROOT/BOARD[2] SIZE=1; BOARD[2]/CPU; BOARD[4]; BOARD_TYPE");
+  session->enter(m_pool, "BOARD[2]");
+  EXPECT_FALSE(session->enter(m_pool, "../BOARD[3]/"));
+  EXPECT_REPORTS(m_pool, {0x1503001, "item", "There is no item ../BOARD[3]. Did you mean ../BOARD[2] or ../BOARD[4]?"});
+  EXPECT_EQ(session->parameter(m_pool, "/BOARD[2]/SIZES"), nullptr);
+  EXPECT_REPORTS(m_pool, {0x1500800, "readAddress", ""});
+  EXPECT_FALSE(session->enter(m_pool, "SIZE[2]"));
+  EXPECT_EQ(m_pool.takeReports().size(), 1u);
+  EXPECT_EQ(session->node(m_pool, "CPU[2]").item, nullptr);
+  EXPECT_REPORTS(m_pool, {0x1503001, "node", "There is no item CPU[2]. Did you mean CPU?"});
+  EXPECT_EQ(session->node(m_pool, "/CPU").item, nullptr);
+  EXPECT_REPORTS(m_pool, {0x1503003, "node", "There is no parameter /CPU."});
+  EXPECT_NE(session->node(m_pool, "SIZE").parameter, nullptr);
+  EXPECT_EQ(session->node(m_pool, "CPU").parameter, nullptr);
+  EXPECT_EQ(session->node(m_pool, ".").item, &session->current());
+  EXPECT_NO_REPORTS(m_pool);
+}
+
+TEST_F(KySessionTest, changeTakesEverythingOfAParameterAndTellsWhetherThereIsAChange)
+{
+  const auto session = open("ROOT/BOARD SIZE=1; CPU");
+  session->enter(m_pool, "CPU");
+  KyNInventoryKit::ParameterChange change;
+  change.value = "1";
+  EXPECT_TRUE(session->change(m_pool, "../BOARD/SIZE", change));
+  EXPECT_FALSE(session->isChanged()) << "it was so before";
+  change.value.reset();
+  change.relevance = 3;
+  EXPECT_TRUE(session->change(m_pool, "../BOARD/SIZE", change));
+  EXPECT_TRUE(session->isChanged());
+  EXPECT_EQ(session->parameter(m_pool, "/BOARD/SIZE")->getRelevance(), 3u);
+  EXPECT_TRUE(session->save(m_pool, Session::Others::KEEP));
+  EXPECT_FALSE(session->change(m_pool, "NAME", change));
+  EXPECT_REPORTS(m_pool, {0x1503003, "parameter", "There is no parameter NAME."});
+  EXPECT_FALSE(session->change(m_pool, "/BOARD", change));
+  EXPECT_REPORTS(m_pool, {0x1503004, "parameter", "/BOARD is an item, not a parameter."});
+  change.createType = KyCParam::TYPE_STRING;
+  EXPECT_FALSE(session->change(m_pool, "/BOARD/SIZE", change));
+  EXPECT_REPORTS(m_pool, {0x1504004, "changeParameter", ""});
+  EXPECT_FALSE(session->isChanged());
+  EXPECT_TRUE(session->change(m_pool, "NAME", change));
+  EXPECT_TRUE(session->isChanged());
+  EXPECT_FALSE(session->parameter(m_pool, "NAME")->isModifiable());
+}
+
 TEST_F(KySessionTest, enterOfWhatIsNoItemIsReportedAndGoesNowhere)
 {
   const auto session = open("ROOT/BOARD SIZE=1");

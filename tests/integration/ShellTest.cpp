@@ -60,19 +60,101 @@ TEST_F(Shell, getPrintsValuesByThemselves)
   EXPECT_EQ(outcome.out, "1\n10.5\nrack 7\n");
 }
 
+TEST_F(Shell, getOfAnItemPrintsItsParametersAsTheSubCommandDoes)
+{
+  const std::string lines = "BOARD[2]/SIZE\t1\nBOARD[2]/OFFSET\t1.5\nBOARD[2]/VOLTAGE_MAX\t10.5\n";
+  EXPECT_EQ(carryOut("get BOARD[2]").out, lines);
+  EXPECT_EQ(run("get " + m_file + " BOARD[2]").out, lines);
+  EXPECT_EQ(carryOut("get BOARD[2] NAME").out, lines + "NAME\track 7\n");
+  EXPECT_EQ(carryOut("get .").out, "NAME\track 7\n");
+  const Outcome empty = carryOut("get CPU");
+  EXPECT_EQ(empty.exitCode, 0);
+  EXPECT_EQ(empty.out, "");
+  EXPECT_EQ(empty.err, "");
+}
+
+TEST_F(Shell, addressesArePrintedRelativeToTheCurrentItemAndOthersFromTheRoot)
+{
+  EXPECT_EQ(carryOut("cd BOARD[2]; get . /").out, "SIZE\t1\nOFFSET\t1.5\nVOLTAGE_MAX\t10.5\n/NAME\track 7\n");
+  EXPECT_EQ(carryOut("cd CPU; get ../BOARD[2]").out,
+            "/BOARD[2]/SIZE\t1\n/BOARD[2]/OFFSET\t1.5\n/BOARD[2]/VOLTAGE_MAX\t10.5\n");
+}
+
+TEST_F(Shell, upwardElementsMayStandAnywhereInAnAddress)
+{
+  const Outcome outcome = carryOut("cd /CPU/..; pwd; cd BOARD[2]/CPU/../../BOARD[3]; pwd; get ../BOARD[2]/../NAME");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "/\n/BOARD[3]\nrack 7\n");
+  EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(Shell, whatIsMissingIsReportedWithTheNearestAddressesThatTheShellTakes)
+{
+  const struct
+  {
+    const char* commands;
+    const char* message;
+  } cases[] = {
+      {"get BOARD[2]/VOLTAGE_MIN",
+       "There is no parameter BOARD[2]/VOLTAGE_MIN. Did you mean BOARD[2]/VOLTAGE_MAX? "
+       "(0x1503003, node)"},
+      {"cd BOARD[3]; set ../BOARD[2]/VOLTAGE_MIN=1",
+       "There is no parameter ../BOARD[2]/VOLTAGE_MIN. Did you mean ../BOARD[2]/VOLTAGE_MAX? (0x1503003, parameter)"},
+      {"cd BOARD[3]; set /BOARD/SIZE --relevance 1",
+       "There is no parameter /BOARD/SIZE. Did you mean /BOARD[2] or /BOARD[3]? (0x1503003, parameter)"},
+      {"get CPU[2]", "There is no item CPU[2]. Did you mean CPU? (0x1503001, node)"},
+      {"ls BOARD[2]/CPU[7]/..",
+       "BOARD[2]/CPU[7]/..: There is no item BOARD[2]/CPU[7]. Did you mean BOARD[2]/CPU? (0x1503001, item)"},
+  };
+  for (const auto& one : cases)
+  {
+    const Outcome outcome = carryOut(one.commands);
+    EXPECT_EQ(outcome.exitCode, 1) << one.commands;
+    EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')), std::string("kyinventory: ") + one.message);
+  }
+}
+
+TEST_F(Shell, setChangesUnitRelevanceAndModifiableFlagAsTheSubCommandDoes)
+{
+  const std::string all = " BOARD[2]/SIZE BOARD[2]/OFFSET CPU/COUNT --all";
+  const Outcome outcome = carryOut(
+      "set BOARD[2]/SIZE BOARD[2]/OFFSET=2.5 --unit=mm --relevance 7 --modifiable yes; set CPU/COUNT=1 --create Int8; "
+      "save");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "");
+  const Outcome changed = run("get " + m_file + all);
+  EXPECT_EQ(changed.out.substr(0, changed.out.find('\n')), "BOARD[2]/SIZE\t1\tInt32\tmm\tyes\t7\tSIZE");
+  EXPECT_NE(changed.out.find("BOARD[2]/OFFSET\t2.5\tFloat32\tmm\tyes\t7\t"), std::string::npos) << changed.out;
+  EXPECT_NE(changed.out.find("CPU/COUNT\t1\tInt8\t\tno\t0\t"), std::string::npos) << changed.out;
+  EXPECT_EQ(carryOut("set BOARD[2]/SIZE --unit mm --relevance 7 --modifiable yes").exitCode, 0) << "nothing changed";
+  EXPECT_EQ(carryOut("set BOARD[2]/SIZE --unit \"\"").exitCode, 1) << "a change that is not saved";
+}
+
+TEST_F(Shell, aBackslashInAWordIsTakenAwayAsItsHelpSays)
+{
+  EXPECT_EQ(carryOut("set NAME=C:\\tmp; get NAME; quit!").out, "C:tmp\n");
+  EXPECT_EQ(carryOut("set NAME=C:\\\\tmp; get NAME; set NAME=\"C:\\tmp\"; get NAME; quit!").out, "C:\\tmp\nC:\\tmp\n");
+  EXPECT_EQ(run("shell " + m_file + " -c \"set NAME='C:\\tmp'; get NAME; quit!\"").out, "C:\\tmp\n");
+  const std::string rule =
+      "set VENDOR=C:\\tmp stores C:tmp; for C:\\tmp write set VENDOR='C:\\tmp' or set VENDOR=C:\\\\tmp.\n";
+  EXPECT_NE(carryOut("help").out.find(rule), std::string::npos);
+  EXPECT_NE(run("shell --help").out.find("set VENDOR=C:\\tmp stores C:tmp"), std::string::npos);
+}
+
 TEST_F(Shell, theFirstFailureEndsItWithItsExitCode)
 {
   Outcome outcome = carryOut("get BOARD[2]/SIZE BOARD[2]/NAME BOARD[2]/SIZE; pwd");
   EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(outcome.out, "1\n");
+  EXPECT_EQ(outcome.out, "1\n1\n");
   EXPECT_EQ(outcome.err,
-            "kyinventory: There is no parameter BOARD[2]/NAME. (0x1503003, parameter)\n"
+            "kyinventory: There is no parameter BOARD[2]/NAME. (0x1503003, node)\n"
             "kyinventory: what to do: See what ls lists; set --create TYPE makes a parameter.\n");
   outcome = carryOut("cd BOARD[9]; pwd");
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
-            "kyinventory: There is no item BOARD[9]. (0x1503001, item)\n"
+            "kyinventory: There is no item BOARD[9]. Did you mean BOARD[3] or BOARD[2]? (0x1503001, item)\n"
             "kyinventory: what to do: See what ls lists; addresses are relative to the current item.\n");
   outcome = carryOut("cd BORD; pwd");
   EXPECT_EQ(outcome.exitCode, 2);
@@ -90,11 +172,12 @@ TEST_F(Shell, wrongUsageOfACommandGivesExitCode2)
       {"cd CPU CPU", "wrong usage: cd [ADDRESS]"},
       {"get", "wrong usage: get ADDRESS..."},
       {"pwd now", "wrong usage: pwd "},
-      {"set", "wrong usage: set ADDRESS=VALUE... [--create TYPE] [--unit UNIT]"},
+      {"set",
+       "wrong usage: set ADDRESS[=VALUE]... [--create TYPE] [--unit UNIT] [--relevance NUMBER] [--modifiable yes|no]"},
       {"set NAME", "set: NAME: a value is missing: write NAME=VALUE"},
       {"set NAME=a --create", "set: --create needs a value"},
       {"set --unit V", "set: nothing to set"},
-      {"set NAME=a --unit V", "set: --unit goes with --create"},
+      {"set NAME --unit V --create String", "set: NAME: a value is missing: write NAME=VALUE"},
       {"set NAME=a --create Int7",
        "Int7: is no type; the types are Int8, Int16, Int32, Long64, UInt8, UInt16, UInt32, ULong64, Float32, Float64, "
        "String, Version"},
@@ -108,8 +191,15 @@ TEST_F(Shell, wrongUsageOfACommandGivesExitCode2)
       {"cd \"\"", "cd: an address must not be empty; . is the current item, / the root"},
       {"find -x", "find: -x: no such option"},
       {"find \"\"", "find: an address must not be empty; . is the current item, / the root"},
-      {"set BOARD[2]/SIZE=5 --unit=V", "set: --unit: no such option"},
-      {"set --relevance 5 NAME=a", "set: --relevance: no such option"},
+      {"set BOARD[2]/SIZE=5 --units=V", "set: --units: no such option"},
+      {"set NAME --relevance", "set: --relevance needs a value"},
+      {"set --relevance=-1 NAME=a", "set: --relevance: -1: must be a whole number from 0 to 4294967295"},
+      {"set --relevance 4294967296 NAME=a",
+       "set: --relevance: 4294967296: must be a whole number from 0 to 4294967295"},
+      {"set --modifiable true NAME=a", "set: --modifiable: true: must be yes or no"},
+      {"get NAME BORD",
+       "BORD is not an inventory ID. Did you mean BOARD? (0x1500800, readAddress)\n"
+       "kyinventory: what to do: Correct the name; kyinventory ids lists all of them."},
       {"set =5", "set: an address must not be empty; . is the current item, / the root"},
       {"get BOARD[2]//SIZE",
        "\"BOARD[2]//SIZE\" is not an address: the name of an ID is expected at character 10. (0x1500801, readAddress)\n"
@@ -139,8 +229,8 @@ TEST_F(Shell, wrongUsageOfACommandGivesExitCode2)
 
 TEST_F(Shell, whatIsNotThereGivesExitCode1)
 {
-  for (const char* const commands :
-       {"get CPU/SIZE", "get CPU", "cd CPU/CPU", "cd NAME", "ls BOARD", "set CPU/SIZE=1", "set CPU=1", "find COUNT"})
+  for (const char* const commands : {"get CPU/SIZE", "cd CPU/CPU", "cd BOARD/..", "cd NAME/..", "cd NAME", "ls BOARD",
+                                     "set CPU/SIZE=1", "set CPU=1", "find COUNT"})
     EXPECT_EQ(carryOut(commands).exitCode, 1) << commands;
 }
 
@@ -324,8 +414,12 @@ TEST_F(Shell, helpListsEveryCommand)
 
 TEST_F(Shell, findListsAddressesBelowTheCurrentItem)
 {
-  EXPECT_EQ(carryOut("find *").out, "/NAME\n/BOARD[2]\n/BOARD[3]\n/CPU\n");
-  EXPECT_EQ(carryOut("cd BOARD[2]; find **/V* --where \"VOLTAGE_MAX > 10\"").out, "/BOARD[2]/VOLTAGE_MAX\n");
+  EXPECT_EQ(carryOut("find *").out, "NAME\track 7\t\nBOARD[2]\t\t\nBOARD[3]\t\t\nCPU\t\t\n");
+  EXPECT_EQ(carryOut("find **/VOLTAGE_*").out, "BOARD[2]/VOLTAGE_MAX\t10.5\tV\n");
+  EXPECT_EQ(carryOut("find **/VOLTAGE_*").out, run("find " + m_file + " '**/VOLTAGE_*'").out);
+  EXPECT_EQ(carryOut("cd BOARD[2]; find **/V* --where \"VOLTAGE_MAX > 10\"").out, "VOLTAGE_MAX\t10.5\tV\n");
+  EXPECT_EQ(carryOut("find .").out, ".\t\t\n");
+  EXPECT_EQ(carryOut("cd BOARD[2]; find **").out, ".\t\t\nSIZE\t1\t\nOFFSET\t1.5\t\nVOLTAGE_MAX\t10.5\tV\nCPU\t\t\n");
   EXPECT_EQ(carryOut("find **/SLOT_COUNT").exitCode, 1);
   EXPECT_EQ(carryOut("find A[").exitCode, 2);
   EXPECT_EQ(carryOut("find * --where").exitCode, 2);
@@ -335,7 +429,7 @@ TEST_F(Shell, diffShowsWhatDiffersFromTheStoredTree)
 {
   const Outcome outcome = carryOut("diff; set BOARD[2]/SIZE=2; set CPU/COUNT=1 --create Int8; diff; save; diff");
   EXPECT_EQ(outcome.exitCode, 0);
-  EXPECT_EQ(outcome.out, "~ BOARD[2]/SIZE  1 -> 2\n+ CPU/COUNT  Int8 1, modifiable\n");
+  EXPECT_EQ(outcome.out, "~ BOARD[2]/SIZE  1 -> 2\n+ CPU/COUNT  Int8 1\n");
 }
 
 TEST_F(Shell, addressesAreCompletedForTheCommandLineShells)

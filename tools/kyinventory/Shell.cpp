@@ -1,11 +1,15 @@
 #include "Shell.h"
 
 #include <algorithm>
+#include <limits>
+#include <utility>
 
 #include "Command.h"
 #include "Files.h"
+#include "Numbers.h"
 #include "Output.h"
 #include "Progress.h"
+#include "Table.h"
 #include "Terminal.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "inventorykit/KyAddressText.h"
@@ -69,6 +73,69 @@ std::string padded(std::string text, std::size_t width)
   return text;
 }
 
+// Addresses as the session takes them: relative to the current item what is in it, the others from the root with a "/" in
+// front. At the root they are those that the sub-commands take.
+class ShownAddresses
+{
+public:
+  explicit ShownAddresses(Session& session) : m_current(&session.current()), m_place(session.place()) {}
+
+  std::string of(const KyNInventoryKit::Node& node)
+  {
+    if (node.item != m_item) m_isInCurrent = isInCurrent(node.item);
+    m_item = node.item;
+    const std::string& address = m_texts.of(node);
+    if (!m_isInCurrent) return address == "." ? "/" : "/" + address;
+    if (m_place == "/") return address;
+    return address.size() < m_place.size() ? "." : address.substr(m_place.size());
+  }
+
+private:
+  bool isInCurrent(const KyCInventoryItem* item) const
+  {
+    while (item != nullptr && item != m_current)
+      item = item->getParent();
+    return item != nullptr;
+  }
+
+  const KyCInventoryItem* const m_current;
+  const std::string m_place;
+  KyNInventoryKit::AddressTexts m_texts;
+  const KyCInventoryItem* m_item = nullptr;
+  bool m_isInCurrent = false;
+};
+
+bool isSetOption(const std::string& name)
+{
+  return name == "--create" || name == "--unit" || name == "--relevance" || name == "--modifiable";
+}
+
+// Reads an option of set; false after a message.
+bool readSetOption(const std::string& name, const std::string& value, KyNInventoryKit::ParameterChange& change)
+{
+  if (name == "--unit")
+  {
+    change.unit = value;
+    return true;
+  }
+  if (name == "--create")
+  {
+    change.createType = KyNInventoryKit::typeOfName(value);
+    if (change.createType == 0) complain(value + ": is no type; the types are " + KyNInventoryKit::typeNames());
+    return change.createType != 0;
+  }
+  if (name == "--relevance")
+  {
+    change.relevance = parseWholeNumber(value, 0, std::numeric_limits<unsigned int>::max());
+    if (!change.relevance) complain("set: --relevance: " + value + ": must be a whole number from 0 to 4294967295");
+    return change.relevance.has_value();
+  }
+  const bool isAnswer = value == "yes" || value == "no";
+  if (isAnswer) change.isModifiable = value == "yes";
+  if (!isAnswer) complain("set: --modifiable: " + value + ": must be yes or no");
+  return isAnswer;
+}
+
 // A value on one line, whatever is in it.
 std::string shownValue(const KyCInventoryParameter& parameter)
 {
@@ -84,8 +151,10 @@ const Shell::Command Shell::s_commands[] = {
     {"cd", "[ADDRESS]", "go to an item; without an address, to the root", 0, 1, &Shell::changeItem},
     {"diff", "", "show what differs from the stored tree", 0, 0, &Shell::diff},
     {"exit", "[--force]", "the same as quit", 0, 1, &Shell::quit},
-    {"find", "PATTERN [--where EXPR]", "list the addresses below the current item that fit", 1, 3, &Shell::find},
-    {"get", "ADDRESS...", "print values", 1, s_any, &Shell::get},
+    {"find", "PATTERN [--where EXPR]", "list what fits below the current item, with values and units", 1, 3,
+     &Shell::find},
+    {"get", "ADDRESS...", "print values; of an item, those of all its parameters behind their addresses", 1, s_any,
+     &Shell::get},
     {"help", "", "show this list", 0, 0, &Shell::help},
     {"ls", "[ADDRESS]", "list the items and parameters in an item", 0, 1, &Shell::list},
     {"pwd", "", "print the address of the current item", 0, 0, &Shell::place},
@@ -93,8 +162,8 @@ const Shell::Command Shell::s_commands[] = {
     {"quit!", "", "leave, and drop unsaved changes", 0, 0, &Shell::quit},
     {"save", "[--force]", "store the tree in its file; forced, also when someone else has changed the file", 0, 1,
      &Shell::save},
-    {"set", "ADDRESS=VALUE... [--create TYPE] [--unit UNIT]", "change values, or create parameters", 1, s_any,
-     &Shell::set},
+    {"set", "ADDRESS[=VALUE]... [--create TYPE] [--unit UNIT] [--relevance NUMBER] [--modifiable yes|no]",
+     "change parameters, or create them", 1, s_any, &Shell::set},
 };
 
 const Shell::Command* Shell::commandOf(const std::string& name)
@@ -113,6 +182,14 @@ std::string Shell::overview()
     text += std::string(command.name) + (arguments.empty() ? "" : " " + arguments) + "\n    " + command.meaning + "\n";
   }
   return text;
+}
+
+std::string Shell::quotingRules()
+{
+  return "Words with blanks, \";\" or \"#\" stand in quotes: set NAME=\"second board\".\n"
+         "Outside of quotes a backslash takes the meaning from the character behind it, and does not stay:\n"
+         "set VENDOR=C:\\tmp stores C:tmp; for C:\\tmp write set VENDOR='C:\\tmp' or set VENDOR=C:\\\\tmp.\n"
+         "Inside \"...\" it does so in front of \" and \\ alone; inside '...' every character stands for itself.\n";
 }
 
 int Shell::execute(const Words& words)
@@ -145,9 +222,8 @@ int Shell::help(const Words&)
 {
   Output out;
   out.text(overview());
-  out.text(
-      "\nAddresses are relative to the current item; / at the start means the root, .. the item above.\n"
-      "Values with blanks stand in quotes: set NAME=\"second board\".\n");
+  out.text("\nAddresses are relative to the current item; / at the start means the root, .. the item above.\n");
+  out.text("\n" + quotingRules());
   return out.finish(EXIT_OK);
 }
 
@@ -177,65 +253,85 @@ int Shell::list(const Words& words)
 int Shell::get(const Words& words)
 {
   if (!mayBeAddresses(words)) return EXIT_USAGE;
-  Output out;
+  int exitCode = EXIT_OK;
+  bool hasItem = false;
+  std::vector<KyNInventoryKit::Node> parameters;
   for (std::size_t n = 1; n < words.size(); ++n)
   {
     KyCErrorListPool pool;
-    const KyCInventoryParameter* const parameter = m_session.parameter(pool, words[n]);
-    if (parameter == nullptr)
-    {
-      const int exitCode = out.finish(EXIT_OK);
-      const int reason = told(pool, words[n]);
-      return exitCode == EXIT_OK ? reason : exitCode;
-    }
-    out.data(KyNInventoryKit::valueText(*parameter), Style::VALUE).text("\n");
+    const KyNInventoryKit::Node node = m_session.node(pool, words[n]);
+    if (node.item == nullptr) exitCode = told(pool, words[n]);
+    if (exitCode == EXIT_USAGE) return exitCode;
+    if (node.item == nullptr) continue;
+    hasItem = hasItem || node.parameter == nullptr;
+    if (node.parameter != nullptr) parameters.push_back(node);
+    if (node.parameter != nullptr) continue;
+    for (KyCInventoryParameter* p = node.item->getParameterByOrdinalNumber(0); p != nullptr; p = p->getNext())
+      parameters.push_back({node.item, p});
   }
-  return out.finish(EXIT_OK);
+  Output out;
+  if (hasItem)
+    printNodes(out, parameters, {"ADDRESS", "VALUE"});
+  else
+    for (const KyNInventoryKit::Node& node : parameters)
+      out.data(KyNInventoryKit::valueText(*node.parameter), Style::VALUE).text("\n");
+  return out.finish(exitCode);
+}
+
+void Shell::printNodes(Output& out, const std::vector<KyNInventoryKit::Node>& nodes, const Words& headings)
+{
+  ShownAddresses addresses(m_session);
+  Table table(out, headings);
+  for (const KyNInventoryKit::Node& node : nodes)
+  {
+    const bool isItem = node.parameter == nullptr;
+    Words row = {addresses.of(node), isItem ? "" : KyNInventoryKit::valueText(*node.parameter),
+                 isItem ? "" : node.parameter->getUnit()};
+    row.resize(headings.size());
+    table.add(std::move(row));
+    if (out.hasFailed()) break;
+  }
+  table.finish();
 }
 
 int Shell::set(const Words& words)
 {
   Words assignments;
-  unsigned int type = 0;
-  std::string unit;
+  KyNInventoryKit::ParameterChange change;
   for (std::size_t n = 1; n < words.size(); ++n)
   {
-    const bool isCreate = words[n] == "--create";
-    const bool isUnit = words[n] == "--unit";
-    if ((isCreate || isUnit) && n + 1 == words.size()) return wrongUsage("set: " + words[n] + " needs a value");
-    if (isCreate)
+    const std::string& word = words[n];
+    const std::size_t equals = word.find('=');
+    const std::string front = word.substr(0, equals);
+    if (!isSetOption(front))
     {
-      type = KyNInventoryKit::typeOfName(words[++n]);
-      if (type == 0) return wrongUsage(words[n] + ": is no type; the types are " + KyNInventoryKit::typeNames());
+      if (!mayBeAddress("set", front)) return EXIT_USAGE;
+      assignments.push_back(word);
+      continue;
     }
-    else if (isUnit)
-      unit = words[++n];
-    else if (!mayBeAddress("set", words[n].substr(0, words[n].find('='))))
-      return EXIT_USAGE;
-    else if (words[n].find('=') == std::string::npos)
-      return wrongUsage("set: " + words[n] + ": a value is missing: write " + words[n] + "=VALUE");
-    else
-      assignments.push_back(words[n]);
+    if (equals == word.npos && n + 1 == words.size()) return wrongUsage("set: " + word + " needs a value");
+    if (!readSetOption(front, equals == word.npos ? words[++n] : word.substr(equals + 1), change)) return EXIT_USAGE;
   }
   if (assignments.empty()) return wrongUsage("set: nothing to set");
-  if (!unit.empty() && type == 0) return wrongUsage("set: --unit goes with --create");
+  const bool mayKeepValue = change.createType == 0 && (change.unit || change.relevance || change.isModifiable);
+  for (const std::string& text : assignments)
+    if (!mayKeepValue && text.find('=') == text.npos)
+      return wrongUsage("set: " + text + ": a value is missing: write " + text + "=VALUE");
   KyCErrorListPool pool;
-  if (!isUnit(pool, unit)) return told(pool, "set");
+  if (!isUnit(pool, change.unit.value_or(""))) return told(pool, "set");
   int exitCode = EXIT_OK;
   for (std::size_t n = 0; n < assignments.size() && exitCode == EXIT_OK; ++n)
-    exitCode = assign(assignments[n], type, unit);
+    exitCode = assign(assignments[n], change);
   return exitCode;
 }
 
-int Shell::assign(const std::string& text, unsigned int type, const std::string& unit)
+int Shell::assign(const std::string& text, KyNInventoryKit::ParameterChange change)
 {
   const std::size_t equals = text.find('=');
   const std::string address = text.substr(0, equals);
-  const std::string value = text.substr(equals + 1);
+  if (equals != text.npos) change.value = text.substr(equals + 1);
   KyCErrorListPool pool;
-  const bool isDone =
-      type == 0 ? m_session.set(pool, address, value) : m_session.create(pool, address, type, value, unit);
-  return isDone ? EXIT_OK : told(pool, address);
+  return m_session.change(pool, address, change) ? EXIT_OK : told(pool, address);
 }
 
 int Shell::save(const Words& words)
@@ -287,13 +383,8 @@ int Shell::find(const Words& words)
     return EXIT_USAGE;
   }
   const std::vector<KyNInventoryKit::Node> nodes = KyNInventoryKit::find(m_session.current(), query);
-  KyNInventoryKit::AddressTexts addresses;
   Output out;
-  for (std::size_t n = 0; n < nodes.size() && !out.hasFailed(); ++n)
-  {
-    const std::string& address = addresses.of(nodes[n]);
-    out.data(address == "." ? "/" : "/" + address, Style::NAME).text("\n");
-  }
+  printNodes(out, nodes, {"ADDRESS", "VALUE", "UNIT"});
   return out.finish(nodes.empty() ? EXIT_NO : EXIT_OK);
 }
 

@@ -6,6 +6,8 @@
 
 #include "inventorykit/KySession.h"
 
+class Output;
+
 // Carries out commands on a session and prints what they have to say.
 class Shell
 {
@@ -25,6 +27,9 @@ public:
 
   // The commands, a line each, for `help` and for the manual.
   static std::string overview();
+
+  // How values with blanks and backslashes are written, for both, too.
+  static std::string quotingRules();
 
 private:
   using Words = std::vector<std::string>;
@@ -51,7 +56,8 @@ private:
   int quit(const Words& words);
   int save(const Words& words);
   int set(const Words& words);
-  int assign(const std::string& text, unsigned int type, const std::string& unit);
+  int assign(const std::string& text, KyNInventoryKit::ParameterChange change);
+  void printNodes(Output& out, const std::vector<KyNInventoryKit::Node>& nodes, const Words& headings);
 
   KyNInventoryKit::Session& m_session;
   bool m_isLeft = false;

@@ -186,9 +186,12 @@ void addShellCommand(CLI::App& program, int& exitCode)
        "another program can ask through a pair of pipes. The first one that fails ends the session with its exit code; "
        "nothing is saved on the way out. "
        "Changes that are not saved at the end give exit code 1.\n\n"
-       "Commands are separated by line ends or \";\". Values with blanks stand in quotes. # begins a comment. "
-       "Addresses are relative to the current item; / at the start means the root, .. the item above.\n\n" +
-           commandParagraphs(),
+       "Commands are separated by line ends or \";\". # begins a comment. Addresses are relative to the current item; "
+       "/ "
+       "at the start means the root, .. the item above. get and find print them in the same form: relative to the "
+       "current item what is in it, with / in front what is not. At the root that is the form that the other "
+       "sub-commands take.\n\n" +
+           Shell::quotingRules() + "\n" + commandParagraphs(),
        {{"kyinventory shell rack.kyinv", "opens a session"},
         {"kyinventory shell rack.kyinv -c 'cd BOARD[2]; set SLOT_COUNT=5; save'",
          "changes the second board's slot count"}}});

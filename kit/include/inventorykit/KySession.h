@@ -13,7 +13,9 @@
 #include "errorhandling/KyCErrorListPool.h"
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyCInventoryParameter.h"
+#include "inventorykit/KyEdit.h"
 #include "inventorykit/KyInventoryKitApi.h"
+#include "inventorykit/KyLookUp.h"
 #include "inventorykit/KyTree.h"
 
 namespace KyNInventoryKit
@@ -68,13 +70,13 @@ KY_INVENTORYKIT_API std::vector<std::string> completeAddress(KyCInventoryItem& i
 KY_INVENTORYKIT_API std::vector<std::string> completeName(const std::string& begun);
 
 // A tree, where in it one stands, and whether it differs from what is stored. Addresses are relative to the current
-// item; one that begins with "/" is relative to the root, and each ".." at its start goes up one item, at the root none.
-// "/" may stand at its end.
+// item; one that begins with "/" is relative to the root, and each ".." goes up one item, at the root none: in front of
+// it there must be an item. "/" may stand at its end.
 //
 // Errors of all methods, besides those of readAddress:
-//             0x1503001  there is no such item
+//             0x1503001  there is no such item; the report names the nearest ones, as addresses of this kind
 //             0x1503002  the address names a parameter where an item is needed
-//             0x1503003  there is no such parameter
+//             0x1503003  there is no such parameter; the report names the nearest items and parameters
 //             0x1503004  the address names an item where a parameter is needed
 //             0x1503005  the file holds another section than the one that was read
 // On failure: null or false, with reports in the pool; the tree is as it was.
@@ -106,10 +108,20 @@ public:
   KyCInventoryItem* item(KyCErrorListPool& pool, const std::string& address);
   KyCInventoryParameter* parameter(KyCErrorListPool& pool, const std::string& address);
 
+  // What an address names, as lookUp takes it: the parameter where it names both.
+  //
+  // Errors:  0x1503003, or 0x1503001 for an address with an index, which can only be an item's
+  Node node(KyCErrorListPool& pool, const std::string& address);
+
   // Sets a value that is given as setValueText takes it.
   //
   // Errors:  those of setValueText
   bool set(KyCErrorListPool& pool, const std::string& address, const std::string& value);
+
+  // As changeParameter.
+  //
+  // Errors:  those of changeParameter; for what is missing 0x1503003
+  bool change(KyCErrorListPool& pool, const std::string& address, const ParameterChange& change);
 
   // Creates a parameter of a type (a code), without limits to changing it; missing items on the way are made.
   //
@@ -135,7 +147,7 @@ public:
 
 private:
   Session(const std::string& path, std::string bytes, TreePointer root);
-  KyCInventoryItem* base(const std::string& address, std::string& rest) const;
+  KyCInventoryItem* base(KyCErrorListPool& pool, const std::string& address, std::string& rest) const;
   bool isStoredElsewhere(KyCErrorListPool& pool) const;
 
   const std::string m_path;
