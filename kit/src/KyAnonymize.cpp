@@ -274,6 +274,8 @@ private:
     for (const char separator : {':', '-'})
       m_replacements.add(joined(mac, 1, separator), joined(pseudonym, 1, separator));
     m_replacements.add(joined(mac, 2, '.'), joined(pseudonym, 2, '.'));
+    for (const char separator : {':', '-'})
+      m_replacements.add(joined(mac, 2, separator), joined(pseudonym, 2, separator), Where::ALONE);
     m_replacements.add(shortMac(mac), shortMac(pseudonym), Where::ALONE);
     const std::string extended = extendedMac(mac);
     const std::string extendedPseudonym = extendedMac(pseudonym);

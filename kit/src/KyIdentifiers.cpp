@@ -80,14 +80,26 @@ bool readUuid(const Rest& rest, Identifier& identifier)
   return finish(rest, IdentifierKind::UUID, length, identifier);
 }
 
-// Six groups of two digits or more, or three of four digits joined by dots, or four around ff and fe.
+// Whether a group of hexadecimal digits and the separator stand in front.
+bool isBehindGroup(const Rest& rest, char separator)
+{
+  constexpr std::size_t s_longest = 12;    // the last group of a UUID
+  if (rest.before() != separator) return false;
+  std::size_t digits = 0;
+  while (digits < s_longest && isHex(rest.before(2 + digits)))
+    ++digits;
+  return digits != 0 && !isWord(rest.before(2 + digits));
+}
+
+// Six groups of two digits or more, or three of four digits, or four around ff and fe.
 bool readMac(const Rest& rest, bool isVersion, Identifier& identifier)
 {
   constexpr std::size_t s_mostGroups = 32;
   const std::size_t digits = rest.hexDigits(0, 5);
   const char separator = rest[digits];
-  const bool isDotted = digits == 4 && separator == '.' && !isVersion;
-  if (!isDotted && (digits != 2 || (separator != ':' && separator != '-'))) return false;
+  const bool isOfFour = digits == 4 && !isVersion;
+  const bool isJoined = separator == ':' || separator == '-' || (isOfFour && separator == '.');
+  if (!isJoined || (digits != 2 && !isOfFour)) return false;
   std::size_t groups = 1;
   std::size_t length = digits;
   while (groups < s_mostGroups && rest[length] == separator && rest.hexDigits(length + 1, digits + 1) == digits)
@@ -95,9 +107,15 @@ bool readMac(const Rest& rest, bool isVersion, Identifier& identifier)
     ++groups;
     length += 1 + digits;
   }
-  if (isDotted ? groups != 3 && groups != 4 : groups < 6) return false;
+  if (isOfFour ? groups != 3 && groups != 4 : groups < 6) return false;
   if (!finish(rest, IdentifierKind::MAC, length, identifier)) return false;
-  return !isDotted || groups == 3 || isExtendedMac(identifier.bytes);
+  if (!isOfFour || separator == '.') return !isOfFour || groups == 3 || isExtendedMac(identifier.bytes);
+  // Parts of an IPv6 address, a UUID or a name of an input device (0003:046D:C52B.0001) look alike.
+  const bool isPartOfMore = isBehindGroup(rest, separator) || (rest[length] == separator && isHex(rest[length + 1])) ||
+                            (separator == ':' && ((rest[length] == ':' && rest[length + 1] == ':') ||
+                                                  (rest.before() == ':' && rest.before(2) == ':') ||
+                                                  (rest[length] == '.' && isHex(rest[length + 1]))));
+  return !isPartOfMore && (groups == 3 || isExtendedMac(identifier.bytes));
 }
 
 // Six groups without their leading zeros. One that is of digits alone may be a list of anything.

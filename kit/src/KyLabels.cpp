@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "KyIdentifiers.h"
 #include "KyPseudonyms.h"
 
 namespace KyNInventoryKit
@@ -39,6 +40,7 @@ constexpr Label s_labels[] = {
     {"machine id", false, false, false},
     {"hostname", true, true, true},
     {"host name", true, true, true},
+    {"host", true, false, true},
     {"nodename", true, false, true},
     {"node name", true, false, true},
     {"computer name", true, false, true},
@@ -147,6 +149,22 @@ bool isAboutPorts(const std::string& word)
   return false;
 }
 
+// "Host: bridge", "host=8080", "host: 10.0.0.1": the kind of a device, a number, or an address, which its form tells.
+bool isNoHost(std::string_view text, std::size_t begin, const std::string& word)
+{
+  Identifier ignored;
+  if (identifierAt(text, begin, false, ignored)) return true;
+  const bool isHexNumber = word.compare(0, 2, "0x") == 0;
+  if (isHexNumber || word.find_first_not_of("0123456789.") == std::string::npos) return true;
+  for (const char* const kind :
+       {"adapter",  "ahci",   "any",  "bridge",  "bus",  "channel", "controller", "cpu",     "device",
+        "disabled", "driver", "ehci", "enabled", "hci",  "host",    "interface",  "memory",  "mode",
+        "name",     "nvme",   "off",  "ohci",    "ok",   "only",    "os",         "pci",     "pcie",
+        "port",     "ready",  "sata", "scsi",    "side", "uhci",    "usb",        "virtual", "xhci"})
+    if (word == kind) return true;
+  return false;
+}
+
 std::size_t lengthOfWord(std::string_view text, std::size_t begin, bool isHost)
 {
   std::size_t end = begin;
@@ -178,6 +196,7 @@ bool findWord(std::string_view text, std::size_t behindLabel, const Label& label
   const std::string word = lowerCase(text.substr(found.begin, found.length));
   const bool hasDigit = std::any_of(word.begin(), word.end(), isDigit);
   if (isCommonWord(word) || (label.name == "serial" && isAboutPorts(word))) return false;
+  if (label.name == "host" && isNoHost(text, found.begin, word)) return false;
   const bool isNextName = !hasDigit && isOneOf(charAt(text, found.begin + found.length), ":=");
   if (isNextName || isLabel(text, found.begin)) return false;    // an empty field, and the next one
   return isNamed ? hasDigit || label.isSure : hasDigit && word.size() >= s_shortestAlone;

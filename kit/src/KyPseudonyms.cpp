@@ -44,7 +44,7 @@ std::string inFormOf(std::string_view original, const std::string& digits)
 
 bool isShortened(std::string_view mac, std::size_t bytes)
 {
-  return mac.find(':') != std::string_view::npos && mac.size() + 1 < 3 * bytes;
+  return mac.find(':') < 3 && mac.size() + 1 < 3 * bytes;    // behind a group of four it is no short one
 }
 
 std::string inCaseOf(std::string_view original, std::string text)

@@ -42,6 +42,41 @@ TEST(KyIdentifiers, findsMacAddressesInTheirNotations)
   EXPECT_EQ(identifiersOf("mac:00:1b:21:3c:4d:5e"), "mac=00:1b:21:3c:4d:5e");
 }
 
+TEST(KyIdentifiers, findsMacAddressesOfThreeGroupsWhateverJoinsThem)
+{
+  EXPECT_EQ(identifiersOf("0025-9095-7112"), "mac=0025-9095-7112");
+  EXPECT_EQ(identifiersOf("mac:0025:9095:7112, (001B:213c:4D5e)."), "mac=0025:9095:7112 mac=001B:213c:4D5e");
+  EXPECT_EQ(identifiersOf("021b-21ff-fe3c-4d5e"), "mac=021b-21ff-fe3c-4d5e");
+  for (const char* text :
+       {"0025-9095", "0025-9095-711", "0025-9095-71122", "0025-9095-7112-3456", "0025:9095-7112", "ab-0025-9095-7112",
+        "0025-9095-7112-ab", "0003:046D:C52B.0001", "x0025-9095-7112", "4c4c4544-0042-3510-8052-b4c04f4a4e3"})
+    EXPECT_EQ(identifiersOf(text), "") << text;
+  EXPECT_EQ(identifiersOf("2001:0470:1f0b::1 ::0025:9095:7112"), "ipv6=2001:0470:1f0b::1 ipv6=::0025:9095:7112");
+  EXPECT_EQ(identifiersOf("0025-9095-7112", true), "");
+}
+
+TEST(KyIdentifiers, wordsBehindTheLabelHostAreTakenWhereTheyLookLikeNames)
+{
+  const auto wordsOf = [](const std::string& text)
+  {
+    std::string words;
+    for (const LabelledWord& word : labelledWords(text))
+    {
+      EXPECT_TRUE(word.isHost) << text;
+      words += (words.empty() ? "" : " ") + text.substr(word.begin, word.length);
+    }
+    return words;
+  };
+  EXPECT_EQ(wordsOf("host=rack7"), "rack7");
+  EXPECT_EQ(wordsOf("Host: db.example.com, up"), "db.example.com");
+  EXPECT_EQ(wordsOf("{\"host\":\"alpha\",\"port\":80}"), "alpha");
+  EXPECT_EQ(wordsOf("host:rack7:8080"), "rack7");
+  for (const char* text : {"host=8080", "host: 10.2.3.4", "host: fe80::1", "host=00:1b:21:3c:4d:5e", "Host bridge",
+                           "Host: bridge", "host rack7", "scsi host0: ahci", "USB Host: Controller", "http://host:80/",
+                           "localhost: rack7", "host: 0x1F", "host="})
+    EXPECT_EQ(wordsOf(text), "") << text;
+}
+
 TEST(KyIdentifiers, takesNoPciAddressTimeOrHalfMacAddressForOne)
 {
   for (const char* text : {"0000:02:00.1", "8086:1521", "12:34:56", "00:1b:21:3c:4d", "00:1b:21:3c:4d:5",

@@ -52,7 +52,8 @@ void addAnonymizeCommand(CLI::App& program, int& exitCode)
        "program runs, but not what is in a --key-file.\n\n"
        "Words of 12 or 32 hexadecimal digits count as addresses and UUIDs, and the word behind a label such as S/N, "
        "Asset Tag or hostname as an identifier. Checksums, commits, numbers with 0x in front, words of other lengths "
-       "(World Wide Names), and serial numbers in a sentence without a label stay.\n\n"
+       "(World Wide Names), MAC addresses with blanks in them, identifiers in a sentence without a label, behind a "
+       "label in another language, or further ones of a list, and numbers in other parameters stay.\n\n"
        "What is no address and stands in no parameter for it, such as a person's name in a comment, is not known "
        "to the program. Look at the copy before it leaves the house.",
        {{"kyinventory anonymize customer.kyinv -o sendable.kyinv", "makes a copy that tells nobody's name"},

@@ -8,12 +8,12 @@
 //   PACKAGE_SERIAL_NUMBER, SERIAL and UNITID (serial numbers), SYSTEMNAME, RACKNAME and UNITNAME (names of hosts), IPADDRESS,
 //   GATEWAY_ADDRESS, DHCP_SERVER_IPADDRESS_MIN and _MAX, MAC_ADDRESS, whatever their type. Likewise a parameter whose
 //   description is not the ID's name and speaks of a serial number, an asset, a UUID or a host name.
-// - By form, in every string value, unit and description: MAC addresses (00:1B:21:3C:4D:5E, with "-", as 001b.213c.4d5e or
-//   0:1b:21:3c:4d:5e, and longer ones), IPv4 and IPv6 addresses and UUIDs; words of 12 or 32 hexadecimal digits, letters and
+// - By form, in every string value, unit and description: MAC addresses (00:1B:21:3C:4D:5E, with "-", as 001b.213c.4d5e, with
+//   ":" or "-" there, too, or as 0:1b:21:3c:4d:5e, and longer ones), IPv4 and IPv6 addresses and UUIDs; words of 12 or 32 hexadecimal digits, letters and
 //   digits both, are MAC addresses and UUIDs without their separators.
 // - By a label, there: the word behind "Serial Number", "Serial No", "S/N", "SN", "Asset Tag", "Asset Number", "Inventory
-//   Number", "UUID", "PARTUUID", "GUID", "Hostname" or "Host name"; behind "Serial", "Asset", "Machine ID", "Node name" or
-//   "Computer name" only when there is ":", "=" or "#" between. Without one of these the word must have a digit and four
+//   Number", "UUID", "PARTUUID", "GUID", "Hostname" or "Host name"; behind "Serial", "Asset", "Machine ID", "Node name",
+//   "Computer name" or "Host" only when there is ":", "=" or "#" between. Without one of these the word must have a digit and four
 //   characters. Upper and lower case are the same, as are "SerialNumber", "serial_number" and "serial-number".
 // - Everywhere else: every original of these, upper and lower case being the same; of a host name also the first label and
 //   the domain; of a MAC address and a UUID every spelling, with and without separators and leading zeros, also the
@@ -34,7 +34,8 @@
 //   are swapped has a pseudonym of its own.
 // - Identifiers in free texts behind no label, or one in another language, and further ones of a list: "S/N AB12, CD34".
 // - What names no machine: empty texts, fillers such as "None" or "00000000", localhost, loopback addresses, netmasks, and
-//   addresses of nothing but zeros or ones; behind "serial" what a port is set to (115200, ttyS0).
+//   addresses of nothing but zeros or ones; behind "serial" what a port is set to (115200, ttyS0); behind "host" numbers and
+//   kinds of devices (bridge, usb).
 // - Numbers under other IDs, IDs, indices and the shape of the tree. Names of persons or firms in other texts are not known
 //   here: look at the result before it goes to others.
 //
