@@ -196,6 +196,37 @@ TEST_F(SlowReading, showsItsProgressAfterASecondAndTakesItAwayAgain)
   EXPECT_EQ(output.substr(output.size() - std::string(s_shown).size()), s_shown);
 }
 
+TEST_F(SlowReading, commandsThatReadOtherwiseShowTheirProgressToo)
+{
+  KyTerminal checked(tool("check " + path("slow")));
+  KyTerminal inspected(tool("inspect --json " + path("slower") + " | cat"));
+  checked.waitFor("checking " + path("slow") + " ... 1 s");
+  inspected.waitFor("inspecting " + path("slower") + " ... 1 s");
+  fill("slow");
+  fill("slower");
+  EXPECT_EQ(checked.waitForEnd(), 0);
+  EXPECT_EQ(inspected.waitForEnd(), 0);
+  const std::string fine = " " + path("slow") + ": fine\n";
+  EXPECT_EQ(checked.output().substr(checked.output().size() - fine.size()), fine) << checked.output();
+  EXPECT_NE(inspected.output().find(" {"), std::string::npos) << inspected.output();
+}
+
+TEST_F(SlowReading, importShowsItsProgressAndTakesItAwayBeforeAMessage)
+{
+  KyTerminal terminal(tool("import " + path("slow") + " -o " + path("b.kyinv")));
+  terminal.waitFor("importing " + path("slow") + " ... 1 s");
+  std::ofstream(path("slow")) << "what";
+  EXPECT_EQ(terminal.waitForEnd(), 3);
+  const std::string message =
+      " kyinventory: " + path("slow") +
+      ": The text is of no format that can be imported: neither JSON, JSON lines nor mark-up. "
+      "(0x1505003, importTree)\n"
+      "kyinventory: what to do: Check that it is the right file; kyinventory export writes these "
+      "formats.\n";
+  const std::string output = terminal.output();
+  EXPECT_NE(output.find(message), std::string::npos) << output;
+}
+
 TEST_F(SlowReading, showsNoProgressWhereNobodySeesIt)
 {
   KyTerminal quiet(show("slow") + " 2>" + path("errors.txt"));

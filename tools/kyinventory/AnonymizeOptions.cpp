@@ -1,6 +1,7 @@
 #include "AnonymizeOptions.h"
 
 #include "Files.h"
+#include "Progress.h"
 #include "Terminal.h"
 #include "inventorykit/KyAnonymize.h"
 
@@ -35,6 +36,7 @@ bool readKey(const KeyOptions& options, std::string& key)
 TreePointer anonymized(const KyCInventoryItem& tree, const std::string& key)
 {
   KyCErrorListPool pool;
+  const Progress progress("replacing what tells whose machine it is");
   TreePointer copy = KyNInventoryKit::anonymizedTree(pool, tree, key);
   complainAbout("anonymize", pool);
   return copy;

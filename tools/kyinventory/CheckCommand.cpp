@@ -7,6 +7,7 @@
 #include "Command.h"
 #include "Files.h"
 #include "Output.h"
+#include "Progress.h"
 #include "Terminal.h"
 #include "inventorykit/KyCheck.h"
 
@@ -84,6 +85,7 @@ int check(const CheckArguments& arguments)
   int exitCode = EXIT_OK;
   for (const std::string& file : arguments.files)
   {
+    const Progress progress("checking " + inputName(file));
     CheckResult result = KyNInventoryKit::checkFile(file, options);
     exitCode = std::max(exitCode, exitCodeOf(result.verdict));
     if (arguments.json)

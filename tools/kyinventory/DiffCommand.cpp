@@ -6,6 +6,7 @@
 #include "Command.h"
 #include "Files.h"
 #include "Output.h"
+#include "Progress.h"
 #include "Terminal.h"
 #include "inventorykit/KyDiff.h"
 
@@ -97,6 +98,7 @@ int diff(const DiffArguments& arguments)
   const TreePointer after = readTreeFile(arguments.after);
   if (!before || !after) return EXIT_INPUT;
 
+  const Progress progress("comparing");
   const Difference difference = KyNInventoryKit::compareTrees(*before, *after);
   const bool isSame = difference.isEqual() && (!arguments.withOrder || difference.changes().empty());
   Output out;

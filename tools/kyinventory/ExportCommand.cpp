@@ -4,6 +4,7 @@
 #include "Command.h"
 #include "Files.h"
 #include "Output.h"
+#include "Progress.h"
 #include "Terminal.h"
 #include "inventorykit/KyFormats.h"
 
@@ -27,11 +28,13 @@ int exportFile(const ExportArguments& arguments)
   KyNInventoryKit::formatOfName(arguments.format, format);
   KyCErrorListPool pool;
   std::string text;
-  if (!KyNInventoryKit::exportTree(pool, *tree, format, text))
+  bool isExported = false;
   {
-    complainAbout(inputName(arguments.file), pool);
-    return EXIT_INPUT;
+    const Progress progress("exporting " + inputName(arguments.file));
+    isExported = KyNInventoryKit::exportTree(pool, *tree, format, text);
   }
+  complainAbout(inputName(arguments.file), pool);
+  if (!isExported) return EXIT_INPUT;
   if (!isPrinted) return storeBytes(arguments.file, text, arguments.target);
   Output out;
   out.lines(text);

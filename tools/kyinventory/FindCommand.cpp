@@ -6,6 +6,7 @@
 #include "Files.h"
 #include "Json.h"
 #include "Output.h"
+#include "Progress.h"
 #include "Table.h"
 #include "Terminal.h"
 #include "inventorykit/KyFind.h"
@@ -59,6 +60,7 @@ int find(const FindArguments& arguments)
   if (!readQuery(arguments, query)) return EXIT_USAGE;
   const TreePointer tree = readTreeFile(arguments.file);
   if (!tree) return EXIT_INPUT;
+  const Progress progress("searching " + inputName(arguments.file));
   const std::vector<Node> found = KyNInventoryKit::find(*tree, query);
   Output out;
   if (arguments.json)

@@ -3,6 +3,7 @@
 
 #include "Command.h"
 #include "Files.h"
+#include "Progress.h"
 #include "Terminal.h"
 #include "inventorykit/KyFormats.h"
 
@@ -20,6 +21,7 @@ TreePointer importedTree(const ImportArguments& arguments)
   KyCErrorListPool pool;
   std::string text;
   TreePointer tree;
+  const Progress progress("importing " + inputName(arguments.file));
   if (KyNInventoryKit::readBytes(pool, arguments.file, text))
   {
     KyNInventoryKit::Format format = KyNInventoryKit::Format::JSON;

@@ -5,6 +5,7 @@
 #include "Command.h"
 #include "Files.h"
 #include "Output.h"
+#include "Progress.h"
 #include "SectionEndOption.h"
 #include "Terminal.h"
 #include "inventorykit/KyImage.h"
@@ -141,6 +142,7 @@ int inspect(const InspectArguments& arguments)
   KyCErrorListPool pool;
   std::string bytes;
   Inspection inspection;
+  const Progress progress("inspecting " + name);
   if (!KyNInventoryKit::readImage(pool, arguments.file, bytes) ||
       !KyNInventoryKit::inspectBytes(pool, bytes, name, arguments.at, inspection))
   {

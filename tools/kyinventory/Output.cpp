@@ -1,6 +1,7 @@
 #include "Output.h"
 
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -38,6 +39,13 @@ const char* escapeOf(Style style)
       break;
   }
   return nullptr;
+}
+
+// What reads a pipe may show it on the terminal that progress is shown on.
+bool isOrdinaryFile(int target)
+{
+  struct stat file = {};
+  return ::fstat(target, &file) == 0 && S_ISREG(file.st_mode);
 }
 
 bool isColourWanted()
@@ -133,7 +141,7 @@ void Output::flush() { writeOut(); }
 void Output::writeOut()
 {
   m_mayPage = false;
-  if (m_isTerminal && !m_buffer.empty()) Progress::hide();
+  if (!m_buffer.empty() && !isOrdinaryFile(m_target)) Progress::hide();
   std::size_t done = 0;
   while (!m_hasFailed && done < m_buffer.size())
   {

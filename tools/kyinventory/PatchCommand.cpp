@@ -5,6 +5,7 @@
 #include "Command.h"
 #include "Files.h"
 #include "Output.h"
+#include "Progress.h"
 #include "Terminal.h"
 #include "inventorykit/KyPatch.h"
 #include "inventorykit/KySectionFile.h"
@@ -28,6 +29,7 @@ bool readChanges(const std::string& path, Patch& patch)
   KyCErrorListPool pool;
   std::string json;
   const std::string name = inputName(path);
+  const Progress progress("reading " + name);
   const bool isRead =
       KyNInventoryKit::readBytes(pool, path, json) && KyNInventoryKit::readPatch(pool, json, name, patch);
   complainAbout(name, pool);
@@ -37,6 +39,7 @@ bool readChanges(const std::string& path, Patch& patch)
 int tryOut(const PatchArguments& arguments, const KyCInventoryItem& root, const Patch& patch, PatchDirection direction)
 {
   KyCErrorListPool pool;
+  const Progress progress("comparing");
   const bool applies = KyNInventoryKit::checkPatch(pool, root, patch, direction);
   complainAbout(inputName(arguments.file), pool);
   if (!applies) return EXIT_NO;
@@ -60,7 +63,11 @@ int apply(const PatchArguments& arguments)
   const PatchDirection direction = arguments.isReverse ? PatchDirection::REVERSE : PatchDirection::FORWARD;
   if (arguments.isDryRun) return tryOut(arguments, *tree, patch, direction);
   KyCErrorListPool pool;
-  const bool isApplied = KyNInventoryKit::applyPatch(pool, tree, patch, direction);
+  bool isApplied = false;
+  {
+    const Progress progress("applying the changes");
+    isApplied = KyNInventoryKit::applyPatch(pool, tree, patch, direction);
+  }
   complainAbout(inputName(arguments.file), pool);
   if (!isApplied) return EXIT_NO;
   const bool isUnchanged = patch.changeCount() == 0 && arguments.target.output.empty();
