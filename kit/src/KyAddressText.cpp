@@ -8,6 +8,7 @@
 
 #include "KyKitMessages.h"
 #include "KyNearest.h"
+#include "KyShownText.h"
 #include "inventory/KyNInventoryIDs.h"
 
 namespace KyNInventoryKit
@@ -21,7 +22,7 @@ NamesToIDs makeNamesToIDs()
   NamesToIDs ids;
   const unsigned int count = KyNInventoryIDs::Map.getCount();
   ids.reserve(count);
-  for (unsigned int id = 1; id < count; ++id)
+  for (unsigned int id = 0; id < count; ++id)
     ids.emplace(KyNInventoryIDs::Map.get(id), id);    // of two of one name the first counts, as in the library
   return ids;
 }
@@ -30,8 +31,8 @@ NamesToIDs makeNamesToIDs()
 class Reader
 {
 public:
-  Reader(KyCErrorListPool& pool, const char* function, const std::string& text)
-      : m_pool(pool), m_function(function), m_text(text)
+  Reader(KyCErrorListPool& pool, const char* function, const std::string& text, std::size_t start = 0)
+      : m_pool(pool), m_function(function), m_text(text), m_at(start)
   {
   }
 
@@ -62,16 +63,15 @@ private:
     if (m_at == start) return expected("the name of an ID");
     const std::string token = m_text.substr(start, m_at - start);
     if (token[0] < '0' || token[0] > '9') return readName(token, id);
-    if (toNumber(token, id) && id != 0) return true;
+    if (toNumber(token, id)) return true;
     m_at = start;
-    return expected("an ID from 1 to 4294967295");
+    return expected("an ID from 0 to 4294967295");
   }
 
   bool readName(const std::string& name, unsigned int& id)
   {
-    id = idOfName(name);
-    if (id != 0) return true;
-    m_pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, m_function, "%s%s", name.c_str(),
+    if (findID(name, id)) return true;
+    m_pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, m_function, "%s%s", shortenedText(name).c_str(),
                     didYouMean(nearestNames(name, 3)).c_str());
     return false;
   }
@@ -103,22 +103,30 @@ private:
   bool expected(const char* what)
   {
     const std::string reason = std::string(what) + " is expected at character " + std::to_string(m_at + 1);
-    m_pool.setError(KY_KIT_MSG_NO_ADDRESS, __LINE__, m_function, "%s%s", m_text.c_str(), reason.c_str());
+    m_pool.setError(KY_KIT_MSG_NO_ADDRESS, __LINE__, m_function, "%s%s", shortenedText(m_text).c_str(), reason.c_str());
     return false;
   }
 
   KyCErrorListPool& m_pool;
   const char* m_function;
   const std::string& m_text;
-  std::size_t m_at = 0;
+  std::size_t m_at;
 };
 }    // namespace
 
-unsigned int idOfName(const std::string& name)
+bool findID(const std::string& name, unsigned int& id)
 {
   static const NamesToIDs ids = makeNamesToIDs();
   const auto found = ids.find(name);
-  return found != ids.end() ? found->second : 0;
+  if (found == ids.end()) return false;
+  id = found->second;
+  return true;
+}
+
+unsigned int idOfName(const std::string& name)
+{
+  unsigned int id = 0;
+  return findID(name, id) ? id : 0;
 }
 
 std::vector<std::string> nearestOf(const std::string& name, const std::vector<std::string>& candidates,
@@ -155,8 +163,8 @@ std::vector<std::string> nearestNames(const std::string& name, unsigned int coun
 bool readAddress(KyCErrorListPool& pool, const std::string& text, KyCInventoryAddress& address)
 {
   address.clear();
-  if (text.empty() || text == ".") return true;
-  if (Reader(pool, "readAddress", text).read(address)) return true;
+  if (text.empty() || text == "." || text == "/") return true;
+  if (Reader(pool, "readAddress", text, text[0] == '/' ? 1 : 0).read(address)) return true;
   address.clear();
   return false;
 }

@@ -32,7 +32,8 @@ KyCInventoryItem* itemOf(KyCInventoryItem& item, const std::string& text)
 {
   KyCErrorListPool ignored;
   KyCInventoryAddress address;
-  return readAddress(ignored, text, address) ? item.getItem(address) : nullptr;
+  const bool isRead = text != "/" && readAddress(ignored, text, address);    // the front of "//" is no item
+  return isRead ? item.getItem(address) : nullptr;
 }
 }    // namespace
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "KyEditMessages.h"
+#include "KyShownText.h"
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KyLookUp.h"
 #include "inventorykit/KyValueText.h"
@@ -138,7 +139,7 @@ private:
   {
     const std::string& text = step.right.literal.text();
     if (step.expression.read(text)) return true;
-    m_pool.setError(KY_EDIT_MSG_NOT_AN_EXPRESSION, __LINE__, "readCondition", "%s%s", text.c_str(),
+    m_pool.setError(KY_EDIT_MSG_NOT_AN_EXPRESSION, __LINE__, "readCondition", "%s%s", shortenedText(text).c_str(),
                     step.expression.problem().c_str());
     m_at = start;
     return expected("a regular expression");
@@ -183,6 +184,7 @@ private:
     const bool isNumber = word.find_first_of("/[") == std::string::npos && !isLetter(word[0]);
     if (isNumber) return expectedOperand();
     operand.kind = Operand::Kind::ADDRESS;
+    if (word[0] == '/') return expected("an address relative to what is found");    // not the root's, as "/" would say
     return readAddress(m_pool, word, operand.address) || expected("an address");
   }
 
@@ -251,7 +253,8 @@ private:
   bool expected(const char* what)
   {
     const std::string reason = std::string(what) + " is expected at character " + std::to_string(m_at + 1);
-    m_pool.setError(KY_EDIT_MSG_NOT_A_CONDITION, __LINE__, "readCondition", "%s%s", m_text.c_str(), reason.c_str());
+    m_pool.setError(KY_EDIT_MSG_NOT_A_CONDITION, __LINE__, "readCondition", "%s%s", shortenedText(m_text).c_str(),
+                    reason.c_str());
     return false;
   }
 

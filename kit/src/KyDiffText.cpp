@@ -1,8 +1,6 @@
 // The lines about changes that people read.
-#include <cstdio>
-#include <cstring>
-
 #include "KyJsonValue.h"
+#include "KyShownText.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KyDiff.h"
@@ -13,54 +11,13 @@ namespace KyNInventoryKit
 {
 namespace
 {
-void appendEscaped(std::string& text, char c)
-{
-  const char* const known = std::strchr("\"\"\\\\\nn\tt\rr", c);
-  if (c != '\0' && known != nullptr)
-  {
-    text += '\\';
-    text += known[1];
-    return;
-  }
-  char escaped[5];
-  std::snprintf(escaped, sizeof(escaped), "\\x%02X", static_cast<unsigned int>(static_cast<unsigned char>(c)));
-  text += escaped;
-}
-
-bool isControl(std::string_view character)
-{
-  const auto byte = static_cast<unsigned char>(character[0]);
-  if (character.size() == 1) return byte < 0x20 || byte == 0x7F;
-  return byte == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;    // U+0080 .. U+009F
-}
-
-std::string inQuotes(std::string_view text)
-{
-  std::string result = "\"";
-  for (std::size_t n = 0; n < text.size();)
-  {
-    const std::size_t length = utf8Length(text, n);
-    if (length == 0 || isControl(text.substr(n, length)) || text[n] == '"' || text[n] == '\\')
-    {
-      for (const char c : text.substr(n, length == 0 ? 1 : length))
-        appendEscaped(result, c);
-    }
-    else
-    {
-      result += text.substr(n, length);
-    }
-    n += length == 0 ? 1 : length;
-  }
-  return result + "\"";
-}
-
 std::string valueWithUnit(const KyCInventoryParameter& parameter)
 {
   const std::string value = valueText(parameter);
-  const std::string text = parameter.getType() == KyCParam::TYPE_STRING ? inQuotes(value) : value;
+  const std::string text = parameter.getType() == KyCParam::TYPE_STRING ? quotedText(value) : value;
   const std::string unit = parameter.getUnit();
   if (unit.empty()) return text;
-  return text + " " + (isPlainUtf8(unit) && inQuotes(unit).size() == unit.size() + 2 ? unit : inQuotes(unit));
+  return text + " " + (isPlainUtf8(unit) && quotedText(unit).size() == unit.size() + 2 ? unit : quotedText(unit));
 }
 
 std::string nameOfID(unsigned int id)
@@ -76,7 +33,7 @@ const char* yesOrNo(bool is) { return is ? "yes" : "no"; }
 std::string wholeText(const KyCInventoryItem& item)
 {
   const std::string description = item.getDescription();
-  return description == nameOfID(item.getID().getCategory()) ? "item" : "item " + inQuotes(description);
+  return description == nameOfID(item.getID().getCategory()) ? "item" : "item " + quotedText(description);
 }
 
 std::string wholeText(const KyCInventoryParameter& parameter)
@@ -85,7 +42,7 @@ std::string wholeText(const KyCInventoryParameter& parameter)
   if (parameter.isModifiable()) text += ", modifiable";
   if (parameter.getRelevance() != 0) text += ", relevance " + std::to_string(parameter.getRelevance());
   const std::string description = parameter.getDescription();
-  if (description != nameOfID(parameter.getID().getCategory())) text += ", description " + inQuotes(description);
+  if (description != nameOfID(parameter.getID().getCategory())) text += ", description " + quotedText(description);
   return text;
 }
 
@@ -101,7 +58,7 @@ std::string changedText(const KyCInventoryItem& before, const KyCInventoryItem& 
 {
   std::string text;
   append(text, "ID ", addressText(before.getID()), addressText(after.getID()));
-  append(text, "description ", inQuotes(before.getDescription()), inQuotes(after.getDescription()));
+  append(text, "description ", quotedText(before.getDescription()), quotedText(after.getDescription()));
   return text;
 }
 
@@ -113,10 +70,10 @@ std::string changedText(const KyCInventoryParameter& before, const KyCInventoryP
   else if (!sameValue(before, after))
     append(text, "", valueWithUnit(before), valueWithUnit(after));
   else
-    append(text, "unit ", inQuotes(before.getUnit()), inQuotes(after.getUnit()));
+    append(text, "unit ", quotedText(before.getUnit()), quotedText(after.getUnit()));
   append(text, "modifiable ", yesOrNo(before.isModifiable()), yesOrNo(after.isModifiable()));
   append(text, "relevance ", std::to_string(before.getRelevance()), std::to_string(after.getRelevance()));
-  append(text, "description ", inQuotes(before.getDescription()), inQuotes(after.getDescription()));
+  append(text, "description ", quotedText(before.getDescription()), quotedText(after.getDescription()));
   return text;
 }
 }    // namespace

@@ -9,7 +9,7 @@ const char* const s_messages[] = {
     "%1 is of the unknown type %2: it has no value that could be exported.",
     "This is not %1: line %2, column %3: %4.",
     "Line %1, column %2 (%3): %4.",
-    "The text is of no format that can be imported: neither JSON nor mark-up.",
+    "The text is of no format that can be imported: neither JSON, JSON lines nor mark-up.",
     "A tree cannot be imported from %1.",
     "This build cannot read mark-up: the pugixml library was not there when it was built.",
     "There is no random key to be had: %1.",

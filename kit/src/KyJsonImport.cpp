@@ -496,8 +496,7 @@ private:
   {
     if (!value.is_string()) return takeUnsigned(value, at, id);
     const std::string& name = value.get_ref<const std::string&>();
-    id = idOfName(name);
-    if (id != 0) return true;
+    if (findID(name, id)) return true;
     KyCInventoryAddress ignored;
     readElement(m_pool, name, ignored);    // for its report, which names the nearest IDs
     return wrong(at, inQuotes(name) + " is not the name of an ID");

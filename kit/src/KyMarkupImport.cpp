@@ -283,8 +283,7 @@ private:
       isRead = (text[mark] == '.' || text.back() == ']') && mark + 1 < text.size() &&
                readNumber(text.substr(mark + 1, length), head.index);
     }
-    head.id = isNumber ? 0 : idOfName(name);
-    if (isRead && (isNumber ? readNumber(name, head.id) : head.id != 0)) return true;
+    if (isRead && (isNumber ? readNumber(name, head.id) : findID(name, head.id))) return true;
     KyCInventoryAddress ignored;
     if (isRead && !isNumber) readElement(m_pool, name, ignored);    // for its report, which names the nearest IDs
     return fail(node, inQuotes(text) + " is not an ID");

@@ -6,6 +6,7 @@
 
 #include "KyPatchMessages.h"
 #include "KyPatchTree.h"
+#include "KyShownText.h"
 #include "inventorykit/KyValueText.h"
 
 namespace KyNInventoryKit
@@ -194,7 +195,7 @@ private:
     if (parameter.getType() != side.type)
       isOtherwise(item, edit, "type", type, typeNameOf(side.type));
     else if (valueText(parameter) != side.value)
-      isOtherwise(item, edit, "value", shortened(valueText(parameter)), shortened(side.value));
+      isOtherwise(item, edit, "value", shownValue(valueText(parameter), side.type), shownValue(side.value, side.type));
   }
 
   void checkText(const ItemEdit& item, const Edit& edit, const char* what, const char* actual,
@@ -206,8 +207,8 @@ private:
   void checkText(const std::string& address, const char* what, const char* actual, const std::string& wanted)
   {
     if (actual != wanted)
-      conflict(address,
-               std::string("the ") + what + " is \"" + shortened(actual) + "\", not \"" + shortened(wanted) + "\"");
+      conflict(address, std::string("the ") + what + " is " + quotedText(actual, s_longestText) + ", not " +
+                            quotedText(wanted, s_longestText));
   }
 
   void isOtherwise(const ItemEdit& item, const Edit& edit, const char* what, const std::string& actual,
@@ -222,15 +223,13 @@ private:
     return KyCInventoryParameter(ignored, 1, "", type).getTypeAsCString();
   }
 
-  // A report is a line for people, and would end at a zero byte.
-  static std::string shortened(const std::string& text)
+  // As differences show it: strings in quotes.
+  static std::string shownValue(const std::string& text, unsigned int type)
   {
-    constexpr std::size_t longest = 100;
-    std::string shown;
-    for (const char c : text.substr(0, longest))
-      shown += c == '\0' ? std::string("\\x00") : std::string(1, c);
-    return text.size() > longest ? shown + "..." : shown;
+    return type == KyCParam::TYPE_STRING ? quotedText(text, s_longestText) : shortenedText(text, s_longestText);
   }
+
+  static constexpr std::size_t s_longestText = 100;    // bytes of a text that a report shows
 
   KyCErrorListPool& m_pool;
   const Directed& m_patch;

@@ -7,6 +7,7 @@
 #include "KyGlob.h"
 #include "KyKitMessages.h"
 #include "KyNearest.h"
+#include "KyShownText.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "inventorykit/KyAddressText.h"
 
@@ -16,7 +17,10 @@ namespace KyNInventoryKit
 class PatternReader
 {
 public:
-  PatternReader(KyCErrorListPool& pool, const std::string& text) : m_pool(pool), m_text(text) {}
+  PatternReader(KyCErrorListPool& pool, const std::string& text)
+      : m_pool(pool), m_text(text), m_at(text[0] == '/' ? 1 : 0)    // from the root, as patterns are anyway
+  {
+  }
 
   bool read(std::vector<Pattern::Element>& elements)
   {
@@ -61,12 +65,13 @@ private:
     const unsigned int count = KyNInventoryIDs::Map.getCount();
     element.names.resize(count);
     bool isAny = isFormOfNumber(element.form);
-    for (unsigned int id = 1; id < count; ++id)
+    for (unsigned int id = 0; id < count; ++id)
     {
       element.names[id] = globMatches(element.form, KyNInventoryIDs::Map.get(id));
       isAny = isAny || element.names[id];
     }
-    if (!isAny) m_pool.setError(KY_EDIT_MSG_NO_ID_MATCHES, __LINE__, "readPattern", "%s", element.form.c_str());
+    if (!isAny)
+      m_pool.setError(KY_EDIT_MSG_NO_ID_MATCHES, __LINE__, "readPattern", "%s", shortenedText(element.form).c_str());
     return isAny;
   }
 
@@ -79,9 +84,9 @@ private:
   {
     if (element.form[0] < '0' || element.form[0] > '9')
     {
-      element.id = idOfName(element.form);
-      if (element.id != 0) return true;
-      m_pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, "readPattern", "%s%s", element.form.c_str(),
+      element.isOneID = findID(element.form, element.id);
+      if (element.isOneID) return true;
+      m_pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, "readPattern", "%s%s", shortenedText(element.form).c_str(),
                       didYouMean(nearestNames(element.form, 3)).c_str());
       return false;
     }
@@ -89,11 +94,12 @@ private:
     KyCInventoryAddress address;
     if (readAddress(ignored, element.form, address))    // the numbers that addresses know: 31, 0x1F, 037
     {
+      element.isOneID = true;
       element.id = address.getCategory();
       return true;
     }
     m_at -= element.form.size();
-    return expected("an ID from 1 to 4294967295");
+    return expected("an ID from 0 to 4294967295");
   }
 
   // "[*]", "[2]", "[1,3,5-7]"
@@ -158,19 +164,20 @@ private:
     if (m_isReported) return false;
     m_isReported = true;
     const std::string reason = std::string(what) + " is expected at character " + std::to_string(m_at + 1);
-    m_pool.setError(KY_EDIT_MSG_NOT_A_PATTERN, __LINE__, "readPattern", "%s%s", m_text.c_str(), reason.c_str());
+    m_pool.setError(KY_EDIT_MSG_NOT_A_PATTERN, __LINE__, "readPattern", "%s%s", shortenedText(m_text).c_str(),
+                    reason.c_str());
     return false;
   }
 
   KyCErrorListPool& m_pool;
   const std::string& m_text;
-  std::size_t m_at = 0;
+  std::size_t m_at;
   bool m_isReported = false;
 };
 
 bool Pattern::read(KyCErrorListPool& pool, const std::string& text)
 {
-  if (text.empty() || text == ".") return true;
+  if (text.empty() || text == "." || text == "/") return true;
   return PatternReader(pool, text).read(m_elements);
 }
 
@@ -191,8 +198,8 @@ void Pattern::add(PatternPlaces& places, unsigned int place) const
 
 bool Pattern::matches(const Element& element, unsigned int id, unsigned int index)
 {
-  const bool isNamed = id < KyNInventoryIDs::Map.getCount() && id != 0;
-  const bool isID = element.id != 0 ? element.id == id
+  const bool isNamed = id < KyNInventoryIDs::Map.getCount();
+  const bool isID = element.isOneID ? element.id == id
                     : isNamed       ? bool{element.names[id]}
                                     : globMatches(element.form, std::to_string(id));
   if (!isID || element.indices.empty()) return isID;

@@ -31,10 +31,11 @@ public:
 private:
   struct Element
   {
-    bool isAnyNumber = false;                                      // "**"
-    std::vector<bool> names;                                       // of the predefined IDs those that match
-    std::string form;                                              // for IDs without a name
-    unsigned int id = 0;                                           // not 0: this ID alone
+    bool isAnyNumber = false;    // "**"
+    std::vector<bool> names;     // of the predefined IDs those that match
+    std::string form;            // for IDs without a name
+    bool isOneID = false;        // `id` alone
+    unsigned int id = 0;
     std::vector<std::pair<unsigned int, unsigned int>> indices;    // ranges, ordered and apart; empty: all
   };
 

@@ -56,7 +56,7 @@ void report(KyCErrorListPool& pool, KySessionMessage code, int line, const char*
 // The part of an address that is read by readAddress.
 std::string withoutSlashAtEnd(const std::string& text)
 {
-  return text.size() > 1 && text.back() == '/' ? text.substr(0, text.size() - 1) : text;
+  return text.size() > 1 && text.back() == '/' && text != "//" ? text.substr(0, text.size() - 1) : text;
 }
 
 // The first element ".." of an address, from one of its elements on.
@@ -88,12 +88,19 @@ void reportMissing(KyCErrorListPool& pool, KySessionMessage code, int line, cons
   pool.setError(code, static_cast<unsigned int>(line), function, "%s%s", address.c_str(), didYouMean(nearest).c_str());
 }
 
+// The part of an address from `begin` on. A "/" there stands behind another one: with it, no address is read of the two.
+std::string partOf(const std::string& address, std::size_t begin, std::size_t end)
+{
+  const bool isEmptyElement = begin != 0 && begin < address.size() && address[begin] == '/';
+  return address.substr(isEmptyElement ? begin - 1 : begin, isEmptyElement ? end - begin + 1 : end - begin);
+}
+
 // The item that an address up to `end` names: what is in front of `begin` leads to an item, and no ".." is behind it.
 KyCInventoryItem* itemAt(KyCErrorListPool& pool, KyCInventoryItem& from, const std::string& address, std::size_t begin,
                          std::size_t end)
 {
   KyCInventoryAddress relative;
-  if (!readAddress(pool, address.substr(begin, end - begin), relative)) return nullptr;
+  if (!readAddress(pool, partOf(address, begin, end), relative)) return nullptr;
   KyCInventoryItem* const found = from.getItem(relative);
   if (found != nullptr) return found;
   const std::string asked = address.substr(0, end);
@@ -125,7 +132,7 @@ KyCInventoryItem* Session::base(KyCErrorListPool& pool, const std::string& addre
     if (item->getParent() != nullptr) item = item->getParent();
     begin = std::min(up + 3, address.size());
   }
-  rest = address.substr(begin);
+  rest = partOf(address, begin, address.size());
   return item;
 }
 

@@ -65,8 +65,7 @@ private:
       ++end;
     if (end == m_at) return expected("an ID");
     if (isDigit(*m_at)) return readNumber(id) || expected("an ID");
-    id = idOfName(std::string(m_at, end));
-    if (id == 0)
+    if (!findID(std::string(m_at, end), id))
     {
       m_problem = std::string(m_at, end) + " is not an inventory ID";
       return false;

@@ -54,15 +54,15 @@ TEST(KyAddressText, whatHasNoFormOfAnAddressIsReportedWithThePlace)
     const char* reason;
   } cases[] = {
       {"BOARD//SIZE", "the name of an ID is expected at character 7"},
-      {"/BOARD", "the name of an ID is expected at character 1"},
+      {"//BOARD", "the name of an ID is expected at character 2"},
+      {"DUMMY/", "the name of an ID is expected at character 7"},
       {"BOARD/", "the name of an ID is expected at character 7"},
       {"BOARD[2", "an index from 0 to 4294967295 and \"]\" is expected at character 7"},
       {"BOARD[]", "an index from 0 to 4294967295 and \"]\" is expected at character 7"},
       {"BOARD[x]", "an index from 0 to 4294967295 and \"]\" is expected at character 7"},
       {"BOARD[4294967296]", "an index from 0 to 4294967295 and \"]\" is expected at character 7"},
       {"BOARD[2]SIZE", "\"/\" or \"[\" is expected at character 9"},
-      {"0", "an ID from 1 to 4294967295 is expected at character 1"},
-      {"4294967296", "an ID from 1 to 4294967295 is expected at character 1"},
+      {"4294967296", "an ID from 0 to 4294967295 is expected at character 1"},
       {"BOARD SIZE", "\"/\" or \"[\" is expected at character 6"},
   };
   for (const auto& one : cases)
@@ -71,6 +71,52 @@ TEST(KyAddressText, whatHasNoFormOfAnAddressIsReportedWithThePlace)
     EXPECT_REPORTS(
         pool, {0x1500801, "readAddress", "\"" + std::string(one.text) + "\" is not an address: " + one.reason + "."});
   }
+}
+
+TEST(KyAddressText, theID0HasANameAndANumber)
+{
+  KyTestPool pool;
+  KyCInventoryAddress address;
+  const KyCInventoryAddress wanted = BOARD / KyCInventoryAddress(0, 2) / KyCInventoryAddress(0);
+  for (const char* text : {"BOARD/DUMMY[2]/DUMMY", "BOARD/0[2]/0", "BOARD/0x0[2]/00"})
+  {
+    EXPECT_TRUE(readAddress(pool, text, address)) << text;
+    EXPECT_EQ(address, wanted) << text;
+  }
+  EXPECT_EQ(addressText(address), "BOARD/DUMMY[2]/DUMMY");
+  EXPECT_TRUE(readElement(pool, "DUMMY[2]", address));
+  EXPECT_EQ(address, KyCInventoryAddress(0, 2));
+  unsigned int id = 7;
+  EXPECT_TRUE(findID("DUMMY", id));
+  EXPECT_EQ(id, 0u);
+  id = 7;
+  EXPECT_FALSE(findID("dummy", id));
+  EXPECT_EQ(id, 7u);
+}
+
+TEST(KyAddressText, aSlashMayStandInFront)
+{
+  KyTestPool pool;
+  KyCInventoryAddress address;
+  EXPECT_TRUE(readAddress(pool, "/BOARD[2]/SIZE", address));
+  EXPECT_EQ(address, BOARD[2] / SIZE);
+  EXPECT_TRUE(readAddress(pool, "/", address));
+  EXPECT_TRUE(address.isEmpty());
+  EXPECT_FALSE(readElement(pool, "/BOARD", address));
+  EXPECT_REPORTS(
+      pool, {0x1500801, "readElement", "\"/BOARD\" is not an address: the name of an ID is expected at character 1."});
+}
+
+TEST(KyAddressText, longTextsAreQuotedByTheirBeginning)
+{
+  KyTestPool pool;
+  KyCInventoryAddress address;
+  EXPECT_FALSE(readAddress(pool, "BOARD/" + std::string(70, '!'), address));
+  EXPECT_REPORTS(pool, {0x1500801, "readAddress",
+                        "\"BOARD/" + std::string(54, '!') +
+                            "...\" is not an address: the name of an ID is expected at character 7."});
+  EXPECT_FALSE(readAddress(pool, std::string(70, 'q'), address));
+  EXPECT_REPORTS(pool, {0x1500800, "readAddress", std::string(60, 'q') + "... is not an inventory ID."});
 }
 
 TEST(KyAddressText, anElementIsExactlyOne)

@@ -165,7 +165,7 @@ TEST(KyFind, whatIsNoPatternIsReportedWithItsPlace)
   EXPECT_EQ(report("CPU[2-]"), "\"CPU[2-]\"" + isNot + "an index from 0 to 4294967295 is expected at character 7.");
   EXPECT_EQ(report("CPU]"), "\"CPU]\"" + isNot + "\"/\" or \"[\" is expected at character 4.");
   EXPECT_EQ(report("**[2]"), "\"**[2]\"" + isNot + "\"/\" or \"[\" is expected at character 3.");
-  EXPECT_EQ(report("0"), "\"0\"" + isNot + "an ID from 1 to 4294967295 is expected at character 1.");
+  EXPECT_EQ(report("4294967296"), "\"4294967296\"" + isNot + "an ID from 0 to 4294967295 is expected at character 1.");
   EXPECT_EQ(report("SERIAL_NUMBR"), "SERIAL_NUMBR is not an inventory ID. Did you mean SERIAL_NUMBER?");
   EXPECT_EQ(report("NO_SUCH_*"), "No inventory ID matches \"NO_SUCH_*\".");
 }

@@ -241,8 +241,8 @@ TEST(KyFormats, aTextTellsItsFormat)
     EXPECT_FALSE(detectFormat(text, format)) << text;
   KyTestPool pool;
   EXPECT_EQ(importTree(pool, "INVE"), nullptr);
-  EXPECT_REPORTS(pool,
-                 {0x1505003, "importTree", "The text is of no format that can be imported: neither JSON nor mark-up."});
+  EXPECT_REPORTS(pool, {0x1505003, "importTree",
+                        "The text is of no format that can be imported: neither JSON, JSON lines nor mark-up."});
   EXPECT_EQ(importTree(pool, exported(sample.root(), Format::CSV)), nullptr);
   EXPECT_REPORTS(pool, {0x1505004, "importTree", "A tree cannot be imported from CSV."});
 }

@@ -159,7 +159,18 @@ TEST(KyPatch, whatStandsBehindAMissingSiblingGoesToTheEnd)
 TEST(KyPatch, zeroBytesInConflictsAreShown)
 {
   expectConflicts("ROOT NAME=\"a\\x00b\"", "ROOT NAME=\"c\"", "ROOT NAME=\"\\x00\\x00d\"",
-                  {"NAME: the value is \\x00\\x00d, not a\\x00b"});
+                  {"NAME: the value is \"\\x00\\x00d\", not \"a\\x00b\""});
+}
+
+TEST(KyPatch, textsInConflictsAreQuotedAndEscapedAsInDifferences)
+{
+  expectConflicts("ROOT NAME=\"Bench 7\"", "ROOT NAME=\"c\"", "ROOT NAME=\"\"",
+                  {"NAME: the value is \"\", not \"Bench 7\""});
+  expectConflicts("ROOT NAME=\"a\\x1B\\n\"", "ROOT NAME=\"c\"", "ROOT NAME=\"\\xFF\\x22\"",
+                  {"NAME: the value is \"\\xFF\\\"\", not \"a\\x1B\\n\""});
+  const std::string longText = std::string(99, 'x') + "\xC3\xA4y";
+  expectConflicts(("ROOT NAME=\"" + longText + "\"").c_str(), "ROOT NAME=\"c\"", "ROOT NAME=\"d\"",
+                  {"NAME: the value is \"d\", not \"" + std::string(99, 'x') + "...\""});
 }
 
 TEST(KyPatch, everyConflictIsToldAndNothingChanges)

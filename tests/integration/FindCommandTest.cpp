@@ -70,6 +70,26 @@ TEST_F(FindCommand, findingNothingGivesExitCode1)
   EXPECT_EQ(outcome.out, "[\n]\n");
 }
 
+TEST_F(FindCommand, longPatternsAndConditionsAreQuotedByTheirBeginning)
+{
+  const std::string missing = path("missing.kyinv");
+  const std::string blanks(200, ' ');
+  Outcome outcome = run("find " + missing + " '**' --where 'SIZE >" + blanks + "'");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')),
+            "kyinventory: find: \"SIZE >" + blanks.substr(0, 54) +
+                "...\" is not a condition: an address, a number or a text in quotes is expected at character 207. "
+                "(0x150400A, readCondition)");
+  outcome = run("find " + missing + " '**' --where '" + std::string(100000, 'Q') + "'");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')),
+            "kyinventory: find: " + std::string(60, 'Q') + "... is not an inventory ID. (0x1500800, readAddress)");
+  EXPECT_LT(outcome.err.size(), 600u);
+  outcome = run("find " + missing + " " + std::string(61, 'Q') + "*");
+  EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')),
+            "kyinventory: find: No inventory ID matches \"" + std::string(60, 'Q') + "...\". (0x1504009, readPattern)");
+}
+
 TEST_F(FindCommand, wrongPatternsAndConditionsAreWrongUsageBeforeTheFileIsRead)
 {
   const std::string missing = path("missing.kyinv");

@@ -100,11 +100,63 @@ TEST_F(PatchCommand, zeroBytesOfConflictsAreShown)
   run("diff --json " + a + " " + b + " >" + path("d.json") + " #");
   const Outcome outcome = run("patch " + c + " " + path("d.json"));
   EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(outcome.err, "kyinventory: " + c +
-                             ": The patch does not apply at NAME: the value is \\x00d, not a\\x00b. (0x1501800, "
+  EXPECT_EQ(outcome.err,
+            "kyinventory: " + c +
+                ": The patch does not apply at NAME: the value is \"\\x00d\", not \"a\\x00b\". (0x1501800, "
+                "checkPatch)\n"
+                "kyinventory: what to do: Bring the tree to the state that the report asks for, or take a "
+                "new difference.\n");
+}
+
+TEST_F(PatchCommand, textsOfConflictsAreQuotedAsInDifferences)
+{
+  const std::string a = store("a.kyinv", "ROOT NAME=\"Bench 7\"");
+  const std::string b = store("b.kyinv", "ROOT NAME=\"\"");
+  run("diff --json " + a + " " + b + " >" + path("d.json") + " #");
+  const Outcome outcome = run("patch " + b + " " + path("d.json"));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err, "kyinventory: " + b +
+                             ": The patch does not apply at NAME: the value is \"\", not \"Bench 7\". (0x1501800, "
                              "checkPatch)\n"
                              "kyinventory: what to do: Bring the tree to the state that the report asks for, or take a "
                              "new difference.\n");
+}
+
+// Trees that others have made may have items of the ID 0, called DUMMY.
+TEST_F(PatchCommand, itemsOfTheID0AreComparedPatchedAndRemovedLikeOthers)
+{
+  write("a.json", "{\"format\":\"kyinventory\",\"version\":1,\"root\":{\"id\":\"ROOT\",\"items\":[{\"id\":0}]}}");
+  write("b.json",
+        "{\"format\":\"kyinventory\",\"version\":1,\"root\":{\"id\":\"ROOT\",\"items\":[{\"id\":\"DUMMY\",\"index\":2,"
+        "\"items\":[{\"id\":0}],\"parameters\":[{\"id\":\"SIZE\",\"type\":\"Int32\",\"value\":7}]}]}}");
+  const std::string a = path("a.kyinv");
+  const std::string b = path("b.kyinv");
+  ASSERT_EQ(run("import " + path("a.json") + " -o " + a).exitCode, 0);
+  ASSERT_EQ(run("import " + path("b.json") + " -o " + b).exitCode, 0);
+  EXPECT_EQ(run("diff " + a + " " + b).out,
+            "- DUMMY           item\n"
+            "+ DUMMY[2]        item\n"
+            "+ DUMMY[2]/SIZE   Int32 7\n"
+            "+ DUMMY[2]/DUMMY  item\n");
+  run("diff --json " + a + " " + b + " >" + path("d.json") + " #");
+  const Outcome patched = run("patch " + a + " " + path("d.json"));
+  EXPECT_EQ(patched.exitCode, 0);
+  EXPECT_EQ(patched.err, "");
+  EXPECT_EQ(contentOf(a), contentOf(b));
+
+  EXPECT_EQ(run("get " + a + " DUMMY[2]/SIZE 0[2]/SIZE /DUMMY[2]/SIZE").out, "7\n7\n7\n");
+  EXPECT_EQ(run("show " + a + " 0[2]/0 --options 0x200000").exitCode, 0);
+  for (const char* pattern : {"DUMMY", "0", "/DUMMY[2]", "D?MMY"})
+    EXPECT_EQ(run("find " + a + " '" + pattern + "'").out, "DUMMY[2]\t\t\n") << pattern;
+  EXPECT_EQ(run("shell " + a + " -c 'cd /DUMMY[2]; get SIZE; cd /; cd 0[2]; get SIZE'").out, "7\n7\n");
+  EXPECT_EQ(run("export --format jsonl " + a + " -o " + path("a.jsonl")).exitCode, 0);
+  EXPECT_EQ(run("import " + path("a.jsonl") + " -o " + path("c.kyinv")).exitCode, 0);
+  EXPECT_EQ(run("get " + path("c.kyinv") + " 0[2]/SIZE").out, "7\n");
+  EXPECT_EQ(run("set " + a + " DUMMY[2]/SIZE=8").exitCode, 0);
+  EXPECT_EQ(run("get " + a + " DUMMY[2]/SIZE").out, "8\n");
+  EXPECT_EQ(run("rm " + a + " 0[2]/DUMMY").exitCode, 0);
+  EXPECT_EQ(run("rm " + a + " DUMMY[2]").exitCode, 0);
+  EXPECT_EQ(run("find " + a + " '**'").out, ".\t\t\n");
 }
 
 TEST_F(PatchCommand, oneOfTheTwoMayComeFromStandardInput)
@@ -135,7 +187,7 @@ TEST_F(PatchCommand, whatIsNoPatchGivesExitCode3WithItsPlace)
   EXPECT_EQ(outcome.err, "kyinventory: " + path("bad.json") +
                              " is not a patch: line 5: \"change\" must be a string. (0x1501000, readPatch)\n"
                              "kyinventory: what to do: Write it with kyinventory diff --json, or correct that line; "
-                             "KyPatch.h describes the form.\n");
+                             "docs/diff-format.md describes the form.\n");
   EXPECT_EQ(contentOf(path("a.kyinv")), old);
   EXPECT_EQ(run("patch " + path("a.kyinv") + " " + path("missing.json")).exitCode, 3);
   EXPECT_EQ(run("patch " + path("missing.kyinv") + " " + path("d.json")).exitCode, 3);

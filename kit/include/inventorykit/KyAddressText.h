@@ -4,7 +4,9 @@
 //   if (!KyNInventoryKit::readAddress(pool, "BOARD[2]/SERIAL_NUMBER", address)) ...    // the pool tells what is wrong
 //
 // The text is that of KyCInventoryAddress, read strictly: what its reader would pass over ("A//B", "A[2", "A[x]", a "/" at
-// the end) is an error here, with a report that names the place. The empty text and "." name the root item.
+// the end) is an error here, with a report that names the place. The empty text, "." and "/" name the root item.
+//
+// Unlike that reader this one takes DUMMY and 0: a tree may have items of the ID 0, and all that a tree has can be named.
 #pragma once
 
 #include <string>
@@ -17,17 +19,25 @@
 
 namespace KyNInventoryKit
 {
+// Reads an address. A "/" may stand in front, as those write it who count from the root.
+//
 // Errors:     0x1500800  an ID is not predefined; the text names the nearest ones
 //             0x1500801  the text has no form of an address; the text names the place and what is expected there
 // Result:     false on failure; the address is then empty.
 KY_INVENTORYKIT_API bool readAddress(KyCErrorListPool& pool, const std::string& text, KyCInventoryAddress& address);
 
-// As readAddress, for one element: "BOARD[2]".
+// As readAddress, for one element: "BOARD[2]". No "/" stands in front of one.
 //
 // Errors:     also 0x1500802  there is more than one element, or none
 KY_INVENTORYKIT_API bool readElement(KyCErrorListPool& pool, const std::string& text, KyCInventoryAddress& element);
 
-// The predefined ID of this name; 0 when there is none.
+// Finds the predefined ID of this name, and the 0 of DUMMY too.
+//
+// Result:     false when there is none; `id` is then left as it was.
+// Cost:       constant.
+KY_INVENTORYKIT_API bool findID(const std::string& name, unsigned int& id);
+
+// The predefined ID of this name; 0 when there is none. Of DUMMY, whose ID is 0, findID tells more.
 // Cost:       constant.
 KY_INVENTORYKIT_API unsigned int idOfName(const std::string& name);
 
