@@ -83,13 +83,12 @@ TEST_F(EditCommands, setReportsAValueThatTheTypeDoesNotTake)
 TEST_F(EditCommands, setReportsAMissingParameterWithTheNearest)
 {
   const std::string a = sample();
-  expectRefused(
-      "set " + a + " NAME=new BOARD/SERIAL=5", 1,
-      "kyinventory: " + a +
-          ": BOARD/SERIAL does not exist: BOARD has no SERIAL. "
-          "(0x1504000, lookUp)\n"
-          "kyinventory: what to do: Correct the address; kyinventory find lists what is there. kyinventory set "
-          "--create makes a missing parameter.\n");
+  expectRefused("set " + a + " NAME=new BOARD/SERIAL=5", 1,
+                "kyinventory: " + a +
+                    ": BOARD/SERIAL does not exist: BOARD has no SERIAL. "
+                    "(0x1504000, lookUp)\n"
+                    "kyinventory: what to do: Correct the address; kyinventory find lists what is there. To set a "
+                    "parameter that is not there yet, use kyinventory set --create.\n");
 }
 
 TEST_F(EditCommands, setReportsItemsAndOtherTypes)

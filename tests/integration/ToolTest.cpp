@@ -86,8 +86,8 @@ TEST_F(Tool, showOfAMissingAddressSaysSoWithExitCode1)
             "kyinventory: " + path("a.kyinv") +
                 ": BOARD[7]/NAME does not exist: the root item has no BOARD[7]. Did you mean BOARD[2] or BOARD? "
                 "(0x1504000, lookUp)\n"
-                "kyinventory: what to do: Correct the address; kyinventory find lists what is there. "
-                "kyinventory set --create makes a missing parameter.\n");
+                "kyinventory: what to do: Correct the address; kyinventory find lists what is there. To set a "
+                "parameter that is not there yet, use kyinventory set --create.\n");
 }
 
 TEST_F(Tool, showWithADepthLeavesDeeperItemsOut)

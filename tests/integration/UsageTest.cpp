@@ -26,8 +26,8 @@ protected:
 };
 
 const std::string s_noSuchAddress =
-    "kyinventory: what to do: Correct the address; kyinventory find lists what is there. kyinventory set --create "
-    "makes a missing parameter.\n";
+    "kyinventory: what to do: Correct the address; kyinventory find lists what is there. To set a "
+    "parameter that is not there yet, use kyinventory set --create.\n";
 }    // namespace
 
 TEST_F(Usage, anUnknownCommandIsNamedWithTheNearest)

@@ -150,7 +150,8 @@ void addGetCommand(CLI::App& program, int& exitCode)
        "tabs; a tab, line feed, carriage return or backslash in a value is then written as \\t, \\n, \\r or \\\\. On "
        "a terminal columns are aligned, and control characters are shown as \\xNN.\n\n"
        "Exit code 1 when an address does not exist; the nearest existing ones are named, and the values of the "
-       "others are printed all the same.",
+       "others are printed all the same. What is no address, such as a misspelled ID, is wrong usage: exit code 2, "
+       "and nothing is read or printed.",
        {{"kyinventory get rack.kyinv BOARD[2]/SIZE", "prints the size of the second board"},
         {"kyinventory get rack.kyinv BOARD/SIZE --unit", "prints it with its unit"},
         {"kyinventory get rack.kyinv BOARD --all", "prints everything of all parameters of the first board"}}});
