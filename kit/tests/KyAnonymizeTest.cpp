@@ -63,6 +63,31 @@ TEST(KyAnonymize, macAddressesStayMacAddressesLocallyAdministered)
                       "[0-9a-f]?[26ae](:[1-9a-f]?[0-9a-f]){5}"));
 }
 
+TEST(KyAnonymize, macAddressesOfThreeGroupsKeepTheirForm)
+{
+  for (const char separator : {'-', ':', '.'})
+  {
+    const std::string form = std::string("[0-9a-f][26ae][0-9a-f]{2}([") + separator + "][0-9a-f]{4}){2}";
+    const std::string mac = std::string("0025") + separator + "9095" + separator + "7112";
+    const std::string pseudonym = valueIn("ROOT INFO=\"" + mac + "\" NAME=\"00:25:90:95:71:12\"", "INFO");
+    EXPECT_TRUE(hasForm(pseudonym, form)) << pseudonym;
+    std::string bytes = valueIn("ROOT INFO=\"" + mac + "\" NAME=\"00:25:90:95:71:12\"", "NAME");
+    bytes.erase(std::remove(bytes.begin(), bytes.end(), ':'), bytes.end());
+    EXPECT_EQ(pseudonym.substr(0, 4) + pseudonym.substr(5, 4) + pseudonym.substr(10), bytes);
+  }
+}
+
+TEST(KyAnonymize, hostsOfConfigurationsArePseudonymsWhereverTheyStand)
+{
+  const std::string sample =
+      "ROOT INFO=\"{\\x22host\\x22:\\x22alpha\\x22}\" NAME=\"host=db7.example.com\" "
+      "MODEL=\"of alpha\" VENDOR=\"host=8080 Host bridge\"";
+  EXPECT_TRUE(hasForm(valueIn(sample, "INFO"), "[{]\"host\":\"host-[0-9a-f]{8}\"[}]"));
+  EXPECT_TRUE(hasForm(valueIn(sample, "NAME"), "host=host-[0-9a-f]{8}[.]domain-[0-9a-f]{8}"));
+  EXPECT_TRUE(hasForm(valueIn(sample, "MODEL"), "of host-[0-9a-f]{8}"));
+  EXPECT_EQ(valueIn(sample, "VENDOR"), "host=8080 Host bridge");
+}
+
 TEST(KyAnonymize, allNotationsOfOneMacAddressGetOnePseudonym)
 {
   const std::string sample =

@@ -106,6 +106,19 @@ TEST_F(EditCommands, setReportsItemsAndOtherTypes)
                     "kyinventory: what to do: Leave out the type to set its value, or remove the parameter first.\n");
 }
 
+TEST_F(EditCommands, setTellsWherePredefinedIdsAreListed)
+{
+  const std::string a = sample();
+  expectRefused("set " + a + " 70000/SIZE=1 --create UInt8", 1,
+                "kyinventory: " + a +
+                    ": Cannot assign non-predefined ID 70000 to item or parameter. (0x130080A, addPath)\n"
+                    "kyinventory: " +
+                    a +
+                    ": Cannot find or create path. (0x1300809, createParameter)\n"
+                    "kyinventory: what to do: Use a predefined ID: kyinventory ids lists them; in C++ they are the "
+                    "constants of KyNInventoryIDs.\n");
+}
+
 TEST_F(EditCommands, setChecksTheCommandLineBeforeTheFile)
 {
   const std::string a = path("missing.kyinv");

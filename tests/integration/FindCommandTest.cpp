@@ -70,6 +70,15 @@ TEST_F(FindCommand, findingNothingGivesExitCode1)
   EXPECT_EQ(outcome.out, "[\n]\n");
 }
 
+TEST_F(FindCommand, addressesOfConditionsDoNotStartFromTheRoot)
+{
+  const Outcome outcome = run("find " + path("missing.kyinv") + " '**' --where '/NAME'");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')),
+            "kyinventory: find: \"/NAME\" is not a condition: an address relative to what is found is expected at "
+            "character 1. (0x150400A, readCondition)");
+}
+
 TEST_F(FindCommand, longPatternsAndConditionsAreQuotedByTheirBeginning)
 {
   const std::string missing = path("missing.kyinv");
