@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
@@ -75,6 +76,38 @@ std::string patternBeside(const std::string& path)
   }
   return pattern + ".XXXXXX";
 }
+
+// Holds the signals back that would end the program and leave a temporary file behind. Writing beyond the limit for files is
+// a failure like others here, and sends no signal.
+class SignalsHeldBack
+{
+public:
+  SignalsHeldBack()
+  {
+    sigset_t held;
+    sigemptyset(&held);
+    for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXFSZ})
+      sigaddset(&held, number);
+    m_isHeld = ::pthread_sigmask(SIG_BLOCK, &held, &m_before) == 0;
+    m_isLimitOurs = m_isHeld && sigismember(&m_before, SIGXFSZ) == 0;
+  }
+  ~SignalsHeldBack()
+  {
+    sigset_t limit;
+    sigemptyset(&limit);
+    sigaddset(&limit, SIGXFSZ);
+    const timespec atOnce = {};
+    if (m_isLimitOurs) ::sigtimedwait(&limit, nullptr, &atOnce);
+    if (m_isHeld) ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+  }
+  SignalsHeldBack(const SignalsHeldBack&) = delete;
+  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+
+private:
+  sigset_t m_before;
+  bool m_isHeld = false;
+  bool m_isLimitOurs = false;
+};
 
 // The new file beside the old one; it is gone again at the end unless it has taken the old one's place.
 class TemporaryFile
@@ -157,6 +190,7 @@ private:
     return length >= 0 && ::fsetxattr(m_file, name, value.data(), static_cast<std::size_t>(length), 0) == 0;
   }
 
+  const SignalsHeldBack m_signals;    // first: back in force when the file is gone
   KyCErrorListPool& m_pool;
   const std::string& m_target;
   std::vector<char> m_path;

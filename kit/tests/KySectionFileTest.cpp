@@ -26,7 +26,8 @@ using namespace KyNInventoryKit;
 namespace
 {
 std::string s_watchedFile;
-std::string s_flushes;    // "f" or "d" for a file or a folder, and what the watched file held by then
+std::string s_flushes;      // "f" or "d" for a file or a folder, and what the watched file held by then
+int s_signalAtFlush = 0;    // what the process gets then; 0: nothing
 }    // namespace
 
 // Stands in front of the system's.
@@ -35,6 +36,7 @@ extern "C" __attribute__((visibility("default"))) int fsync(int file)
   struct stat status = {};
   if (!s_watchedFile.empty() && ::fstat(file, &status) == 0)
     s_flushes += (S_ISDIR(status.st_mode) ? "d:" : "f:") + contentOf(s_watchedFile) + " ";
+  if (s_signalAtFlush != 0) ::kill(::getpid(), s_signalAtFlush);
   return static_cast<int>(::syscall(SYS_fsync, file));
 }
 
@@ -463,6 +465,37 @@ TEST_F(KySectionFile, aFileThatMayNotGrowStaysAsItWas)
   EXPECT_EQ(inAnotherProcess(limited), "Cannot write " + path + ": File too large.");
   EXPECT_EQ(contentOf(path), "old");
   EXPECT_EQ(filesIn(m_folder.path()), Names{"a"});
+}
+
+TEST_F(KySectionFile, aFileThatMayNotGrowIsReportedAlsoWhereTheSignalForItEndsPrograms)
+{
+  const std::string path = m_folder.write("a", "old");
+  const auto limited = [&]
+  {
+    const rlimit limit = {100, 100};
+    std::signal(SIGXFSZ, SIG_DFL);
+    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 ? written(path, std::string(1000, 'x')) : "no limit";
+  };
+  EXPECT_EQ(inAnotherProcess(limited), "Cannot write " + path + ": File too large.");
+  EXPECT_EQ(contentOf(path), "old");
+  EXPECT_EQ(filesIn(m_folder.path()), Names{"a"});
+}
+
+TEST_F(KySectionFile, signalsThatEndTheProgramWaitUntilTheFileIsReplaced)
+{
+  for (const int number : {SIGHUP, SIGINT, SIGTERM})
+  {
+    const std::string path = m_folder.write("a", "old");
+    const auto interrupted = [&]
+    {
+      std::signal(number, SIG_DFL);
+      s_signalAtFlush = number;
+      return written(path, "new");
+    };
+    EXPECT_EQ(inAnotherProcess(interrupted), "") << "ends behind the replacement";
+    EXPECT_EQ(contentOf(path), "new");
+    EXPECT_EQ(filesIn(m_folder.path()), Names{"a"});
+  }
 }
 
 TEST_F(KySectionFile, aFullDiskLeavesTheOldFileAndNothingElse)

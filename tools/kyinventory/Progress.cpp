@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <csignal>
 #include <memory>
 #include <mutex>
 #include <system_error>
@@ -89,6 +90,11 @@ Progress::Progress(const std::string& work) : m_isOurs(!s_isBusy)
 {
   if (!m_isOurs || ::isatty(STDERR_FILENO) == 0) return;
   s_isBusy = true;
+  // The thread takes no signals: where the work holds them back, they wait.
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  ::pthread_sigmask(SIG_SETMASK, &all, &before);
   try
   {
     s_ticker = std::make_unique<Ticker>(work);
@@ -96,6 +102,7 @@ Progress::Progress(const std::string& work) : m_isOurs(!s_isBusy)
   catch (const std::system_error&)    // no thread to be had: the work is what counts
   {
   }
+  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 Progress::~Progress()

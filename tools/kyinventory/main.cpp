@@ -28,6 +28,7 @@ int main(int argc, char** argv)
 {
   occupyStandardStreams();
   std::signal(SIGPIPE, SIG_DFL);    // whatever the caller has made of it
+  std::signal(SIGXFSZ, SIG_IGN);    // a file that may not grow is told as what cannot be written
   try
   {
     return runProgram(argc, argv);
