@@ -1,10 +1,12 @@
 #include "Files.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "Progress.h"
 #include "Terminal.h"
@@ -18,6 +20,40 @@ bool isPipeOrDevice(const std::string& path)
 {
   struct stat file = {};
   return ::stat(path.c_str(), &file) == 0 && !S_ISREG(file.st_mode) && !S_ISDIR(file.st_mode);
+}
+
+bool isSameFile(const struct stat& a, const struct stat& b) { return a.st_dev == b.st_dev && a.st_ino == b.st_ino; }
+
+// Some file systems lock only what is open for writing.
+bool hasLocked(int file, const std::string& path)
+{
+  const auto lock = [](int any)
+  {
+    while (::flock(any, LOCK_EX) != 0)
+      if (errno != EINTR) return false;
+    return true;
+  };
+  if (lock(file)) return true;
+  const int writable = errno == EBADF ? ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK) : -1;
+  return writable >= 0 && lock(writable) && ::dup3(writable, file, O_CLOEXEC) >= 0 && ::close(writable) == 0;
+}
+
+// Waits until nobody else changes the file. The lock stays until the program ends: what is read from now on is what will
+// be replaced. Whoever had it before has put another file in the place of the one that was waited for. A file system
+// without locks is no reason not to change a file.
+void lockForChange(const std::string& path)
+{
+  const Progress progress("waiting for " + path);
+  for (;;)
+  {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0 || !hasLocked(file, path)) return;
+    struct stat locked = {};
+    struct stat named = {};
+    const bool isThere = ::fstat(file, &locked) == 0 && ::stat(path.c_str(), &named) == 0;
+    if (!isThere || isSameFile(locked, named)) return;
+    ::close(file);
+  }
 }
 
 constexpr unsigned int codeCannotOpen = 0x1300001;
@@ -107,9 +143,13 @@ bool mayStore(const std::string& input, const TargetOptions& target)
     return false;
   }
   KyCErrorListPool pool;
-  if (target.output.empty() || KyNInventoryKit::mayWrite(pool, target.output, overwriteOf(target))) return true;
-  complain(target.output + ": exists already; --force writes over it");
-  return false;
+  if (!target.output.empty() && !KyNInventoryKit::mayWrite(pool, target.output, overwriteOf(target)))
+  {
+    complain(target.output + ": exists already; --force writes over it");
+    return false;
+  }
+  if (target.output.empty() && !input.empty()) lockForChange(input);
+  return true;
 }
 
 int exitCodeOfRefusal(const std::string& input, const TargetOptions& target)

@@ -179,7 +179,7 @@ void addSetCommand(CLI::App& program, int& exitCode)
        "numbers, inf, -inf and nan; versions of one to four numbers; texts as they are. --unit, --relevance and "
        "--modifiable go for every parameter of the command line, and need no new value.\n\n"
        "The file is written when every change has succeeded, and left as it was otherwise. What stands around the "
-       "section in the file stays.\n\n"
+       "section in the file stays. Several commands that change one file in place wait for each other.\n\n"
        "Exit code 1 when a parameter does not exist, or cannot be created; 2 for a value that its type does not take.",
        {{"kyinventory set rack.kyinv BOARD[2]/SIZE=4096", "changes the size of the second board"},
         {"kyinventory set rack.kyinv BOARD[3]/SIZE=2048 --create UInt32 --unit kB",
