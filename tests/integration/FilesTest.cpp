@@ -114,4 +114,66 @@ TEST_F(Files, aLimitOfFileSizesIsReported)
             "kyinventory: Cannot write standard output: File too large. (0x1500003, writeBytes)\n"
             "kyinventory: what to do: Check the folder, its permissions and the free space.\n");
 }
+
+TEST_F(Files, whatIsBinaryIsNotSentToATerminal)
+{
+  const std::string file = store("m.ky", "ROOT NAME=\"a\"; BOARD[1] SIZE=1");
+  store("other.ky", "ROOT/CPU");
+  run("export " + file + " -o " + path("m.json"));
+  const std::string other = path("other.ky");
+  for (const std::string& arguments :
+       {"set " + file + " NAME=b", "rm " + file + " BOARD[1]", "rename " + file + " BOARD[1] CPU",
+        "patch " + file + " missing", "extract " + file, "import " + path("m.json"), "merge " + file + " " + other,
+        "anonymize " + file, "append " + file + " " + other, "strip " + file})
+  {
+    KyTerminal terminal(tool(arguments + " -o -"));
+    EXPECT_EQ(terminal.waitForEnd(), 2) << arguments;
+    EXPECT_EQ(terminal.output(),
+              "kyinventory: standard output is a terminal, and the result is binary; redirect it, or name a file with "
+              "-o\n")
+        << arguments;
+  }
+  KyTerminal text(tool("export " + file + " --format csv -o -"));
+  EXPECT_EQ(text.waitForEnd(), 0);
+  KyTerminal redirected(tool("extract " + file + " -o - | cat >" + path("copy.ky")));
+  EXPECT_EQ(redirected.waitForEnd(), 0);
+  EXPECT_EQ(contentOf(path("copy.ky")), contentOf(file));
+}
+
+TEST_F(Files, anInputIsNoOutputEvenWhenForced)
+{
+  const std::string file = store("m.ky", "ROOT/BOARD[1]");
+  const std::string bytes = contentOf(file);
+  store("other.ky", "ROOT/BOARD[2]");
+  fs::create_symlink("m.ky", path("link.ky"));
+  fs::create_hard_link(file, path("hard.ky"));
+  write("key", "a long and secret key");
+  for (const std::string& output : {file, path("link.ky"), path("hard.ky")})
+    for (const std::string& arguments :
+         {"export " + file, "import " + file, "import - <" + file, "anonymize " + file, "extract " + file,
+          "merge " + file + " " + path("other.ky"), "merge " + path("other.ky") + " " + file,
+          "anonymize " + path("other.ky") + " --key-file " + file})
+      for (const std::string force : {"", " --force"})
+      {
+        const Outcome outcome = runScript(tool(arguments + " -o " + output + force));
+        EXPECT_EQ(outcome.exitCode, 2) << arguments;
+        EXPECT_EQ(outcome.out, "") << arguments;
+        EXPECT_EQ(outcome.err, "kyinventory: " + output + ": is an input as well; name another file with -o\n")
+            << arguments;
+      }
+  EXPECT_EQ(contentOf(file), bytes);
+}
+
+#ifdef KY_HAVE_HOST
+TEST_F(Files, aScanGoesToNoTerminalAndOverNoInput)
+{
+  KyTerminal terminal(tool("scan --topology missing -o -"));
+  EXPECT_EQ(terminal.waitForEnd(), 2);
+  write("rack.xml", "<topology/>");
+  EXPECT_EQ(run("scan --topology " + path("rack.xml") + " --force -o " + path("rack.xml")).exitCode, 2);
+  EXPECT_EQ(contentOf(path("rack.xml")), "<topology/>");
+}
+#endif
+
+TEST_F(Files, theNullDeviceMayBeBoth) { EXPECT_EQ(run("import /dev/null -o /dev/null").exitCode, 3); }
 }    // namespace

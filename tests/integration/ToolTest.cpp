@@ -256,23 +256,23 @@ TEST_F(Tool, mergeNamesTheFileAndTheAddressOfEachReportWithExitCode1)
   const std::string cannotMerge = internal + "Cannot merge inventory tree. (0x1300803, mergeTree)\n";
   const std::string subject = "kyinventory: " + b + ": ";
   EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(outcome.err, subject + "CPU: " + exists +
-                             "CPU at root item. The ID already exists. (0x130081A, mergeTree)\n" + subject +
-                             "BOARD/IOCHANNEL/SIZE: " + exists +
-                             "SIZE at BOARD/IOCHANNEL. The ID already exists. (0x130081A, addParameter)\n" + subject +
-                             "BOARD/IOCHANNEL/SIZE: " + cannotMerge + subject + "BOARD/IOCHANNEL: " + cannotMerge +
-                             subject + "BOARD: " + cannotMerge);
+  EXPECT_EQ(outcome.err,
+            subject + "CPU: " + exists + "CPU at root item. The ID already exists. (0x130081A, mergeTree)\n" + subject +
+                "BOARD/IOCHANNEL/SIZE: " + exists +
+                "SIZE at BOARD/IOCHANNEL. The ID already exists. (0x130081A, addParameter)\n" + subject +
+                "BOARD/IOCHANNEL/SIZE: " + cannotMerge + subject + "BOARD/IOCHANNEL: " + cannotMerge + subject +
+                "BOARD: " + cannotMerge + "kyinventory: stored in " + path("all.kyinv") + " all the same\n");
   EXPECT_EQ(difference("all.kyinv", "ROOT CPU=1; BOARD/IOCHANNEL/SIZE"), "");
 }
 
-TEST_F(Tool, mergeWritesOverAnInputOrAnExistingFileOnlyWhenForced)
+TEST_F(Tool, mergeWritesOverAnExistingFileOnlyWhenForcedAndOverNoInput)
 {
   const std::string a = store("a.kyinv", "ROOT/BOARD[1]");
   const std::string b = store("b.kyinv", "ROOT/BOARD[2]");
   fs::create_symlink("b.kyinv", path("link.kyinv"));
   Outcome outcome = run("merge " + a + " " + b + " -o " + path("link.kyinv"));
-  EXPECT_EQ(outcome.exitCode, 4);
-  EXPECT_EQ(outcome.err, "kyinventory: " + path("link.kyinv") + ": is an input as well; --force writes over it\n");
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_EQ(outcome.err, "kyinventory: " + path("link.kyinv") + ": is an input as well; name another file with -o\n");
   EXPECT_EQ(difference("b.kyinv", "ROOT/BOARD[2]"), "");
 
   write("old.kyinv", "old");
@@ -283,8 +283,8 @@ TEST_F(Tool, mergeWritesOverAnInputOrAnExistingFileOnlyWhenForced)
 
   EXPECT_EQ(run("merge --force " + a + " " + b + " -o " + path("old.kyinv")).exitCode, 0);
   EXPECT_EQ(difference("old.kyinv", "ROOT/BOARD[1]; BOARD[2]"), "");
-  EXPECT_EQ(run("merge --force " + a + " " + b + " -o " + b).exitCode, 0);
-  EXPECT_EQ(difference("b.kyinv", "ROOT/BOARD[1]; BOARD[2]"), "");
+  EXPECT_EQ(run("merge --force " + a + " " + b + " -o " + b).exitCode, 2);
+  EXPECT_EQ(difference("b.kyinv", "ROOT/BOARD[2]"), "");
 }
 
 TEST_F(Tool, mergeWithAnUnreadableInputWritesNothingWithExitCode3)

@@ -17,7 +17,8 @@ struct AnonymizeArguments
 int anonymize(const AnonymizeArguments& arguments)
 {
   if (isInputTwice({arguments.file, arguments.key.file})) return EXIT_USAGE;
-  if (!mayStore(arguments.file, arguments.target)) return EXIT_OUTPUT;
+  if (isOutputAnInput({arguments.file, arguments.key.file}, arguments.target)) return EXIT_USAGE;
+  if (!mayStore(arguments.file, arguments.target)) return exitCodeOfRefusal(arguments.file, arguments.target);
   std::string key;
   if (!readKey(arguments.key, key)) return EXIT_INPUT;
   const TreePointer tree = readTreeFile(arguments.file);

@@ -19,6 +19,7 @@ struct ExportArguments
 
 int exportFile(const ExportArguments& arguments)
 {
+  if (isOutputAnInput({arguments.file}, arguments.target)) return EXIT_USAGE;
   const bool isPrinted = arguments.target.output.empty() || arguments.target.output == "-";
   if (!isPrinted && !mayStore(arguments.file, arguments.target)) return EXIT_OUTPUT;
   const TreePointer tree = readTreeFile(arguments.file);

@@ -20,7 +20,8 @@ struct ExtractArguments
 
 int extract(const ExtractArguments& arguments)
 {
-  if (!mayStore(arguments.image, arguments.target)) return EXIT_OUTPUT;
+  if (isOutputAnInput({arguments.image}, arguments.target)) return EXIT_USAGE;
+  if (!mayStore(arguments.image, arguments.target)) return exitCodeOfRefusal(arguments.image, arguments.target);
   const std::string name = inputName(arguments.image);
   KyCErrorListPool pool;
   std::string image;

@@ -56,6 +56,9 @@ void lockForChange(const std::string& path)
   }
 }
 
+// Sections and images are no text: a terminal would obey what is in them.
+bool isForTerminal(const TargetOptions& target) { return target.output == "-" && ::isatty(STDOUT_FILENO) != 0; }
+
 constexpr unsigned int codeCannotOpen = 0x1300001;
 
 // As reading reports it, with the system's reason: the library's own report of a file that cannot be opened has none.
@@ -125,8 +128,28 @@ CLI::Option* addTargetOptions(CLI::App& command, TargetOptions& target, const st
   return output;
 }
 
+bool isOutputAnInput(const std::vector<std::string>& inputs, const TargetOptions& target)
+{
+  struct stat output = {};
+  struct stat input = {};
+  if (target.output.empty() || target.output == "-" || ::stat(target.output.c_str(), &output) != 0) return false;
+  for (const std::string& path : inputs)
+  {
+    const bool isThere = (path == "-" ? ::fstat(STDIN_FILENO, &input) : ::stat(path.c_str(), &input)) == 0;
+    if (!isThere || !S_ISREG(input.st_mode) || !isSameFile(input, output)) continue;
+    complain(target.output + ": is an input as well; name another file with -o");
+    return true;
+  }
+  return false;
+}
+
 bool mayStore(const std::string& input, const TargetOptions& target)
 {
+  if (isForTerminal(target))
+  {
+    complain("standard output is a terminal, and the result is binary; redirect it, or name a file with -o");
+    return false;
+  }
   if (input == "-" && target.output.empty())
   {
     complain("standard input cannot be changed in place; name a file with -o");
@@ -154,7 +177,7 @@ bool mayStore(const std::string& input, const TargetOptions& target)
 
 int exitCodeOfRefusal(const std::string& input, const TargetOptions& target)
 {
-  return input == "-" && target.output.empty() ? EXIT_USAGE : EXIT_OUTPUT;
+  return (input == "-" && target.output.empty()) || isForTerminal(target) ? EXIT_USAGE : EXIT_OUTPUT;
 }
 
 int storeTree(const std::string& input, KyCInventoryItem& tree, const TargetOptions& target)

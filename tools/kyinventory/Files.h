@@ -39,9 +39,14 @@ CLI::Option* addTargetOptions(
     CLI::App& command, TargetOptions& target,
     const std::string& meaning = "File to store the result in, FILE staying as it is; - is standard output");
 
+// Whether the output is one of the inputs, by whatever name, after a message: for commands that make something else of their
+// inputs, and change none in place. --force is no leave to do so.
+bool isOutputAnInput(const std::vector<std::string>& inputs, const TargetOptions& target);
+
 // Whether the command may write where the options say; false after a message. For asking before long work, and before
 // anything of the input is read: a file that is to be changed in place is locked from here to the end of the program
-// (flock), after waiting for others that change it. An input of "-" has no place of its own and needs an -o.
+// (flock), after waiting for others that change it. An input of "-" has no place of its own and needs an -o. What is
+// stored is binary and not for a terminal.
 bool mayStore(const std::string& input, const TargetOptions& target);
 
 // The exit code where mayStore has said no: the command line is wrong, or the target is not to be written over.

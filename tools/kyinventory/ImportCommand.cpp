@@ -34,7 +34,8 @@ TreePointer importedTree(const ImportArguments& arguments)
 
 int importFile(const ImportArguments& arguments)
 {
-  if (!mayStore(arguments.file, arguments.target)) return EXIT_OUTPUT;
+  if (isOutputAnInput({arguments.file}, arguments.target)) return EXIT_USAGE;
+  if (!mayStore(arguments.file, arguments.target)) return exitCodeOfRefusal(arguments.file, arguments.target);
   const TreePointer tree = importedTree(arguments);
   return tree ? storeTree(arguments.file, *tree, arguments.target) : EXIT_INPUT;
 }

@@ -1,6 +1,4 @@
 // kyinventory merge: makes one tree of several stored ones.
-#include <sys/stat.h>
-
 #include <map>
 #include <string>
 #include <utility>
@@ -120,30 +118,11 @@ bool mergeInto(TreePointer& tree, TreePointer other, const std::string& path, un
   return pool.getErrorCount() == 0;
 }
 
-bool isSameFile(const std::string& a, const std::string& b)
-{
-  struct stat first = {};
-  struct stat second = {};
-  return ::stat(a.c_str(), &first) == 0 && ::stat(b.c_str(), &second) == 0 && first.st_dev == second.st_dev &&
-         first.st_ino == second.st_ino;
-}
-
-bool mayStoreMerged(const MergeArguments& arguments)
-{
-  const TargetOptions& target = arguments.target;
-  for (const std::string& input : arguments.inputs)
-  {
-    if (target.isForced || !isReadableAgain(target.output) || !isSameFile(input, target.output)) continue;
-    complain(target.output + ": is an input as well; --force writes over it");
-    return false;
-  }
-  return mayStore("", target);
-}
-
 int merge(const MergeArguments& arguments)
 {
   if (isInputTwice(arguments.inputs)) return EXIT_USAGE;
-  if (!mayStoreMerged(arguments)) return EXIT_OUTPUT;
+  if (isOutputAnInput(arguments.inputs, arguments.target)) return EXIT_USAGE;
+  if (!mayStore("", arguments.target)) return exitCodeOfRefusal("", arguments.target);
   const unsigned int flags = arguments.noParameters ? 0 : flagParameters;
   TreePointer tree;
   bool clean = true;
@@ -157,7 +136,10 @@ int merge(const MergeArguments& arguments)
       tree = std::move(next);
   }
   if (storeTree("", *tree, arguments.target) != EXIT_OK) return EXIT_OUTPUT;
-  return clean ? EXIT_OK : EXIT_REPORTED;
+  if (clean) return EXIT_OK;
+  const std::string& output = arguments.target.output;
+  complain("stored in " + (output == "-" ? "standard output" : output) + " all the same");
+  return EXIT_REPORTED;
 }
 }    // namespace
 
@@ -178,7 +160,9 @@ void addMergeCommand(CLI::App& program, int& exitCode)
   setManual(*command,
             {"What is in several of the files is taken from the first that has it; nothing of it is overwritten. Items "
              "are told by ID and index. Where a file has a parameter and another one an item of the same ID, that is "
-             "reported, and the rest of the branch may be missing from the result.",
+             "reported, and the rest of the branch may be missing from the result, which is stored all the same, with "
+             "exit code "
+             "1.",
              {{"kyinventory merge host.kyinv boards.kyinv -o rack.kyinv",
                "stores what is in host.kyinv, and of boards.kyinv what is not"}}});
   command->callback([arguments, &exitCode]() { exitCode = merge(*arguments); });

@@ -66,7 +66,8 @@ bool storeAndVerify(const TargetOptions& target, KyCInventoryItem& tree)
 int scan(const ScanArguments& arguments)
 {
   if (isInputTwice({arguments.topology, arguments.key.file})) return EXIT_USAGE;
-  if (!mayStore("", arguments.target)) return EXIT_OUTPUT;
+  if (isOutputAnInput({arguments.topology, arguments.key.file}, arguments.target)) return EXIT_USAGE;
+  if (!mayStore("", arguments.target)) return exitCodeOfRefusal("", arguments.target);
   std::string key;
   if (arguments.isAnonymous && !readKey(arguments.key, key)) return EXIT_INPUT;
   TreePointer tree = takeInventory(arguments.topology);
