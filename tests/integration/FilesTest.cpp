@@ -175,5 +175,18 @@ TEST_F(Files, aScanGoesToNoTerminalAndOverNoInput)
 }
 #endif
 
+#ifndef __SANITIZE_ADDRESS__    // which needs more than there is
+TEST_F(Files, tooLittleMemoryIsToldWithWhatToDo)
+{
+  write("large", "");
+  fs::resize_file(path("large"), std::uintmax_t{1} << 30);
+  const Outcome outcome = runScript("ulimit -v 300000; " + tool("strip " + path("large")));
+  EXPECT_EQ(outcome.exitCode, 4);
+  EXPECT_EQ(outcome.err,
+            "kyinventory: strip: out of memory\n"
+            "kyinventory: what to do: Free memory, or take a smaller file.\n");
+}
+#endif
+
 TEST_F(Files, theNullDeviceMayBeBoth) { EXPECT_EQ(run("import /dev/null -o /dev/null").exitCode, 3); }
 }    // namespace

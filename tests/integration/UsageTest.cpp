@@ -46,7 +46,6 @@ TEST_F(Usage, whatIsWrongInACommandLineNamesTheCommandAndItsHelp)
 {
   expectWrong("show", "show: FILE is required", "show ");
   expectWrong("show a.kyinv NAME SIZE", "show: The following argument was not expected: SIZE", "show ");
-  expectWrong("show a.kyinv --bogus", "show: The following argument was not expected: --bogus", "show ");
   expectWrong("show a.kyinv --depth x", "show: --depth: must be a whole number from 0 to 1000000000", "show ");
   expectWrong("set a.kyinv NAME=x --modifiable maybe", "set: --modifiable: maybe not in {yes,no}", "set ");
   expectWrong("set a.kyinv NAME=x --create Text",
@@ -59,6 +58,42 @@ TEST_F(Usage, anEmptyOutputIsRefusedInTheSameWordsEverywhere)
 {
   for (const std::string command : {"extract", "anonymize", "import", "export", "strip"})
     expectWrong(command + " a.kyinv -o ''", command + ": --output: must not be empty", command + " ");
+}
+
+TEST_F(Usage, anEmptyFileIsRefusedInTheSameWordsEverywhere)
+{
+  const std::vector<std::pair<std::string, std::string>> all = {
+      {"show", "'' NAME"},      {"get", "'' NAME"},     {"set", "'' NAME=a"}, {"rm", "'' NAME"}, {"find", "'' NAME"},
+      {"rename", "'' A B"},     {"merge", "a '' -o b"}, {"patch", "'' a"},    {"export", "''"},  {"import", "'' -o a"},
+      {"anonymize", "'' -o a"}, {"check", "''"},        {"shell", "''"},      {"append", "a ''"}};
+  for (const auto& [command, arguments] : all)
+    expectWrong(command + " " + arguments, command + ": FILE: must not be empty", command + " ");
+  for (const std::string command : {"strip ''", "extract '' -o a", "append '' a"})
+  {
+    const std::string name = command.substr(0, command.find(' '));
+    expectWrong(command, name + ": IMAGE: must not be empty", name + " ");
+  }
+  expectWrong("diff '' b", "diff: A: must not be empty", "diff ");
+  expectWrong("diff a ''", "diff: B: must not be empty", "diff ");
+  expectWrong("patch a ''", "patch: DIFF: must not be empty", "patch ");
+}
+
+TEST_F(Usage, whatIsTakenForAnOptionGetsAHint)
+{
+  const auto expectHint = [this](const std::string& arguments, const std::string& message)
+  {
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.exitCode, 2) << arguments;
+    EXPECT_EQ(outcome.err, "kyinventory: " + message +
+                               "--help. Put -- in front of a file or another argument that "
+                               "begins with -.\n");
+  };
+  const std::string help = "\nkyinventory: what to do: See kyinventory ";
+  expectHint("get -x.ky NAME", "get: ADDRESS is required" + help + "get ");
+  expectHint("export -x.ky", "export: FILE is required" + help + "export ");
+  expectHint("show a.kyinv --bogus", "show: The following argument was not expected: --bogus" + help + "show ");
+  const std::string file = store("-x.ky", "ROOT SIZE=1");
+  EXPECT_EQ(run("--version >/dev/null; cd " + m_folder.path() + "; " + KY_TOOL + " get -- -x.ky SIZE").out, "1\n");
 }
 
 TEST_F(Usage, anEmptyAddressOrPatternIsRefused)

@@ -1,10 +1,13 @@
 #include "Program.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <utility>
 
 #include "Command.h"
+#include "Files.h"
 #include "Output.h"
 #include "Terminal.h"
 #include "inventorykit/KyAddressText.h"
@@ -78,6 +81,13 @@ std::string footerOf(const CLI::App& command)
   return text;
 }
 
+// Whether a positional argument is the path of a file.
+bool isFile(const CLI::Option& option)
+{
+  const char* const names[] = {"FILE", "IMAGE", "A", "B", "DIFF"};
+  return std::find(std::begin(names), std::end(names), option.get_name()) != std::end(names);
+}
+
 // What the program and every sub-command have in common.
 void complete(CLI::App& command)
 {
@@ -85,7 +95,10 @@ void complete(CLI::App& command)
   command.add_flag_callback("--no-pager", &Output::forbidPager, "Print long output at once, without $PAGER");
   // What a positional argument is, its name tells.
   for (CLI::Option* option : command.get_options([](const CLI::Option* any) { return any->get_positional(); }))
+  {
     if (option->get_type_name() == "TEXT") option->type_name("");
+    if (isFile(*option)) option->check(notEmpty());
+  }
   command.footer(footerOf(command));
 }
 
@@ -112,6 +125,13 @@ std::string suggestionFor(const CLI::App& program, const std::string& word)
   return nearest.empty() ? "" : " Did you mean " + nearest.front() + "?";
 }
 
+// Whether a word was taken for an option, and is none: it may be meant as a file.
+bool hasUnknownOption(const CLI::App& command)
+{
+  const std::vector<std::string> words = command.remaining();
+  return std::any_of(words.begin(), words.end(), [](const std::string& word) { return word[0] == '-'; });
+}
+
 // What is wrong with the command line, and where its help is.
 void complainOfUsage(const CLI::App& program, const std::string& error)
 {
@@ -125,7 +145,9 @@ void complainOfUsage(const CLI::App& program, const std::string& error)
     complain(unknown + " is no command." + suggestionFor(program, unknown));
   else
     complain((command.empty() ? "" : command + ": ") + error);
-  complain("what to do: See kyinventory " + (command.empty() ? "" : command + " ") + "--help.");
+  const bool isHint = !chosen.empty() && hasUnknownOption(*chosen.front());
+  complain("what to do: See kyinventory " + (command.empty() ? "" : command + " ") + "--help." +
+           (isHint ? " Put -- in front of a file or another argument that begins with -." : ""));
 }
 
 // What the parser has to say: help for those who asked for it, otherwise what is wrong.

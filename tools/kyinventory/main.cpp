@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <new>
 
 #include "ExitCode.h"
@@ -22,6 +23,19 @@ void occupyStandardStreams()
     static_cast<void>(opened);    // the lowest free number is this one
   }
 }
+// The sub-command, as far as the first word is one; for where there is no memory to look it up.
+const char* commandOf(int argc, char** argv)
+{
+  const char* const word = argc > 1 ? argv[1] : "";
+  return word[std::strspn(word, "abcdefghijklmnopqrstuvwxyz")] == '\0' ? word : "";
+}
+
+void complainOfMemory(const char* command)
+{
+  for (const char* part : {"kyinventory: ", command, *command == '\0' ? "" : ": ",
+                           "out of memory\nkyinventory: what to do: Free memory, or take a smaller file.\n"})
+    std::fputs(part, stderr);
+}
 }    // namespace
 
 int main(int argc, char** argv)
@@ -35,7 +49,7 @@ int main(int argc, char** argv)
   }
   catch (const std::bad_alloc&)
   {
-    std::fputs("kyinventory: out of memory\n", stderr);
+    complainOfMemory(commandOf(argc, argv));
     return EXIT_OUTPUT;
   }
 }
