@@ -70,6 +70,18 @@ TEST_F(Files, commandsOfAllKindsWaitForEachOther)
   EXPECT_EQ(difference("m.ky", "ROOT/BOARD[5] SIZE=2; BOARD[3] SIZE=4; CPU SIZE=7"), "");
 }
 
+TEST_F(Files, patchLeavesTheFileToOthersUntilTheChangesHaveCome)
+{
+  const std::string file = store("m.ky", "ROOT/CPU SIZE=1");
+  store("after.ky", "ROOT/CPU SIZE=7; BOARD[1] SIZE=1");
+  const Outcome outcome = runScript("{ sleep 0.2; " + tool("set " + file + " 'BOARD[1]/SIZE=1' --create UInt32; ") +
+                                    tool("diff --json " + file + " " + path("after.ky")) + "; } | timeout 50 " +
+                                    tool("patch " + file + " -"));
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(run("get " + file + " CPU/SIZE 'BOARD[1]/SIZE'").out, "7\n1\n");
+}
+
 TEST_F(Files, whoeverWaitsForAFileIsTold)
 {
   const std::string file = store("m.ky", "ROOT SIZE=1");

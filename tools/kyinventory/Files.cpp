@@ -41,7 +41,7 @@ bool hasLocked(int file, const std::string& path)
 // Waits until nobody else changes the file. The lock stays until the program ends: what is read from now on is what will
 // be replaced. Whoever had it before has put another file in the place of the one that was waited for. A file system
 // without locks is no reason not to change a file.
-void lockForChange(const std::string& path)
+void waitForLock(const std::string& path)
 {
   const Progress progress("waiting for " + path);
   for (;;)
@@ -143,7 +143,7 @@ bool isOutputAnInput(const std::vector<std::string>& inputs, const TargetOptions
   return false;
 }
 
-bool mayStore(const std::string& input, const TargetOptions& target)
+bool mayStore(const std::string& input, const TargetOptions& target, Lock lock)
 {
   if (isForTerminal(target))
   {
@@ -171,8 +171,13 @@ bool mayStore(const std::string& input, const TargetOptions& target)
     complain(target.output + ": exists already; --force writes over it");
     return false;
   }
-  if (target.output.empty() && !input.empty()) lockForChange(input);
+  if (lock == Lock::NOW) lockForChange(input, target);
   return true;
+}
+
+void lockForChange(const std::string& input, const TargetOptions& target)
+{
+  if (target.output.empty() && !input.empty()) waitForLock(input);
 }
 
 int exitCodeOfRefusal(const std::string& input, const TargetOptions& target)

@@ -47,7 +47,13 @@ bool isOutputAnInput(const std::vector<std::string>& inputs, const TargetOptions
 // anything of the input is read: a file that is to be changed in place is locked from here to the end of the program
 // (flock), after waiting for others that change it. An input of "-" has no place of its own and needs an -o. What is
 // stored is binary and not for a terminal.
-bool mayStore(const std::string& input, const TargetOptions& target);
+enum class Lock
+{
+  NOW,
+  LATER    // with lockForChange, where something else is to be read first that others may have to change the file for
+};
+bool mayStore(const std::string& input, const TargetOptions& target, Lock lock = Lock::NOW);
+void lockForChange(const std::string& input, const TargetOptions& target);
 
 // The exit code where mayStore has said no: the command line is wrong, or the target is not to be written over.
 int exitCodeOfRefusal(const std::string& input, const TargetOptions& target);

@@ -52,11 +52,12 @@ int tryOut(const PatchArguments& arguments, const KyCInventoryItem& root, const 
 int apply(const PatchArguments& arguments)
 {
   if (isInputTwice({arguments.file, arguments.changes})) return EXIT_USAGE;
-  if (!arguments.isDryRun && !mayStore(arguments.file, arguments.target))
+  if (!arguments.isDryRun && !mayStore(arguments.file, arguments.target, Lock::LATER))
     return exitCodeOfRefusal(arguments.file, arguments.target);
 
   Patch patch;
   if (!readChanges(arguments.changes, patch)) return EXIT_INPUT;
+  if (!arguments.isDryRun) lockForChange(arguments.file, arguments.target);
   TreePointer tree = readTreeFile(arguments.file);
   if (!tree) return EXIT_INPUT;
 
