@@ -101,8 +101,8 @@ TEST_F(Files, signalsLeaveNoTemporaryFileBehind)
   const std::string section = contentOf(file);
   write("m.ky", std::string(1 << 20, 'f') + section);
   std::mt19937 random(7);
-  for (int n = 0; n < 60; ++n)
-    interrupt({"set", file, "SIZE=" + std::to_string(n)}, std::vector<int>{SIGTERM, SIGINT, SIGHUP}[n % 3u],
+  for (unsigned int n = 0; n < 60; ++n)
+    interrupt({"set", file, "SIZE=" + std::to_string(n)}, std::vector<int>{SIGTERM, SIGINT, SIGHUP}[n % 3],
               static_cast<unsigned int>(2000 + random() % 20000));
   EXPECT_EQ(filesLike("m.ky"), 1u);
   EXPECT_EQ(run("get " + file + " SIZE").exitCode, 0);
