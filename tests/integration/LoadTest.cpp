@@ -156,11 +156,12 @@ TEST(Load, idsAreBuiltAnewByEveryLoad)
   }
 }
 
-// Each look-up of a name takes the loader as long as adding an offset a hundred times.
+// Each look-up of a name takes the loader as long as adding an offset a hundred times. There are 1064 IDs; what is named
+// besides is less than half of that, also where a sanitizer adds its own.
 TEST(Load, predefinedIdsAreNotLookedUpByName)
 {
   const KyLoadedLibrary library;
-  EXPECT_LT(library.countNamedRelocations(), 300u);
+  EXPECT_LT(library.countNamedRelocations(), 500u);
 }
 
 TEST(Load, loadingAndUnloadingReportNothing)

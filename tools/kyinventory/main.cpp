@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <stdexcept>
 
 #include "ExitCode.h"
 #include "Program.h"
@@ -50,6 +51,10 @@ int main(int argc, char** argv)
   catch (const std::bad_alloc&)
   {
     complainOfMemory(commandOf(argc, argv));
-    return EXIT_OUTPUT;
   }
+  catch (const std::length_error&)    // more than the address space could hold, with 32 bits
+  {
+    complainOfMemory(commandOf(argc, argv));
+  }
+  return EXIT_OUTPUT;
 }
