@@ -80,10 +80,10 @@ class LineReader::Plain : public Source
 public:
   bool read(const std::string& prompt, std::string& line) override
   {
+    const InterruptibleWait wait;    // before the prompt invites to type: otherwise a key pressed in between is lost
     std::fwrite(prompt.data(), 1, prompt.size(), stdout);
     std::fflush(stdout);
     line.clear();
-    const InterruptibleWait wait;
     while (m_ahead.find('\n') == m_ahead.npos)
     {
       if (!wait.waitForKeys())
