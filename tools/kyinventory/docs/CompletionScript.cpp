@@ -168,7 +168,7 @@ complete -F _kyinventory kyinventory
 
 // ---- zsh ----
 
-// A text of a specification inside '...': brackets, colons and quotes mean something there.
+// A text of an option inside '...': brackets, colons and quotes mean something there.
 std::string zshText(const std::string& text)
 {
   std::string escaped;
