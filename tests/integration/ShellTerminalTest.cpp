@@ -215,7 +215,7 @@ TEST_F(ShellAtTerminal, anInterruptFromElsewhereDoesNotEndTheSession)
     for (int n = 0; n < 3; ++n)
       EXPECT_EQ(std::system(("kill -INT $(cat " + path("pid") + ")").c_str()), 0);
     terminal.type("pwd\n");
-    terminal.waitFor("\n/\r\n");
+    terminal.waitFor("/\r\n");    // behind a prompt perhaps, where the last interrupt came late
     terminal.waitFor(" *> ");
     terminal.type("quit!\n");
     EXPECT_EQ(terminal.waitForEnd(), 0) << environment;
