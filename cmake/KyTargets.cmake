@@ -11,10 +11,12 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
 # Linked by our own targets, never by a consumer's.
-add_library(ky_options INTERFACE)
-target_compile_features(ky_options INTERFACE cxx_std_17)
-target_compile_options(ky_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+add_library(ky_warnings INTERFACE)
+target_compile_features(ky_warnings INTERFACE cxx_std_17)
+target_compile_options(ky_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${KY_WERROR}>:-Werror>)
+add_library(ky_options INTERFACE)
+target_link_libraries(ky_options INTERFACE ky_warnings)
 if(KY_SANITIZE)
   target_compile_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE})

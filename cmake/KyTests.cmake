@@ -14,17 +14,33 @@ if(KY_SANITIZE STREQUAL "thread")    # it must see every lock; the others need n
 endif()
 include(GoogleTest)
 
+# ky_tests_from_outside(): the test programs of this folder from here on test what other files hold: a library, the tool.
+# Their own code is compiled without sanitizers and in the same way in every build of a word size, so that a compiler
+# cache compiles it once for all of them.
+macro(ky_tests_from_outside)
+  set(KY_TESTS_FROM_OUTSIDE ON)
+  foreach(build DEBUG RELEASE RELWITHDEBINFO)
+    set(CMAKE_CXX_FLAGS_${build} "")
+  endforeach()
+endmacro()
+
 # ky_add_test(<name> SOURCES <file>... [LINK <library>...]): one test program, each of its tests known to ctest. With a
 # sanitizer, ctest knows the program as a whole: starting one takes as long as many a test, two thousand times.
 function(ky_add_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  target_link_libraries(${name} PRIVATE ${arg_LINK} gtest_main ky_options)
+  target_link_libraries(${name} PRIVATE ${arg_LINK} gtest_main)
+  if(KY_TESTS_FROM_OUTSIDE AND NOT KY_SANITIZE STREQUAL "thread")
+    target_link_libraries(${name} PRIVATE ky_warnings)
+    target_link_options(${name} PRIVATE $<TARGET_PROPERTY:ky_options,INTERFACE_LINK_OPTIONS>)
+  else()
+    target_link_libraries(${name} PRIVATE ky_options)
+  endif()
   # Test code is compiled once and run once: optimising it takes longer than it saves, five times longer with sanitizers.
   target_compile_options(${name} PRIVATE -O0)
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
-  target_compile_definitions(${name} PRIVATE KY_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KY_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  target_compile_definitions(${name} PRIVATE KY_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   if(KY_SANITIZE)
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
   else()

@@ -5,7 +5,7 @@ usage='usage: scripts/install-deps.sh [--ci | --bench]
 Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
 all are there. As another user than root it prints the command to run and exits with 1.
 
-  --ci     also what only the continuous integration uses: git, clang, clang-format, valgrind,
+  --ci     also what only the continuous integration uses: git, ccache, clang, clang-format, valgrind,
            python3-jsonschema, pkg-config, and groff, zsh and fish, which read man pages and completions
   --bench  also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine'
 set -eu
@@ -13,7 +13,7 @@ set -eu
 packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev nlohmann-json3-dev libpugixml-dev libedit-dev'
 case "${1-}" in
   '') ;;
-  --ci) packages="$packages git clang clang-format libclang-rt-14-dev valgrind python3-jsonschema
+  --ci) packages="$packages git ccache clang clang-format libclang-rt-14-dev valgrind python3-jsonschema
     groff-base zsh fish pkg-config" ;;
   --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler hyperfine" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;

@@ -54,7 +54,7 @@ protected:
                                                                  "COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
                                                                  "_kyinventory\n"
                                                                  "printf '%s\\n' \"${COMPREPLY[@]}\"\n");
-    const std::string folder = fs::path(KY_TOOL).parent_path().string();
+    const std::string folder = fs::path(kyToolPath).parent_path().string();
     const std::string command =
         "cd " + m_folder.path() + " && PATH=" + folder + ":$PATH bash " + script + " >" + path("offered") + " 2>&1";
     EXPECT_EQ(std::system(command.c_str()), 0);

@@ -266,7 +266,7 @@ TEST_F(EditCommands, realMachinesAreChangedAndTakenApart)
 {
   const std::filesystem::path folder = std::filesystem::path(KY_SOURCE_DIR) / ".." / "shared" / "data" / "topologies";
   if (!std::filesystem::is_directory(folder)) GTEST_SKIP() << "no topology files of real machines beside the sources";
-  const std::string tool = KY_TOOL;
+  const std::string tool = kyToolPath;
   for (const auto& entry : std::filesystem::directory_iterator(folder))
   {
     if (entry.path().extension() != ".xml") continue;
@@ -285,7 +285,7 @@ TEST_F(EditCommands, realMachinesAreChangedAndTakenApart)
 TEST_F(EditCommands, standardInputAndOutputMakeAPipe)
 {
   const std::string a = sample();
-  const std::string tool = KY_TOOL;
+  const std::string tool = kyToolPath;
   const std::string pipe = "rm - BOARD[2] -o - <" + a + " 2>/dev/null | " + tool + " rename - BOARD CPU -o - | " +
                            tool + " set - CPU/ID=9 -o " + path("b.kyinv") + " #";
   EXPECT_EQ(run(pipe).exitCode, 0);

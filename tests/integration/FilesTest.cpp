@@ -31,11 +31,11 @@ protected:
     const pid_t process = ::fork();
     if (process == 0)
     {
-      std::vector<char*> words = {const_cast<char*>(KY_TOOL)};
+      std::vector<char*> words = {const_cast<char*>(kyToolPath)};
       for (const std::string& argument : arguments)
         words.push_back(const_cast<char*>(argument.c_str()));
       words.push_back(nullptr);
-      ::execv(KY_TOOL, words.data());
+      ::execv(kyToolPath, words.data());
       ::_exit(127);
     }
     ::usleep(microseconds);
@@ -187,7 +187,7 @@ TEST_F(Files, aScanGoesToNoTerminalAndOverNoInput)
 }
 #endif
 
-#ifndef __SANITIZE_ADDRESS__    // which needs more than there is
+#ifndef KY_TOOL_NEEDS_MUCH_MEMORY
 TEST_F(Files, tooLittleMemoryIsToldWithWhatToDo)
 {
   write("large", "");

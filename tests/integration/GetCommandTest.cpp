@@ -125,7 +125,7 @@ TEST_F(GetCommand, onATerminalControlCharactersAreShownAndColumnsAligned)
 {
   const std::string file =
       store("b.kyinv", "ROOT NAME=\"\\x1b[31m\\xc3\\xa9\\n\"; BOARD[2] SIZE Int32 5 unit=\"\\x07\"");
-  const std::string tool = KY_TOOL;
+  const std::string tool = kyToolPath;
   EXPECT_EQ(printedOnTerminal(tool + " get " + file + " NAME"), "\\x1B[31m\xC3\xA9\\x0A\n");
   EXPECT_EQ(printedOnTerminal(tool + " get --unit " + file + " . BOARD[2]"),
             "\x1B[1mADDRESS\x1B[0m        \x1B[1mVALUE\x1B[0m          \x1B[1mUNIT\x1B[0m\n"
@@ -145,7 +145,7 @@ TEST_F(GetCommand, givesEveryValueThatFindGivesForRealMachines)
     ASSERT_EQ(run("scan --force --topology " + entry.path().string() + " -o " + file).exitCode, 0);
     const Outcome found = run("find --parameters " + file + " '**'");
     EXPECT_EQ(found.exitCode, 0) << entry.path();
-    EXPECT_EQ(run("get --unit " + file + " $(" + KY_TOOL + " find --items " + file + " '**' | cut -f1)").out,
+    EXPECT_EQ(run("get --unit " + file + " $(" + kyToolPath + " find --items " + file + " '**' | cut -f1)").out,
               found.out);
   }
 }

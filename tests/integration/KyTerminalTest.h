@@ -127,7 +127,7 @@ class ToolAtTerminal : public Tool
 {
 protected:
   // The shell command that runs it.
-  static std::string tool(const std::string& arguments) { return std::string(KY_TOOL) + " " + arguments; }
+  static std::string tool(const std::string& arguments) { return std::string(kyToolPath) + " " + arguments; }
 
   // A file with one parameter a line when it is shown with `s_lines`.
   std::string storeLines(unsigned int count) const

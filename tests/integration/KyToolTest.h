@@ -17,6 +17,9 @@
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
 
+// The tool of this build.
+extern const char* const kyToolPath;
+
 struct Outcome
 {
   int exitCode;
@@ -34,7 +37,7 @@ protected:
   {
     const std::string out = m_folder.write("stdout.txt", "");    // there, too, where the arguments redirect elsewhere
     const std::string err = m_folder.write("stderr.txt", "");
-    const std::string command = std::string(KY_TOOL) + " " + arguments + " >" + out + " 2>" + err + " </dev/null";
+    const std::string command = std::string(kyToolPath) + " " + arguments + " >" + out + " 2>" + err + " </dev/null";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(err)};
   }

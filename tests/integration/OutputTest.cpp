@@ -18,7 +18,7 @@ protected:
   // Runs a shell text; $TOOL is the tool.
   Outcome shell(const std::string& text) const
   {
-    const std::string script = m_folder.write("script", "TOOL=" + std::string(KY_TOOL) + "\n" + text);
+    const std::string script = m_folder.write("script", "TOOL=" + std::string(kyToolPath) + "\n" + text);
     const int status = std::system(("sh " + script + " >" + path("out") + " 2>" + path("err") + " </dev/null").c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(path("out")), contentOf(path("err"))};
   }

@@ -318,7 +318,7 @@ TEST_F(Shell, readsItsCommandsFromAPipe)
 TEST_F(Shell, answersEachCommandOfAPipeBeforeTheNextOneComes)
 {
   write("talk",
-        "mkfifo " + path("in") + " " + path("out") + "\n" + KY_TOOL + " shell " + m_file + " <" + path("in") + " >" +
+        "mkfifo " + path("in") + " " + path("out") + "\n" + kyToolPath + " shell " + m_file + " <" + path("in") + " >" +
             path("out") + " 2>" + path("errors") + " &\n" + "exec 3>" + path("in") + " 4<" + path("out") +
             "\n"
             "echo 'get NAME' >&3; read -r first <&4\n"
@@ -354,7 +354,7 @@ TEST_F(Shell, aPipeEndsAtTheFirstFailureAndKeepsNothing)
   for (const auto& one : cases)
   {
     write("commands", one.commands);
-    const Outcome outcome = runCommand(std::string(KY_TOOL) + " shell " + m_file + " <" + path("commands"));
+    const Outcome outcome = runCommand(std::string(kyToolPath) + " shell " + m_file + " <" + path("commands"));
     EXPECT_EQ(outcome.exitCode, one.exitCode) << one.commands;
     EXPECT_EQ(outcome.out, one.out) << one.commands;
     EXPECT_EQ(outcome.err, one.err) << one.commands;
@@ -365,12 +365,12 @@ TEST_F(Shell, aPipeEndsAtTheFirstFailureAndKeepsNothing)
 TEST_F(Shell, aTextInQuotesReachesOverLinesOfAPipe)
 {
   write("commands", "set NAME='a;\n# b'\nget NAME\nquit!\n");
-  EXPECT_EQ(runCommand(std::string(KY_TOOL) + " shell " + m_file + " <" + path("commands")).out, "a;\n# b\n");
+  EXPECT_EQ(runCommand(std::string(kyToolPath) + " shell " + m_file + " <" + path("commands")).out, "a;\n# b\n");
 }
 
 TEST_F(Shell, unreadableStandardInputGivesExitCode3)
 {
-  const Outcome outcome = runCommand(std::string(KY_TOOL) + " shell " + m_file + " <" + path("."));
+  const Outcome outcome = runCommand(std::string(kyToolPath) + " shell " + m_file + " <" + path("."));
   EXPECT_EQ(outcome.exitCode, 3);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err, "kyinventory: standard input: Is a directory\n");

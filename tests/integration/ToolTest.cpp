@@ -377,7 +377,7 @@ TEST_F(Tool, watchEndsWithExitCode0WhenInterrupted)
     const std::string out = path("watched.txt");
     // The first line tells that it watches: only then the signal is sent.
     const std::string script = std::string("rm -f ") + out +
-                               "; timeout --foreground -s KILL 60 env --default-signal=INT " + KY_TOOL +
+                               "; timeout --foreground -s KILL 60 env --default-signal=INT " + kyToolPath +
                                " watch --initial --interval 86400 >" + out + " & n=0; until [ -s " + out +
                                " ] || [ $n = 500 ]; do sleep 0.1; n=$((n+1)); done; kill -" + signal + " $!; wait $!";
     const int status = std::system(("bash -c '" + script + "'").c_str());
@@ -389,7 +389,7 @@ TEST_F(Tool, watchEndsWithExitCode0WhenInterrupted)
 TEST_F(Tool, watchEndsQuietlyWhenItsReaderIsGone)
 {
   const std::string err = path("closed.txt");
-  const std::string script = std::string("timeout 60 ") + KY_TOOL + " watch --interval 0.05 2>" + err +
+  const std::string script = std::string("timeout 60 ") + kyToolPath + " watch --interval 0.05 2>" + err +
                              " | head -n 1 >/dev/null; [ ${PIPESTATUS[0]} = 141 ]";
   EXPECT_EQ(std::system(("bash -c '" + script + "'").c_str()), 0);
   EXPECT_EQ(contentOf(err), "");
@@ -409,7 +409,7 @@ TEST_F(Tool, scanIntoADeviceOrAPipeDoesNotReadItBack)
   EXPECT_EQ(device.err, "");
   ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
   const std::string reader = "cat " + path("pipe") + " >" + path("piped.kyinv") + " & ";
-  ASSERT_EQ(std::system((reader + "timeout 60 " + KY_TOOL + " scan -o " + path("pipe") + " && wait").c_str()), 0);
+  ASSERT_EQ(std::system((reader + "timeout 60 " + kyToolPath + " scan -o " + path("pipe") + " && wait").c_str()), 0);
   EXPECT_EQ(contentOf(path("piped.kyinv")).substr(0, 4), "INVE");
 }
 

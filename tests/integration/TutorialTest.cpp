@@ -9,7 +9,7 @@ namespace
 // The page as it should be: each "$ command" of its console blocks with what the command prints now.
 std::string regenerated(const std::string& page, const KyTemporaryFolder& folder)
 {
-  const std::string tool = KY_TOOL;
+  const std::string tool = kyToolPath;
   const std::string bin = tool.substr(0, tool.rfind('/'));
   std::string result;
   std::istringstream lines(page);

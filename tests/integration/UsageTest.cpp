@@ -93,7 +93,7 @@ TEST_F(Usage, whatIsTakenForAnOptionGetsAHint)
   expectHint("export -x.ky", "export: FILE is required" + help + "export ");
   expectHint("show a.kyinv --bogus", "show: The following argument was not expected: --bogus" + help + "show ");
   const std::string file = store("-x.ky", "ROOT SIZE=1");
-  EXPECT_EQ(run("--version >/dev/null; cd " + m_folder.path() + "; " + KY_TOOL + " get -- -x.ky SIZE").out, "1\n");
+  EXPECT_EQ(run("--version >/dev/null; cd " + m_folder.path() + "; " + kyToolPath + " get -- -x.ky SIZE").out, "1\n");
 }
 
 TEST_F(Usage, anEmptyAddressOrPatternIsRefused)
@@ -229,7 +229,7 @@ TEST_F(Usage, aFileThatCannotBeReadIsToldWithTheReasonOfTheSystem)
 TEST_F(Usage, aShortFileNameIsNamedAlthoughItsLettersStandInTheReport)
 {
   store("a", "ROOT NAME=\"rack\"");
-  const std::string tool = std::string("cd ") + m_folder.path() + " && " + KY_TOOL;
+  const std::string tool = std::string("cd ") + m_folder.path() + " && " + kyToolPath;
   const int status = std::system((tool + " get a CPU 2>err.txt").c_str());
   EXPECT_EQ(WEXITSTATUS(status), 1);
   EXPECT_EQ(contentOf(path("err.txt")),
@@ -246,7 +246,7 @@ TEST_F(Usage, aFileThatCannotBeWrittenIsNamedOnce)
 {
   const std::string a = store("a.kyinv", "ROOT NAME=\"rack\"");
   std::filesystem::create_directory(path("folder"));
-  const std::string tool = std::string("cd ") + m_folder.path() + " && " + KY_TOOL;
+  const std::string tool = std::string("cd ") + m_folder.path() + " && " + kyToolPath;
   const int status = std::system((tool + " set a.kyinv NAME=b -o folder 2>err.txt").c_str());
   EXPECT_EQ(WEXITSTATUS(status), 4);
   const std::string err = contentOf(path("err.txt"));
@@ -298,13 +298,14 @@ protected:
     if (::geteuid() != 0) return;
     // Nothing is write-protected for root.
     m_user = "setpriv --reuid=65534 --regid=65534 --clear-groups ";
-    if (std::system((m_user + KY_TOOL + " --version >/dev/null 2>&1").c_str()) != 0)
+    if (std::system((m_user + kyToolPath + " --version >/dev/null 2>&1").c_str()) != 0)
       GTEST_SKIP() << "root cannot run the tool as another user here";
   }
 
   Outcome runAsUser(const std::string& arguments) const
   {
-    const std::string command = m_user + KY_TOOL + " " + arguments + " >" + path("out.txt") + " 2>" + path("err.txt");
+    const std::string command =
+        m_user + kyToolPath + " " + arguments + " >" + path("out.txt") + " 2>" + path("err.txt");
     const int status = std::system((command + " </dev/null").c_str());
     return {WEXITSTATUS(status), contentOf(path("out.txt")), contentOf(path("err.txt"))};
   }

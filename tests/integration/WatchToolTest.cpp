@@ -99,7 +99,7 @@ private:
     ::signal(SIGTERM, SIG_DFL);
     ::dup2(m_pipe[1], STDOUT_FILENO);
     ::alarm(60);    // in case that nothing else ends it
-    ::execl(KY_TOOL, KY_TOOL, "watch", "--initial", "--interval", "86400", static_cast<char*>(nullptr));
+    ::execl(kyToolPath, kyToolPath, "watch", "--initial", "--interval", "86400", static_cast<char*>(nullptr));
     ::_exit(127);
   }
 

@@ -168,8 +168,8 @@ TEST(KyCInventoryItemMerge, aSubItemOfAnotherIndexIsMovedBesideTheTargets)
 TEST(KyCInventoryItemMerge, whatIsMovedKeepsItsAuxiliaryInfoAndPendingValue)
 {
   KyTestPool pool;
-  KyCMerge trees("ROOT", "ROOT SIZE=1; UPDATE_ELEMENT OFFSET=2");
   unsigned int destroyed = 0;
+  KyCMerge trees("ROOT", "ROOT SIZE=1; UPDATE_ELEMENT OFFSET=2");
   auto* const updater = new KyCCountedUpdater(destroyed);
   trees.source->getItem(UPDATE_ELEMENT)->setUpdater(pool, updater);
   trees.source->getParameter(SIZE)->setCheckAndWriteMethod(pool, nullptr, neverCalled, BOARD / NAME, &destroyed);

@@ -1,0 +1,3 @@
+#include "integration/KyToolTest.h"
+
+const char* const kyToolPath = KY_TOOL_PATH;
