@@ -6,7 +6,7 @@ Installs the missing ones of the Debian packages that building, testing and the 
 all are there. As another user than root it prints the command to run and exits with 1.
 
   --ci     also what only the continuous integration uses: git, ccache, clang, clang-format, valgrind,
-           python3-jsonschema, pkg-config, and groff, zsh and fish, which read man pages and completions
+           python3-jsonschema, pkg-config, gdb, and groff, zsh and fish, which read man pages and completions
   --bench  also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine'
 set -eu
 
@@ -14,7 +14,7 @@ packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-de
 case "${1-}" in
   '') ;;
   --ci) packages="$packages git ccache clang clang-format libclang-rt-14-dev valgrind python3-jsonschema
-    groff-base zsh fish pkg-config" ;;
+    groff-base zsh fish pkg-config gdb" ;;
   --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler hyperfine" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;
   *) printf '%s\n' "$usage" >&2; exit 2 ;;
