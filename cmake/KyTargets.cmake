@@ -34,6 +34,28 @@ function(ky_bind_inside target)
   target_compile_options(${target} PRIVATE -fno-semantic-interposition)
 endfunction()
 
+# ky_keep_debug_information(<target> [-g1]): compiles a target that is installed so that debuggers know it, when
+# KY_DEBUG_INFORMATION asks for it, and so that nothing in it knows the folder where it was built. -g1: functions and lines,
+# without variables and types; for code whose compilation would take much longer otherwise.
+function(ky_keep_debug_information target)
+  target_compile_options(${target} PRIVATE -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+  if(KY_DEBUG_INFORMATION)
+    target_compile_options(${target} PRIVATE -g ${ARGN} -fdebug-prefix-map=${PROJECT_SOURCE_DIR}=.)
+  endif()
+endfunction()
+
+# ky_split_debug_information(<target>): moves the debug information of a linked target to FILE.debug beside it, where the
+# debugger looks; installed by the component "debug" alone.
+function(ky_split_debug_information target)
+  if(NOT KY_DEBUG_INFORMATION)
+    return()
+  endif()
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> $<TARGET_FILE:${target}>.debug
+    COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=$<TARGET_FILE:${target}>.debug $<TARGET_FILE:${target}>
+    VERBATIM)
+endfunction()
+
 # ky_add_shared_library(<target> <alias> SOURCES <file>... [LINK <library>...] [INCLUDE <public folder>])
 # One shared library of the house: versioned, hidden by default, nothing left undefined, and soon loaded. What it refers
 # to inside itself is bound when it is built, apart from the objects in replaceable-objects.txt; and code and constants
@@ -47,8 +69,13 @@ function(ky_add_shared_library target alias)
   target_compile_features(${target} PUBLIC cxx_std_17)
   ky_make_unloadable(${target})
   ky_bind_inside(${target})
+  ky_keep_debug_information(${target})
+  ky_split_debug_information(${target})
   target_link_options(${target} PRIVATE -Wl,-z,noseparate-code
-    -Wl,--dynamic-list=${PROJECT_SOURCE_DIR}/cmake/replaceable-objects.txt)
+    -Wl,--dynamic-list=${PROJECT_SOURCE_DIR}/cmake/replaceable-objects.txt
+    -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/hidden-symbols.txt)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/replaceable-objects.txt
+    ${PROJECT_SOURCE_DIR}/cmake/hidden-symbols.txt)
   target_link_libraries(${target} PUBLIC ${arg_LINK} PRIVATE $<BUILD_INTERFACE:ky_options>)
   if(NOT KY_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)

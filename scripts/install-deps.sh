@@ -1,21 +1,24 @@
 #!/bin/sh
 # Installs what building and testing needs on Debian 12. Quiet when nothing is missing.
-usage='usage: scripts/install-deps.sh [--ci | --bench | --docs]
+usage='usage: scripts/install-deps.sh [--ci | --package | --bench | --docs]
 
 Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
 all are there. As another user than root it prints the command to run and exits with 1.
 
-  --ci     also what only the continuous integration uses: git, ccache, clang, clang-format, valgrind,
-           python3-jsonschema, pkg-config, gdb, and groff, zsh and fish, which read man pages and completions
-  --bench  also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine
-  --docs   also what only the site of the documentation uses: Doxygen, Python'
+  --ci          also what only the continuous integration uses: git, ccache, clang, clang-format, valgrind, gdb,
+                python3-jsonschema, pkg-config, abigail-tools, lintian, and groff, zsh and fish, which read man pages and
+                completions
+  --package     also what only packages and their checks use: dpkg-dev, lintian, xz; --ci has it all
+  --bench       also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine
+  --docs        also what only the site of the documentation uses: Doxygen, Python'
 set -eu
 
 packages='g++ g++-multilib cmake ninja-build googletest libhwloc-dev libcli11-dev nlohmann-json3-dev libpugixml-dev libedit-dev'
 case "${1-}" in
   '') ;;
-  --ci) packages="$packages git ccache clang clang-format libclang-rt-14-dev valgrind python3-jsonschema
-    groff-base zsh fish pkg-config gdb" ;;
+  --ci) packages="$packages git ccache clang clang-format libclang-rt-14-dev valgrind gdb python3-jsonschema
+    groff-base zsh fish pkg-config abigail-tools dpkg-dev lintian xz-utils" ;;
+  --package) packages="$packages git pkg-config dpkg-dev lintian xz-utils clang" ;;
   --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler hyperfine" ;;
   --docs) packages="$packages doxygen python3" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;
