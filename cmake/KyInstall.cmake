@@ -1,4 +1,4 @@
-# What `cmake --install` puts where. Nothing that is installed knows where it was built or where it stands: the whole prefix
+# What `cmake --install` puts where, in the components runtime, development, tools, documents and debug. Nothing that is installed knows where it was built or where it stands: the whole prefix
 # may be moved.
 
 set(KY_CMAKE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/KyInventoryTree)
@@ -14,6 +14,7 @@ function(ky_install_library target alias links include)
   install(TARGETS ${target} EXPORT KyInventoryTreeTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  ky_install_debug_information(${target})
   install(DIRECTORY ${include}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
     FILES_MATCHING PATTERN "*.h" PATTERN "*.inc")
   set(KY_PC_REQUIRES "")
@@ -26,6 +27,20 @@ function(ky_install_library target alias links include)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/library.pc.in ${PROJECT_BINARY_DIR}/pkgconfig/${target}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/pkgconfig/${target}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
+endfunction()
+
+# ky_install_debug_information(<target>): the file with its debug information, where debuggers look for it: in .debug beside
+# it. Only `cmake --install BUILD --component debug` installs it.
+function(ky_install_debug_information target)
+  if(NOT KY_DEBUG_INFORMATION)
+    return()
+  endif()
+  get_target_property(type ${target} TYPE)
+  set(folder ${CMAKE_INSTALL_LIBDIR})
+  if(type STREQUAL EXECUTABLE)
+    set(folder ${CMAKE_INSTALL_BINDIR})
+  endif()
+  install(FILES $<TARGET_FILE:${target}>.debug DESTINATION ${folder}/.debug COMPONENT debug EXCLUDE_FROM_ALL)
 endfunction()
 
 # ky_install_package(): what find_package(KyInventoryTree) needs.
@@ -44,6 +59,7 @@ endfunction()
 function(ky_install_tool)
   set_target_properties(kyinventory PROPERTIES INSTALL_RPATH "$ORIGIN/${KY_BIN_TO_LIB}")
   install(TARGETS kyinventory RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+  ky_install_debug_information(kyinventory)
   install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/man1/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
   set(completions ${PROJECT_BINARY_DIR}/docs/completions)
   install(FILES ${completions}/kyinventory DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
@@ -58,5 +74,7 @@ function(ky_install_documents)
   install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT documents)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
-    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "README.md")
+    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.expected" PATTERN "README.md")
+  install(FILES ${PROJECT_SOURCE_DIR}/cmake/examples.cmake RENAME CMakeLists.txt
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT documents)
 endfunction()
