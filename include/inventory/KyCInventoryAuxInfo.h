@@ -20,10 +20,10 @@ public:
     AUX_PARAM_UPDATE = 3    // KyNInventoryParameter::KyCAuxInfoParamUpdate, on a parameter
   };
 
-  explicit KyCInventoryAuxInfo(TType type) noexcept;
+  explicit KyCInventoryAuxInfo(TType type) noexcept;    // the kind is fixed from here on
   KyCInventoryAuxInfo(const KyCInventoryAuxInfo&) = delete;
   KyCInventoryAuxInfo& operator=(const KyCInventoryAuxInfo&) = delete;
-  virtual ~KyCInventoryAuxInfo();
+  virtual ~KyCInventoryAuxInfo();    // does nothing of its own
 
   TType getType() const noexcept { return m_type; }
 
@@ -53,6 +53,12 @@ namespace KyNInventoryParameter
 class KY_INVENTORY_API KyCAuxInfoWrite : public KyCInventoryAuxInfo
 {
 public:
+  // Nothing is pending at first.
+  //
+  //   checkMethod      null: no check
+  //   writeMethod      not null
+  //   relativeAddress  the user's, copied. With no memory left for a long one the program ends: see KyCInventoryAddress
+  //   customPointer    the user's, never followed or freed
   KyCAuxInfoWrite(KyCInventoryParameter::TMethod checkMethod, KyCInventoryParameter::TMethod writeMethod,
                   KyCInventoryAddress relativeAddress, void* customPointer);
   ~KyCAuxInfoWrite() override;    // deletes the pending value
@@ -77,7 +83,7 @@ private:
 class KY_INVENTORY_API KyCAuxInfoParamUpdate : public KyCInventoryAuxInfo
 {
 public:
-  explicit KyCAuxInfoParamUpdate(KyCInventoryParameter::TMethod updateMethod) noexcept;
+  explicit KyCAuxInfoParamUpdate(KyCInventoryParameter::TMethod updateMethod) noexcept;    // not null
   ~KyCAuxInfoParamUpdate() override;
 
   KyCInventoryParameter::TMethod getUpdateMethod() const noexcept { return m_updateMethod; }

@@ -66,7 +66,7 @@ class SiblingNumbers;
 class KY_INVENTORYKIT_API Difference
 {
 public:
-  Difference();
+  Difference();    // without changes
   ~Difference();
   Difference(Difference&& other) noexcept;
   Difference& operator=(Difference&& other) noexcept;

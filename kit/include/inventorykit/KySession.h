@@ -92,6 +92,8 @@ public:
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
+  // Path of the file, the tree, and the item that addresses are relative to. The session's; they hold as long as it does,
+  // items until a change removes them.
   const std::string& path() const { return m_path; }
   KyCInventoryItem& root() { return *m_root; }
   KyCInventoryItem& current() { return *m_current; }

@@ -51,6 +51,7 @@ struct StreamField
   std::uint64_t number = 0;    // as stored: two's complement and floating-point bits stay bits; 0 for texts
 };
 
+// One record, with the fields that it was read as.
 struct KY_INVENTORYKIT_API StreamRecord
 {
   enum class Kind
@@ -79,6 +80,7 @@ struct KY_INVENTORYKIT_API StreamRecord
   const StreamField* find(StreamFieldKind fieldKind) const;
 };
 
+// What is wrong with a stream, and where.
 struct StreamDamage
 {
   std::size_t offset = 0;          // from the first byte of the stream
@@ -98,6 +100,7 @@ public:
     unsigned int index;
   };
 
+  // data is borrowed, for as long as the reader and what it gives are used; size in bytes, 0 is a damaged stream.
   StreamReader(const unsigned char* data, std::size_t size);
 
   // Reads the next record: the version first, the end of the root item last.
@@ -112,6 +115,7 @@ public:
 
   std::size_t position() const { return m_at; }                  // bytes that are read, those of a damaged record too
   const std::vector<Element>& path() const { return m_path; }    // items that have started and not ended, root first
+  // Descriptions so far that were written out, and that were named by their number.
   std::size_t countOfNewTexts() const { return m_texts.size(); }
   std::size_t countOfRepeatedTexts() const { return m_repeatedTexts; }
 

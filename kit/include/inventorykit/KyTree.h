@@ -32,6 +32,9 @@ struct TreeSize
   unsigned int parameters = 0;
   unsigned int depth = 0;    // levels of items; 1 for an item without sub-items
 };
+// Counts an item and all below it.
+//
+// Cost:       linear in the size of the tree; needs no stack, however deep.
 KY_INVENTORYKIT_API TreeSize measure(const KyCInventoryItem& top);
 
 // Compares two trees in everything that a section stores: IDs, indices, descriptions, order, and each parameter's type,
