@@ -17,9 +17,9 @@
 // without the heap; a longer one owns one block of the C allocator, of exactly the size it needs.
 // Two threads may use the const operations of one address at the same time; a change needs the caller's exclusion.
 // Errors:     none of the operations reports an error. Asking too much gives 0 or an empty address.
-//             With no memory left, growing ends the program (std::abort): an address that silently lost elements would
-//             name another node. Only readFromString gives the empty address instead; toString and print throw
-//             std::bad_alloc. Nothing else throws.
+//             With no memory left, whatever needs a block throws std::bad_alloc: an address that silently lost elements
+//             would name another node. The address keeps what it had; one that is assigned to is empty then. Only
+//             readFromString gives the empty address instead. What is marked noexcept never needs a block.
 class KY_INVENTORY_API KyCInventoryAddress
 {
 public:
@@ -42,7 +42,7 @@ public:
   }
 
   // Cost:       one allocation for a source of two elements or more, none otherwise.
-  KyCInventoryAddress(const KyCInventoryAddress& other) noexcept : KyCInventoryAddress() { append(other); }
+  KyCInventoryAddress(const KyCInventoryAddress& other) : KyCInventoryAddress() { append(other); }
 
   // Takes the elements over; the source is empty afterwards.
   KyCInventoryAddress(KyCInventoryAddress&& other) noexcept : KyCInventoryAddress() { takeOver(other); }
@@ -53,7 +53,7 @@ public:
   }
 
   // Assigning an address to itself changes nothing.
-  KyCInventoryAddress& operator=(const KyCInventoryAddress& other) noexcept
+  KyCInventoryAddress& operator=(const KyCInventoryAddress& other)
   {
     if (this != &other)
     {
@@ -100,8 +100,8 @@ public:
 
   // Result:     all elements but the first, or all but the last; an empty address when there are fewer than two.
   // Cost:       one allocation when two elements or more remain, none otherwise.
-  KyCInventoryAddress getSubAddress() const noexcept;
-  KyCInventoryAddress getHeadAddress() const noexcept;
+  KyCInventoryAddress getSubAddress() const;
+  KyCInventoryAddress getHeadAddress() const;
 
   // Equal in length, and in ID and index at every position. Two empty addresses are equal.
   bool operator==(const KyCInventoryAddress& other) const noexcept
@@ -119,7 +119,7 @@ public:
 
   // Result:     a copy whose last element carries the given index: BOARD[2] names the second board. A copy of the empty
   //             address when this one is empty.
-  KyCInventoryAddress operator[](unsigned int index) const noexcept
+  KyCInventoryAddress operator[](unsigned int index) const
   {
     KyCInventoryAddress result(*this);
     if (m_length != 0) result.m_elements[m_length - 1].index = index;
@@ -128,7 +128,7 @@ public:
 
   // Result:     this address followed by all elements of the tail.
   // Cost:       one allocation when the result has two elements or more, none otherwise.
-  KyCInventoryAddress operator/(const KyCInventoryAddress& tail) const noexcept;
+  KyCInventoryAddress operator/(const KyCInventoryAddress& tail) const;
 
   // --- Changes -------------------------------------------------------------------------------------------------------
 
@@ -142,11 +142,11 @@ public:
 
   // Makes room for the given number of elements; the length and the elements stay. An array on the heap is reallocated
   // to exactly this size, but never to less than the elements in use.
-  void resize(unsigned int count) noexcept;
+  void resize(unsigned int count);
 
   // Adds all elements of the tail at the end. An empty tail changes nothing; an address appended to itself is doubled.
   // Cost:       an address that is or gets longer than one element is reallocated to the exact size, every time.
-  void append(const KyCInventoryAddress& tail) noexcept
+  void append(const KyCInventoryAddress& tail)
   {
     if (m_length == 0 && tail.m_length == 1)
     {
@@ -218,10 +218,10 @@ private:
   }
 
   bool reserve(unsigned int count) noexcept;
-  void appendSlow(const KyCInventoryAddress& tail) noexcept;
-  static TElement* newElements(unsigned int count) noexcept;
+  void appendSlow(const KyCInventoryAddress& tail);
+  static TElement* newElements(unsigned int count);
   static KyCInventoryAddress joined(const TElement* head, unsigned int headLength, const TElement* tail,
-                                    unsigned int tailLength) noexcept;
+                                    unsigned int tailLength);
 
   unsigned int m_length;
   TElement m_inline;       // the element while there is no heap array

@@ -58,7 +58,8 @@ public:
   // The path from the root to this item, without the root's own ID: empty for the root, (BOARD, 2) for its second
   // board.
   //
-  // Cost:    linear in the depth; one allocation below a depth of 1, none otherwise.
+  // Cost:    linear in the depth; one allocation below a depth of 1, none otherwise. With no memory left,
+  //          std::bad_alloc is thrown.
   KyCInventoryAddress getAddress() const;
 
   // Finds a node below this item.

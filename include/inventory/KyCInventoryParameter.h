@@ -116,8 +116,8 @@ public:
 
   ~KyCInventoryParameter() override;
 
-  // What the parameter says of itself. None of these can fail, but setUnit, which throws std::bad_alloc with no memory
-  // left. Texts are borrowed from the parameter (the ID's name: from KyNInventoryIDs::Map) and never null, but for
+  // What the parameter says of itself. None of these can fail, but setUnit and getTypeAsString, which throw
+  // std::bad_alloc with no memory left; the unit stays then. Texts are borrowed from the parameter (the ID's name: from KyNInventoryIDs::Map) and never null, but for
   // getIDString of an ID that is not predefined.
   const char* getUnit() const;
   void setUnit(const char* unit);    // copied; null is taken as empty
@@ -134,7 +134,7 @@ public:
                 // "Float32", "Float64", "String", "Version"; "" for any other code
   KyCString getTypeAsString() const;
 
-  // The place in the tree. Nothing is reported.
+  // The place in the tree. Nothing is reported; getAddress throws std::bad_alloc with no memory left.
   KyCInventoryItem* getParent() const;    // null for a free parameter
   KyCInventoryParameter* getNext();       // the next parameter of the same item; null at the end and for a free one
   const KyCInventoryParameter* getNext() const;
@@ -186,7 +186,8 @@ public:
   // On failure: with no memory left, std::bad_alloc is thrown and nothing changes.
   void setUpdateMethod(KyCErrorListPool& pool, TMethod updateMethod);
 
-  // What was given to the two above; null or empty when it was not. Nothing is reported.
+  // What was given to the two above; null or empty when it was not. Nothing is reported;
+  // getRelativeAddress throws std::bad_alloc with no memory left.
   TMethod getCheckMethod() const;
   TMethod getWriteMethod() const;
   TMethod getUpdateMethod() const;

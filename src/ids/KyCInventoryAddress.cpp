@@ -4,15 +4,16 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace
 {
 using TElement = KyCInventoryAddress::TElement;
 
 // No memory can hold so many elements.
-unsigned int sumOfLengths(unsigned int a, unsigned int b) noexcept
+unsigned int sumOfLengths(unsigned int a, unsigned int b)
 {
-  if (b > UINT32_MAX - a) std::abort();
+  if (b > UINT32_MAX - a) throw std::bad_alloc();
   return a + b;
 }
 
@@ -50,13 +51,13 @@ bool KyCInventoryAddress::reserve(unsigned int count) noexcept
   return true;
 }
 
-void KyCInventoryAddress::resize(unsigned int count) noexcept
+void KyCInventoryAddress::resize(unsigned int count)
 {
   // Never below the elements in use, and never to 0 bytes, which realloc would take for a free.
-  if (!reserve(std::max({count, m_length, 1u}))) std::abort();
+  if (!reserve(std::max({count, m_length, 1u}))) throw std::bad_alloc();
 }
 
-void KyCInventoryAddress::appendSlow(const KyCInventoryAddress& tail) noexcept
+void KyCInventoryAddress::appendSlow(const KyCInventoryAddress& tail)
 {
   const unsigned int tailLength = tail.m_length;    // the tail may be this address
   const unsigned int length = sumOfLengths(m_length, tailLength);
@@ -66,17 +67,17 @@ void KyCInventoryAddress::appendSlow(const KyCInventoryAddress& tail) noexcept
 }
 
 // Never null.
-KyCInventoryAddress::TElement* KyCInventoryAddress::newElements(unsigned int count) noexcept
+KyCInventoryAddress::TElement* KyCInventoryAddress::newElements(unsigned int count)
 {
   const std::uint64_t size = std::uint64_t{count} * sizeof(TElement);
   void* const block = size <= SIZE_MAX ? std::malloc(static_cast<std::size_t>(size)) : nullptr;
-  if (block == nullptr) std::abort();
+  if (block == nullptr) throw std::bad_alloc();
   return static_cast<TElement*>(block);
 }
 
 // Two lists of elements as one address, in one allocation.
 KyCInventoryAddress KyCInventoryAddress::joined(const TElement* head, unsigned int headLength, const TElement* tail,
-                                                unsigned int tailLength) noexcept
+                                                unsigned int tailLength)
 {
   KyCInventoryAddress result;
   const unsigned int length = sumOfLengths(headLength, tailLength);
@@ -87,17 +88,17 @@ KyCInventoryAddress KyCInventoryAddress::joined(const TElement* head, unsigned i
   return result;
 }
 
-KyCInventoryAddress KyCInventoryAddress::getSubAddress() const noexcept
+KyCInventoryAddress KyCInventoryAddress::getSubAddress() const
 {
   return m_length < 2 ? KyCInventoryAddress() : joined(m_elements + 1, m_length - 1, nullptr, 0);
 }
 
-KyCInventoryAddress KyCInventoryAddress::getHeadAddress() const noexcept
+KyCInventoryAddress KyCInventoryAddress::getHeadAddress() const
 {
   return m_length < 2 ? KyCInventoryAddress() : joined(m_elements, m_length - 1, nullptr, 0);
 }
 
-KyCInventoryAddress KyCInventoryAddress::operator/(const KyCInventoryAddress& tail) const noexcept
+KyCInventoryAddress KyCInventoryAddress::operator/(const KyCInventoryAddress& tail) const
 {
   return joined(m_elements, m_length, tail.m_elements, tail.m_length);
 }

@@ -2,7 +2,6 @@
 // a program of its own; a sanitizer brings its own allocator, and the tests are skipped there.
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <cstddef>
 #include <new>
 #include <utility>
@@ -81,6 +80,26 @@ extern "C"
 using KyNInventoryIDs::BOARD;
 using KyNInventoryIDs::DEVICE;
 using KyNInventoryIDs::NAME;
+
+namespace
+{
+template <typename TOperation>
+bool throwsBadAlloc(const TOperation& operation)
+{
+  s_outOfMemory = true;
+  bool thrown = false;
+  try
+  {
+    operation();
+  }
+  catch (const std::bad_alloc&)
+  {
+    thrown = true;
+  }
+  s_outOfMemory = false;
+  return thrown;
+}
+}    // namespace
 
 class KyCInventoryAddressCost : public ::testing::Test
 {
@@ -211,32 +230,30 @@ TEST_F(KyCInventoryAddressCost, withoutMemoryAReadTextGivesTheEmptyAddress)
 TEST_F(KyCInventoryAddressCost, withoutMemoryTheTextFormThrows)
 {
   const KyCInventoryAddress address = DEVICE / BOARD[2] / NAME;
-  const auto throwsBadAlloc = [](const auto& operation)
-  {
-    s_outOfMemory = true;
-    bool thrown = false;
-    try
-    {
-      operation();
-    }
-    catch (const std::bad_alloc&)
-    {
-      thrown = true;
-    }
-    s_outOfMemory = false;
-    return thrown;
-  };
   EXPECT_TRUE(throwsBadAlloc([&] { address.toString(); }));
   EXPECT_TRUE(throwsBadAlloc([&] { address.print(); }));
 }
 
-TEST_F(KyCInventoryAddressCost, withoutMemoryGrowingEndsTheProgram)
+TEST_F(KyCInventoryAddressCost, withoutMemoryGrowingThrowsAndLeavesTheAddress)
 {
-  const auto growWithoutMemory = [](KyCInventoryAddress address)
+  for (const KyCInventoryAddress& before : {BOARD, DEVICE / BOARD})
   {
-    s_outOfMemory = true;
-    address.append(NAME);
-  };
-  EXPECT_EXIT(growWithoutMemory(BOARD), ::testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(growWithoutMemory(DEVICE / BOARD), ::testing::KilledBySignal(SIGABRT), "");
+    KyCInventoryAddress address = before;
+    EXPECT_TRUE(throwsBadAlloc([&] { address.append(NAME); }));
+    EXPECT_TRUE(throwsBadAlloc([&] { address.resize(10); }));
+    EXPECT_TRUE(throwsBadAlloc([&] { address / NAME; }));
+    EXPECT_EQ(address, before);
+  }
+}
+
+TEST_F(KyCInventoryAddressCost, withoutMemoryCopyingALongAddressThrows)
+{
+  const KyCInventoryAddress source = DEVICE / BOARD / NAME;
+  KyCInventoryAddress target = BOARD / NAME;
+  EXPECT_TRUE(throwsBadAlloc([&] { const KyCInventoryAddress copy = source; }));
+  EXPECT_TRUE(throwsBadAlloc([&] { source[2]; }));
+  EXPECT_TRUE(throwsBadAlloc([&] { source.getSubAddress(); }));
+  EXPECT_TRUE(throwsBadAlloc([&] { source.getHeadAddress(); }));
+  EXPECT_TRUE(throwsBadAlloc([&] { target = source; }));
+  EXPECT_TRUE(target.isEmpty());
 }
