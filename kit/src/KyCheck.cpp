@@ -9,6 +9,7 @@
 #include "KyCheckMessages.h"
 #include "KyJsonValue.h"
 #include "KyKitMessages.h"
+#include "KyOwnPool.h"
 #include "KyPathText.h"
 #include "KySectionLayout.h"
 #include "errorhandling/KyCErrorManager.h"
@@ -77,7 +78,8 @@ public:
       pool.setError(code, __LINE__, "checkBytes", nullptr);
     else
       pool.setError(code, __LINE__, "checkBytes", format, arguments...);
-    return pool.getEntryCount() != 0 ? pool.getEntry(0).text : "";
+    kyThrowIfOutOfMemory(pool);
+    return pool.getEntry(0).text;
   }
 
 private:
@@ -468,8 +470,10 @@ bool checkSection(Findings& findings, const std::string& bytes, const std::strin
 
 bool readsAsTree(const std::string& bytes, const KySectionLayout& layout)
 {
-  KyCErrorListPool ignored;
-  return layout.isReadable && readTreeFromBytes(ignored, kyReadableSection(bytes, layout), "") != nullptr;
+  KyCErrorListPool pool;
+  const bool isRead = layout.isReadable && readTreeFromBytes(pool, kyReadableSection(bytes, layout), "") != nullptr;
+  kyThrowIfOutOfMemory(pool);
+  return isRead;
 }
 
 // What the start of the file has to do with a section that was taken from the end.
@@ -491,6 +495,7 @@ void check(Findings& findings, const std::string& bytes, const std::string& name
   checkStart(findings, bytes, layout, isReadable);
   KyCErrorListPool pool;
   const TreePointer tree = readTreeFromBytes(pool, bytes, name);
+  kyThrowIfOutOfMemory(pool);
   if (tree && isReadable) checkSharedData(findings, bytes, layout, *tree);
   if (!tree && isReadable)
     findings.add(Severity::ERROR, KY_CHECK_MSG_READERS_DISAGREE, layout.dataBegin, "", "%s",
@@ -526,6 +531,7 @@ CheckResult checkFile(const std::string& path, const CheckOptions& options)
   KyCErrorListPool pool;
   std::string bytes;
   if (kyReadSmallFile(pool, path, bytes)) return checkBytes(bytes, name, options);
+  kyThrowIfOutOfMemory(pool);
   CheckResult result;
   result.name = name;
   result.verdict = Verdict::UNREADABLE;
@@ -566,7 +572,10 @@ std::string checkAsJson(const std::vector<CheckResult>& results)
     {
       char codeText[16];
       std::snprintf(codeText, sizeof(codeText), "0x%X", finding.code);
-      Json entry = {{"severity", severityName(finding.severity)}, {"code", finding.code}, {"codeText", codeText}};
+      Json entry = Json::object();
+      entry["severity"] = severityName(finding.severity);
+      entry["code"] = finding.code;
+      entry["codeText"] = codeText;
       if (finding.offset != Finding::NOWHERE) entry["offset"] = finding.offset;
       if (!finding.address.empty()) entry["address"] = finding.address;
       entry["text"] = jsonOfText(finding.text);
@@ -574,12 +583,14 @@ std::string checkAsJson(const std::vector<CheckResult>& results)
       if (finding.more != 0) entry["more"] = finding.more;
       findings.push_back(std::move(entry));
     }
-    files.push_back({{"file", jsonOfText(result.name)},
-                     {"verdict", verdictName(result.verdict)},
-                     {"errors", result.errors},
-                     {"warnings", result.warnings},
-                     {"notes", result.notes},
-                     {"findings", std::move(findings)}});
+    Json file = Json::object();
+    file["file"] = jsonOfText(result.name);
+    file["verdict"] = verdictName(result.verdict);
+    file["errors"] = result.errors;
+    file["warnings"] = result.warnings;
+    file["notes"] = result.notes;
+    file["findings"] = std::move(findings);
+    files.push_back(std::move(file));
   }
   return files.dump(2) + "\n";
 }

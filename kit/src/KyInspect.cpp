@@ -348,14 +348,53 @@ private:
   bool m_isStopped = false;
 };
 
-nlohmann::ordered_json recordAsJson(const SectionRecordFields& record)
+Json recordAsJson(const SectionRecordFields& record)
 {
   if (!record.isThere) return nullptr;
-  return {{"offset", record.offset},
-          {"version", record.version},
-          {"headerSize", record.headerSize},
-          {"dataSize", record.dataSize},
-          {"trailerSize", record.trailerSize}};
+  Json json = Json::object();
+  json["offset"] = record.offset;
+  json["version"] = record.version;
+  json["headerSize"] = record.headerSize;
+  json["dataSize"] = record.dataSize;
+  json["trailerSize"] = record.trailerSize;
+  return json;
+}
+
+Json sectionAsJson(const Inspection& inspection)
+{
+  Json json = Json::object();
+  json["begin"] = inspection.begin;
+  json["end"] = inspection.end;
+  json["dataBegin"] = inspection.dataBegin;
+  json["dataEnd"] = inspection.dataEnd;
+  json["isAtEnd"] = inspection.isAtEnd;
+  json["sha256"] = inspection.sha256;
+  return json;
+}
+
+Json treeAsJson(const Inspection& inspection)
+{
+  Json json = Json::object();
+  json["version"] = inspection.streamVersion;
+  json["size"] = inspection.treeSize;
+  json["behind"] = inspection.behindTree;
+  json["items"] = inspection.items;
+  json["parameters"] = inspection.parameters;
+  json["depth"] = inspection.depth;
+  json["storedTexts"] = inspection.storedTexts;
+  json["repeatedTexts"] = inspection.repeatedTexts;
+  json["distinctTexts"] = inspection.distinctTexts;
+  json["countOfType"] = Json::object();
+  for (const auto& [type, count] : inspection.countOfType)
+    json["countOfType"][type] = count;
+  json["countOfID"] = Json::object();
+  for (const auto& [id, count] : inspection.countOfID)
+  {
+    Json& counts = json["countOfID"][id];
+    counts["items"] = count.items;
+    counts["parameters"] = count.parameters;
+  }
+  return json;
 }
 }    // namespace
 
@@ -403,37 +442,20 @@ bool annotateBytes(KyCErrorListPool& pool, const std::string& bytes, const std::
 
 std::string inspectionAsJson(const Inspection& inspection)
 {
-  Json types = Json::object();
-  for (const auto& [type, count] : inspection.countOfType)
-    types[type] = count;
-  Json ids = Json::object();
-  for (const auto& [id, count] : inspection.countOfID)
-    ids[id] = {{"items", count.items}, {"parameters", count.parameters}};
-  Json json = {{"file", jsonOfText(inspection.name)},
-               {"fileSize", inspection.fileSize},
-               {"section",
-                {{"begin", inspection.begin},
-                 {"end", inspection.end},
-                 {"dataBegin", inspection.dataBegin},
-                 {"dataEnd", inspection.dataEnd},
-                 {"isAtEnd", inspection.isAtEnd},
-                 {"sha256", inspection.sha256}}},
-               {"header", recordAsJson(inspection.header)},
-               {"trailer", recordAsJson(inspection.trailer)},
-               {"tree",
-                {{"version", inspection.streamVersion},
-                 {"size", inspection.treeSize},
-                 {"behind", inspection.behindTree},
-                 {"items", inspection.items},
-                 {"parameters", inspection.parameters},
-                 {"depth", inspection.depth},
-                 {"storedTexts", inspection.storedTexts},
-                 {"repeatedTexts", inspection.repeatedTexts},
-                 {"distinctTexts", inspection.distinctTexts},
-                 {"countOfType", std::move(types)},
-                 {"countOfID", std::move(ids)}}}};
+  Json json = Json::object();
+  json["file"] = jsonOfText(inspection.name);
+  json["fileSize"] = inspection.fileSize;
+  json["section"] = sectionAsJson(inspection);
+  json["header"] = recordAsJson(inspection.header);
+  json["trailer"] = recordAsJson(inspection.trailer);
+  json["tree"] = treeAsJson(inspection);
   json["damage"] = nullptr;
-  if (!inspection.damage.empty()) json["damage"] = {{"offset", inspection.damageOffset}, {"reason", inspection.damage}};
+  if (!inspection.damage.empty())
+  {
+    Json& damage = json["damage"];
+    damage["offset"] = inspection.damageOffset;
+    damage["reason"] = inspection.damage;
+  }
   return json.dump(2) + "\n";
 }
 
@@ -447,7 +469,10 @@ std::string noteAsJson(const ByteNote& note)
     hex += "0123456789ABCDEF"[byte >> 4];
     hex += "0123456789ABCDEF"[byte & 0xF];
   }
-  nlohmann::ordered_json json = {{"offset", note.offset}, {"length", note.bytes.size()}, {"bytes", std::move(hex)}};
+  Json json = Json::object();
+  json["offset"] = note.offset;
+  json["length"] = note.bytes.size();
+  json["bytes"] = std::move(hex);
   json["meaning"] = note.meaning;
   json["address"] = note.address;
   return json.dump() + "\n";

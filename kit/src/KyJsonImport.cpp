@@ -438,7 +438,7 @@ private:
       case SCHEMA:
         return value.is_string() || wrongKind(at);
       case FORMAT:
-        return value == "kyinventory" || wrong(at, "the format is not \"kyinventory\"");
+        return isJsonText(value, "kyinventory") || wrong(at, "the format is not \"kyinventory\"");
       case VERSION:
         return value == 1u || wrong(at, "the version is not 1");
       default:

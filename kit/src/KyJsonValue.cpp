@@ -71,7 +71,9 @@ bool isPlainUtf8(std::string_view text) { return text.find('\0') == std::string_
 Json jsonOfText(std::string_view text)
 {
   if (isPlainUtf8(text)) return std::string(text);
-  return Json::object({{"bytes", base64Of(text)}});
+  Json json = Json::object();
+  json["bytes"] = base64Of(text);
+  return json;
 }
 
 bool textOfJson(const Json& json, std::string& text)

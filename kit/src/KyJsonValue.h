@@ -8,15 +8,45 @@
 //   {"type": "String", "value": {"bytes": "/wA="}}
 #pragma once
 
+#include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "inventory/KyCInventoryParameter.h"
 
 namespace KyNInventoryKit
 {
-using Json = nlohmann::ordered_json;    // what is written keeps its order
+// What is written keeps its order. A type of its own, by the last argument, for its destructor below.
+struct JsonBytes : std::vector<std::uint8_t>
+{
+  using std::vector<std::uint8_t>::vector;
+};
+using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
+                                  double, std::allocator, nlohmann::adl_serializer, JsonBytes>;
+}    // namespace KyNInventoryKit
+
+// To be filled field by field: its constructor from a list loses blocks when there is no memory for all of them.
+//
+// The destructor would ask for memory to take nested values apart without recursion, and end the program when there is
+// none. Values here are nested a few levels deep: what is read is limited, what is written is known.
+template <>
+inline void KyNInventoryKit::Json::json_value::destroy(nlohmann::detail::value_t kind)
+{
+  using nlohmann::detail::value_t;
+  if (kind == value_t::object)
+    delete object;
+  else if (kind == value_t::array)
+    delete array;
+  else if (kind == value_t::string)
+    delete string;
+  else if (kind == value_t::binary)
+    delete binary;
+}
+
+namespace KyNInventoryKit
+{
 
 // The length of the character that starts at byte n of a text; 0 when that is no well-formed UTF-8.
 std::size_t utf8Length(std::string_view text, std::size_t n);
@@ -24,6 +54,13 @@ std::size_t utf8Length(std::string_view text, std::size_t n);
 // Whether a text is well-formed UTF-8: no surrogates, no longer forms, nothing above U+10FFFF. Plain: no U+0000 either.
 bool isUtf8(std::string_view text);
 bool isPlainUtf8(std::string_view text);
+
+// Whether the JSON is a string with this text. Its own comparison asks for memory where it must not throw.
+inline bool isJsonText(const Json& json, std::string_view text)
+{
+  const std::string* const own = json.get_ptr<const std::string*>();
+  return own != nullptr && *own == text;
+}
 
 // A text, whatever its bytes: a string, or an object with its bytes in base64.
 Json jsonOfText(std::string_view text);

@@ -1,5 +1,6 @@
 #include "KyNaNBits.h"
 
+#include "KyOwnPool.h"
 #include "composite/KyCBinSerializer.h"
 #include "composite/KyCBuffer.h"
 #include "compositefactory/KyCCompositeFactory.h"
@@ -15,6 +16,7 @@ std::uint64_t storedBits(const KyCInventoryParameter& parameter)
   KyCCompositeFactory factory(pool);
   factory.setBinarySerializer(pool, &serializer);
   factory.serializeParameter(pool, &buffer, (const KyCParam*)&parameter);
+  kyThrowIfOutOfMemory(pool);
   const unsigned int size = parameter.getType() == KyCParam::TYPE_FLOAT32 ? 4 : 8;
   std::uint64_t bits = 0;
   for (unsigned int n = size; n > 0 && buffer.getWritePosition() >= size; --n)

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "KyJsonValue.h"
+#include "KyOwnPool.h"
 #include "KyPatchMessages.h"
 #include "KyPatchTree.h"
 #include "inventorykit/KyPatch.h"
@@ -316,6 +317,7 @@ private:
     if (!valueTextOfJson(value, side.type, text)) return wrong("\"value\" is of a kind that no " + name + " has");
     KyCErrorListPool pool;
     const ParameterPointer parameter = makeParameter(pool, 1, "", side.type, text, "", false, 0);
+    kyThrowIfOutOfMemory(pool);
     if (parameter == nullptr) return wrong(reportText(pool));
     side.value = valueText(*parameter);
     return true;
@@ -488,7 +490,7 @@ private:
       add(std::move(value));
       return true;
     }
-    if (m_key == "format" && value == "kyinventory-diff") return true;
+    if (m_key == "format" && isJsonText(value, "kyinventory-diff")) return true;
     if (m_key == "version" && value.is_number_integer() && value == 1) return true;
     return isWrongTop();
   }
@@ -545,7 +547,7 @@ bool readPatch(KyCErrorListPool& pool, const std::string& json, const std::strin
   DocumentReader reader(*result.m_tree, line);
   const CountingIterator first(json.data(), &line);
   const CountingIterator last(json.data() + json.size(), &line);
-  if (nlohmann::ordered_json::sax_parse(first, last, &reader) && reader.finish(line))
+  if (Json::sax_parse(first, last, &reader) && reader.finish(line))
   {
     patch = std::move(result);
     return true;

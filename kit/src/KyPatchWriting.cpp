@@ -17,8 +17,9 @@ public:
 
   Json write(const Change& change) const
   {
-    Json json = {{"change", kindText(change.kind)},
-                 {change.isOfParameter() ? "parameter" : "item", m_difference.addressOf(change)}};
+    Json json = Json::object();
+    json["change"] = kindText(change.kind);
+    json[change.isOfParameter() ? "parameter" : "item"] = m_difference.addressOf(change);
     switch (change.kind)
     {
       case ChangeKind::ADDED:
@@ -31,8 +32,8 @@ public:
         appendDifferent(json, change);
         break;
       case ChangeKind::MOVED:
-        json["old"] = {{"after", placeOf(change.before)}};
-        json["new"] = {{"after", placeOf(change.after)}};
+        json["old"]["after"] = placeOf(change.before);
+        json["new"]["after"] = placeOf(change.after);
         break;
     }
     return json;

@@ -67,8 +67,9 @@ struct KyScenario
 {
   enum TLeave
   {
-    NOTHING_MORE,    // no exception leaves the operation
-    MAY_THROW        // std::bad_alloc may, as its header says
+    NOTHING_MORE,        // no exception leaves the operation
+    MAY_THROW,           // std::bad_alloc may, as its header says
+    MAY_THROW_FOR_ANY    // also where the pool allocator has failed, in a pool of the operation's own
   };
 
   const char* name;

@@ -1,4 +1,8 @@
 // KyInventoryKit.h: everything of libKyInventoryKit.
+//
+// The kit works with the C++ library's strings and containers: with no memory left, any of its operations may throw
+// std::bad_alloc, or report what the libraries below report. No block is lost then, the trees that were given can be
+// walked, stored and deleted (they may be changed in part), and a file is the old or the new one.
 #pragma once
 
 #include "inventorykit/KyAddressText.h"
