@@ -50,7 +50,7 @@ unsigned int findName(const char* token, std::size_t length) noexcept
   for (unsigned int id = 1; id < count; ++id)
   {
     const char* const name = KyNInventoryIDs::Map.get(id);
-    if (std::strncmp(name, token, length) == 0 && name[length] == '\0') return id;
+    if (*name == *token && std::strncmp(name, token, length) == 0 && name[length] == '\0') return id;
   }
   return 0;
 }
