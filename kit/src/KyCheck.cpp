@@ -1,8 +1,11 @@
 #include "inventorykit/KyCheck.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <mutex>
+#include <thread>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -12,6 +15,7 @@
 #include "KyOwnPool.h"
 #include "KyPathText.h"
 #include "KySectionLayout.h"
+#include "KyShownText.h"
 #include "errorhandling/KyCErrorManager.h"
 #include "inventory/KyCInventoryData.h"
 #include "inventory/KyCInventoryItem.h"
@@ -347,13 +351,15 @@ private:
 
 // --- Shared data --------------------------------------------------------------------------------------------------------
 
-// Lists the warnings of linking while it lives, and passes on all others.
+// Lists the warnings of linking in this thread while it lives, and passes on all others. There is one listener at a time,
+// so one of these at a time as well: another one waits.
 class SharedWarnings : public KyIErrorListener
 {
 public:
-  explicit SharedWarnings(Findings& findings)
-      : m_findings(findings), m_before(KyCErrorManager::getSingleton()->setListener(this))
+  explicit SharedWarnings(Findings& findings) : m_lock(s_mutex), m_findings(findings)
   {
+    m_before = KyCErrorManager::getSingleton()->setListener(this);
+    m_isBeforeKnown = true;
   }
   ~SharedWarnings() override { KyCErrorManager::getSingleton()->setListener(m_before); }
   SharedWarnings(const SharedWarnings&) = delete;
@@ -361,14 +367,24 @@ public:
 
   void onError(const KyErrorEntry& entry) override
   {
-    if (m_before != nullptr) m_before->onError(entry);
+    if (KyIErrorListener* const other = before())
+      other->onError(entry);
+    else
+      write("error", entry);
   }
   void onWarning(const KyErrorEntry& entry) override
   {
-    const bool isOurs = entry.code >= s_firstSharedWarning && entry.code <= s_lastSharedWarning;
-    if (isOurs && m_findings.count(Severity::WARNING, entry.code))
-      m_findings.list(Severity::WARNING, entry.code, Finding::NOWHERE, itemNamedIn(entry.text), entry.text);
-    if (!isOurs && m_before != nullptr) m_before->onWarning(entry);
+    const bool isOurs = std::this_thread::get_id() == m_thread && entry.code >= s_firstSharedWarning &&
+                        entry.code <= s_lastSharedWarning;
+    if (isOurs)
+    {
+      if (m_findings.count(Severity::WARNING, entry.code))
+        m_findings.list(Severity::WARNING, entry.code, Finding::NOWHERE, itemNamedIn(entry.text), entry.text);
+    }
+    else if (KyIErrorListener* const other = before())
+      other->onWarning(entry);
+    else
+      write("warning", entry);
   }
 
 private:
@@ -382,9 +398,30 @@ private:
     return text.substr(begin, text.find(' ', begin) - begin);
   }
 
+  // Another thread may report while the one that makes this object has not been told yet.
+  KyIErrorListener* before() const
+  {
+    while (!m_isBeforeKnown)
+      std::this_thread::yield();
+    return m_before;
+  }
+
+  // As the error manager itself does it when nobody listens.
+  static void write(const char* kind, const KyErrorEntry& entry)
+  {
+    std::fprintf(stderr, "%s 0x%X in %s (line %u): %s\n", kind, entry.code, entry.function, entry.line,
+                 quotedText(entry.text).c_str());
+  }
+
+  static std::mutex s_mutex;
+  const std::lock_guard<std::mutex> m_lock;
+  const std::thread::id m_thread = std::this_thread::get_id();
   Findings& m_findings;
-  KyIErrorListener* m_before;
+  KyIErrorListener* m_before = nullptr;
+  std::atomic<bool> m_isBeforeKnown{false};
 };
+
+std::mutex SharedWarnings::s_mutex;
 
 // Where the items of these addresses start in the stream, the first of each.
 std::unordered_map<std::string, std::size_t> offsetsOf(std::unordered_set<std::string> wanted,

@@ -2,6 +2,8 @@
 #include "inventorykit/KyCheck.h"
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "KySectionBytes.h"
 #include "inventory/KyInventoryTree.h"
@@ -12,6 +14,7 @@
 #include "support/KyRecordingListener.h"
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
+#include "threads/KyThreads.h"
 #include "unit/persistence/KyRandomTree.h"
 
 using namespace KyNInventoryKit;
@@ -315,6 +318,39 @@ TEST(KyCheck, sharedDataIndexOfAnotherTypeIsAWarning)
       "UInt32 is read.\n"
       "warning 0x1300815 @34 CPU: Internal error. Kyrel Support information: Item CPU references shared data item "
       "SHARED_DATA[0], but the shared data item does not exist.\n");
+}
+
+TEST(KyCheck, checksInSeveralThreadsAndTheWarningsOfOthersStayApart)
+{
+  static constexpr unsigned int rounds = 100;
+  static constexpr unsigned int items = 500;
+  KyRecordingListener listener;
+  inThreads(3,
+            [](unsigned int thread)
+            {
+              KyTestPool pool;
+              KyCInventoryItem tree(pool, KyNInventoryIDs::ROOT, "ROOT");
+              const KyCInventoryAddress& id = thread == 0 ? KyNInventoryIDs::CPU : KyNInventoryIDs::BOARD;
+              for (unsigned int n = 1; n <= items; ++n)
+                tree.createParameter(pool, id[n + thread] / KyNInventoryIDs::SHARED_DATA_INDEX, 7u, "", false, 0);
+              const std::string bytes = sectionOf(pool, tree);
+              for (unsigned int n = 0; n < rounds; ++n)
+              {
+                if (thread == 0)
+                {
+                  tree.linkSharedData(pool, nullptr);
+                  continue;
+                }
+                const CheckResult result = checkBytes(bytes, "f", {});
+                ASSERT_EQ(result.warnings, items);
+                ASSERT_EQ(result.findings.at(0).address, "BOARD[" + std::to_string(thread + 1) + "]");
+              }
+            });
+  EXPECT_NO_REPORTS(listener);
+  const std::vector<KyReport> warnings = listener.takeWarnings();
+  EXPECT_EQ(warnings.size(), rounds * items);
+  for (const KyReport& warning : warnings)
+    ASSERT_NE(warning.text.find("Item CPU"), std::string::npos) << warning;
 }
 
 TEST(KyCheck, warningsOfOthersAndTheListenerStayWhatTheyWere)

@@ -65,8 +65,9 @@ struct CheckResult
 
 // Checks the section of a file ("-": standard input), or of bytes that came from one. Whatever goes wrong is a finding.
 //
-// Takes the error manager's listener for a moment, to learn what linking shared data warns of; other warnings and errors
-// that come meanwhile, from other threads, go to the listener that was there.
+// Takes the error manager's listener for a moment, to learn what linking shared data warns of; warnings and errors of other
+// threads go to the listener that was there meanwhile.
+// Threads:    any number may check at once, but not from within a listener; and nobody sets another listener meanwhile.
 // Cost:       linear in the size of the file.
 KY_INVENTORYKIT_API CheckResult checkFile(const std::string& path, const CheckOptions& options);
 KY_INVENTORYKIT_API CheckResult checkBytes(const std::string& bytes, const std::string& name,
