@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what building and testing needs on Debian 12. Quiet when nothing is missing.
-usage='usage: scripts/install-deps.sh [--ci | --package | --bench | --docs]
+usage='usage: scripts/install-deps.sh [--ci | --package | --coverage | --bench | --docs]
 
 Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
 all are there. As another user than root it prints the command to run and exits with 1.
@@ -9,6 +9,7 @@ all are there. As another user than root it prints the command to run and exits 
                 python3-jsonschema, pkg-config, abigail-tools, lintian, and groff, zsh and fish, which read man pages and
                 completions
   --package     also what only packages and their checks use: dpkg-dev, lintian, xz; --ci has it all
+  --coverage    also what only scripts/coverage uses: gcovr, Python
   --bench       also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine
   --docs        also what only the site of the documentation uses: Doxygen, Python'
 set -eu
@@ -21,6 +22,7 @@ case "${1-}" in
   --package) packages="$packages git pkg-config dpkg-dev lintian xz-utils clang" ;;
   --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler hyperfine" ;;
   --docs) packages="$packages doxygen python3" ;;
+  --coverage) packages="$packages gcovr python3" ;;
   -h | --help) printf '%s\n' "$usage"; exit 0 ;;
   *) printf '%s\n' "$usage" >&2; exit 2 ;;
 esac
