@@ -251,7 +251,7 @@ public:
       store(*m_work, &m_section);
       m_work.reset();
       m_work = extract();
-      m_section = std::string();
+      std::string().swap(m_section);    // an assignment would keep the memory
       m_sectionOf = nullptr;
     }
     return true;

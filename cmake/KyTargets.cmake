@@ -29,9 +29,10 @@ function(ky_make_unloadable target)
 endfunction()
 
 # ky_bind_inside(<target>): calls of a library's own functions are bound, and may be inlined, when it is built; nobody puts
-# functions of another program in their place.
+# functions of another program in their place. Blocks go back by the plain operator delete, to which the sized one of the
+# standard library would only hand them on.
 function(ky_bind_inside target)
-  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition -fno-sized-deallocation)
 endfunction()
 
 # ky_keep_debug_information(<target> [-g1]): compiles a target that is installed so that debuggers know it, when

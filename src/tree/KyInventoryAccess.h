@@ -92,8 +92,7 @@ struct KyInventoryAccess
     auto* const parameter =
         new (pool) KyCInventoryParameter(pool, id, KyCInventoryParameter::TStaticText{name}, type, value);
     if (parameter == nullptr) return nullptr;
-    parameter->m_modifiable = modifiable;
-    parameter->m_relevance = relevance;
+    setFlags(*parameter, modifiable, relevance);
     if (unit != nullptr && *unit != '\0') parameter->m_unit.assign(pool, unit, KyCString::strlen(unit));
     return parameter;
   }
@@ -116,18 +115,28 @@ struct KyInventoryAccess
   static void setAuxInfo(KyCInventoryItem& item, KyCInventoryAuxInfo* info) noexcept { item.m_auxInfo = info; }
   static KyCInventoryAuxInfo* getAuxInfo(const KyCInventoryParameter& parameter) noexcept
   {
-    return parameter.m_auxInfo;
+    return parameter.auxInfo();
   }
   static void setAuxInfo(KyCInventoryParameter& parameter, KyCInventoryAuxInfo* info) noexcept
   {
-    parameter.m_auxInfo = info;
+    parameter.setAuxInfo(info);
   }
 
+  static bool isModifiable(const KyCInventoryParameter& parameter) noexcept
+  {
+    return parameter.hasMark(KyCInventoryParameter::MARK_MODIFIABLE);
+  }
+  static unsigned int getRelevance(const KyCInventoryParameter& parameter) noexcept
+  {
+    return parameter.hasMark(KyCInventoryParameter::MARK_AUX_INFO) ? parameter.getRelevance()
+                                                                   : parameter.m_rest.relevance;
+  }
   static const KyCString& getUnit(const KyCInventoryParameter& parameter) noexcept { return parameter.m_unit; }
+  // Of a parameter without auxiliary info.
   static void setFlags(KyCInventoryParameter& parameter, bool modifiable, unsigned int relevance) noexcept
   {
-    parameter.m_modifiable = modifiable;
-    parameter.m_relevance = relevance;
+    parameter.setMark(KyCInventoryParameter::MARK_MODIFIABLE, modifiable);
+    parameter.m_rest.relevance = relevance;
   }
 
   // Assigns the unit without throwing: with no memory left, the base library's report is recorded and the unit stays.

@@ -118,11 +118,14 @@ void KyCComposite::deleteChildren() noexcept
 
 void KyCComposite::deleteParameters() noexcept
 {
-  if (m_indexes != nullptr) dropIndex(m_indexes->parameters);
-  while (m_firstParameter != nullptr)
+  while (KyCParam* const parameter = m_firstParameter)
   {
-    KyCParam* const parameter = m_firstParameter;
-    unlinkParameterBehind(nullptr, parameter);
+    // A destructor may have looked parameters up, which makes an index.
+    if (m_indexes != nullptr) dropIndex(m_indexes->parameters);
+    m_firstParameter = parameter->m_next;
+    if (m_firstParameter == nullptr) m_lastParameter = nullptr;
+    parameter->m_parent = nullptr;
+    parameter->m_next = nullptr;
     delete parameter;
   }
 }

@@ -75,7 +75,7 @@ KyOwnText copyText(const char* text)
 // ---- Construction ----
 
 KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int typeAndFlags) noexcept
-    : m_id(id), m_typeAndFlags(typeAndFlags & ~FLAG_EXTERNAL)
+    : m_id(id), m_typeAndFlags(typeAndFlags & ~OWN_FLAGS)
 {
   takeDescription(pool, description);
   if (getType() == TYPE_STRING)
@@ -88,7 +88,7 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
 #define KY_NUMBER_CONSTRUCTOR(T, TYPE)                                                                              \
   KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, T value, \
                      T* external) noexcept                                                                          \
-      : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | (TYPE))                                   \
+      : m_id(id), m_typeAndFlags((flags & ~(OWN_FLAGS | TYPE_MASK)) | (TYPE))                                       \
   {                                                                                                                 \
     takeDescription(pool, description);                                                                             \
     startNumber(&value, sizeof(value), external);                                                                   \
@@ -108,7 +108,7 @@ KY_NUMBER_CONSTRUCTOR(double, TYPE_FLOAT64)
 
 KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags,
                    const KyCString& value, KyCString* external) noexcept
-    : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | TYPE_STRING)
+    : m_id(id), m_typeAndFlags((flags & ~(OWN_FLAGS | TYPE_MASK)) | TYPE_STRING)
 {
   takeDescription(pool, description);
   if (external == nullptr)
@@ -123,7 +123,7 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
 
 KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags,
                    const KyCVersion& value, KyCVersion* external) noexcept
-    : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | TYPE_VERSION)
+    : m_id(id), m_typeAndFlags((flags & ~(OWN_FLAGS | TYPE_MASK)) | TYPE_VERSION)
 {
   takeDescription(pool, description);
   if (external == nullptr)
@@ -136,24 +136,18 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
   m_value.external = external;
 }
 
-bool KyCParam::ownsDescription() const noexcept
-{
-  return (m_typeAndFlags & FLAG_STATIC_DESCRIPTION) == 0 && m_description != s_noText;
-}
-
+// An empty description is a static one, whatever was asked for: nothing has to be freed then.
 void KyCParam::takeDescription(KyCErrorListPool& pool, const char* description) noexcept
 {
-  m_description = s_noText;
-  if (description == nullptr) return;
-  if ((m_typeAndFlags & FLAG_STATIC_DESCRIPTION) != 0)
-  {
-    m_description = description;
-    return;
-  }
-  if (*description == '\0') return;
+  const bool isStatic = (m_typeAndFlags & FLAG_STATIC_DESCRIPTION) != 0;
+  m_typeAndFlags |= FLAG_STATIC_DESCRIPTION;
+  m_description = isStatic && description != nullptr ? description : s_noText;
+  if (isStatic || description == nullptr || *description == '\0') return;
   const std::size_t size = std::strlen(description) + 1;
   char* const copy = new (pool) char[size];
-  if (copy != nullptr) m_description = static_cast<const char*>(std::memcpy(copy, description, size));
+  if (copy == nullptr) return;
+  m_description = static_cast<const char*>(std::memcpy(copy, description, size));
+  m_typeAndFlags &= ~FLAG_STATIC_DESCRIPTION;
 }
 
 // The value moves as bytes: a float that passes through an x87 register may come out with other bits.
@@ -177,8 +171,14 @@ void KyCParam::startVersion(KyCErrorListPool& pool, const KyCVersion& value) noe
 // ---- Copies and destruction ----
 
 KyCParam::KyCParam(const KyCParam& other)
-    : m_id(other.m_id), m_typeAndFlags(other.m_typeAndFlags & ~FLAG_EXTERNAL), m_description(other.m_description)
+    : m_id(other.m_id), m_typeAndFlags(other.m_typeAndFlags & ~OWN_FLAGS), m_description(other.m_description)
 {
+  constexpr unsigned int ELSEWHERE = TYPE_STRING | TYPE_VERSION | FLAG_EXTERNAL;
+  if ((other.m_typeAndFlags & (FLAG_STATIC_DESCRIPTION | ELSEWHERE)) == FLAG_STATIC_DESCRIPTION)
+  {
+    m_value.bits = other.m_value.bits;    // a number with a static description, as nearly all
+    return;
+  }
   KyOwnText description;
   if (other.ownsDescription()) description = copyText(other.m_description);
   KyCVersion* version = nullptr;
@@ -200,18 +200,14 @@ KyCParam& KyCParam::operator=(const KyCParam& other)
   const unsigned int oldId = m_id;
   destroyValue();
   m_id = other.m_id;
-  m_typeAndFlags = other.m_typeAndFlags & ~FLAG_EXTERNAL;
+  m_typeAndFlags = (other.m_typeAndFlags & ~OWN_FLAGS) | (m_typeAndFlags & MARKS);
   m_description = description != nullptr ? description.release() : other.m_description;
   copyValue(other, version);
   if (m_parent != nullptr && m_id != oldId) m_parent->parameterIdChanged(this, oldId);
   return *this;
 }
 
-KyCParam::~KyCParam()
-{
-  if (m_parent != nullptr) m_parent->unlinkParameter(this);
-  destroyValue();
-}
+void KyCParam::leaveParent() noexcept { m_parent->unlinkParameter(this); }
 
 // Gives this parameter, which has the other one's type by now and no value, the other one's value; a version comes in
 // the block given.

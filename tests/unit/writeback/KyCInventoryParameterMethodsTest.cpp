@@ -74,6 +74,52 @@ TEST_F(KyCInventoryParameterMethods, theUpdateMethodIsKept)
   EXPECT_EQ(m_size->getCustomPointer(), nullptr);
 }
 
+// The relevance moves out of the way of the methods.
+TEST_F(KyCInventoryParameterMethods, relevanceAndModifiableFlagStayAsTheyAre)
+{
+  m_size->setRelevance(4294967295u);
+  m_size->setModifiableFlag(true);
+  m_size->setUpdateMethod(m_pool, updateValue);
+  EXPECT_EQ(m_size->getRelevance(), 4294967295u);
+  EXPECT_TRUE(m_size->isModifiable());
+  m_size->setRelevance(7);
+  m_size->setModifiableFlag(false);
+  EXPECT_EQ(m_size->getRelevance(), 7u);
+  EXPECT_FALSE(m_size->isModifiable());
+  EXPECT_EQ(m_size->getUpdateMethod(), updateValue);
+
+  const KyCInventoryParameter copy(*m_size);
+  EXPECT_EQ(copy.getRelevance(), 7u);
+  EXPECT_EQ(copy.getUpdateMethod(), nullptr);
+}
+
+TEST_F(KyCInventoryParameterMethods, anAssignmentBringsRelevanceAndFlagAndNoMethods)
+{
+  const KyCInventoryParameter other(m_pool, SIZE, "SIZE", 2, "", true, 9);
+  m_size->setRelevance(5);
+  m_size->setUpdateMethod(m_pool, updateValue);
+  const std::unique_ptr<KyCInventoryAuxInfo> dropped(KyInventoryAccess::getAuxInfo(*m_size));
+  *m_size = other;
+  EXPECT_EQ(m_size->getRelevance(), 9u);
+  EXPECT_TRUE(m_size->isModifiable());
+  EXPECT_EQ(m_size->getUpdateMethod(), nullptr);
+
+  m_size->setUpdateMethod(m_pool, updateValue);
+  KyCInventoryParameter target(other);
+  target = *m_size;
+  EXPECT_EQ(target.getRelevance(), 9u);
+  EXPECT_EQ(target.getUpdateMethod(), nullptr);
+}
+
+TEST_F(KyCInventoryParameterMethods, flagsThatACallerInventsAreNoMethodsAndDoNotMakeItModifiable)
+{
+  const KyCInventoryParameter parameter(m_pool, SIZE, "SIZE", 0xFFFF0114u);
+  EXPECT_EQ(parameter.getType(), 0x114u);
+  EXPECT_FALSE(parameter.isModifiable());
+  EXPECT_EQ(parameter.getRelevance(), 0u);
+  EXPECT_EQ(parameter.getUpdateMethod(), nullptr);
+}
+
 TEST_F(KyCInventoryParameterMethods, aNullUpdateMethodIsReportedAndNothingChanges)
 {
   m_size->setUpdateMethod(m_pool, nullptr);
