@@ -4,6 +4,8 @@
 #include "composite/KyCBinSerializer.h"
 #include "inventory/KyInventoryTreeApi.h"
 
+class KyCInventoryParameter;
+
 // The serializer that KyCInventoryItemFactory installs while it stores a tree or a parameter. The base class writes the
 // standard part of every composite and parameter; this one adds the custom part behind each parameter's standard part:
 //
@@ -30,4 +32,7 @@ public:
   //
   // Errors:     those of KyCBuffer::writeBuffer, left in the pool for the caller.
   void handleCustomParameter(KyCErrorListPool& pool, const KyCParam* parameter) override;
+
+private:
+  void writeFields(KyCErrorListPool& pool, const KyCInventoryParameter& source);
 };

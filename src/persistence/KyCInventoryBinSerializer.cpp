@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "persistence/KyBigEndian.h"
 #include "persistence/KyInventorySection.h"
 #include "tree/KyInventoryAccess.h"
 
@@ -22,6 +23,29 @@ void KyCInventoryBinSerializer::handleCustomParameter(KyCErrorListPool& pool, co
 {
   const KyCInventoryParameter& source = *KyInventoryAccess::toParameter(parameter);
   const KyCString& unit = KyInventoryAccess::getUnit(source);    // given as a C text, always: no NUL is in it
+  const unsigned int unitLength = storedUnitLength(unit);
+  constexpr unsigned int FIXED_SIZE = 6;    // what there is but the unit's characters
+  unsigned char* to = roomFor(FIXED_SIZE + unitLength);
+  if (to == nullptr) return writeFields(pool, source);
+
+  *to++ = static_cast<unsigned char>(unitLength);
+  if (unitLength != 0)
+  {
+    const char* const text = unit.c_str();
+    unsigned int n = 0;
+    do    // mostly less than a call costs
+      *to++ = static_cast<unsigned char>(text[n]);
+    while (++n < unitLength);
+  }
+  *to++ = KyInventoryAccess::isModifiable(source) ? 0xFF : 0x00;
+  kyStoreBig32(to, KyInventoryAccess::getRelevance(source));
+  advanceBy(FIXED_SIZE + unitLength);
+}
+
+// One by one, where the buffer has to grow.
+void KyCInventoryBinSerializer::writeFields(KyCErrorListPool& pool, const KyCInventoryParameter& source)
+{
+  const KyCString& unit = KyInventoryAccess::getUnit(source);
   const unsigned char unitLength = storedUnitLength(unit);
   const unsigned char modifiable = source.isModifiable() ? 0xFF : 0x00;
   const unsigned int relevance = source.getRelevance();

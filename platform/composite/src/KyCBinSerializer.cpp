@@ -74,7 +74,7 @@ void KyCBinSerializer::CompositeStart(KyCErrorListPool& pool, const KyCComposite
     pool.setError(KY_MSG_NESTED_TOO_DEEP, __LINE__, "CompositeStart", "%u", MAX_DEPTH);
     return;
   }
-  const TTextOut description = lookUp(composite->getDescription());
+  const TTextOut description = lookUp(composite->getDescription(), false);
   unsigned char* to = reserve(pool, 1 + 2 * MAX_VARINT_SIZE + TEXT_OVERHEAD + description.length);
   if (to == nullptr) return;
   *to++ = RECORD_START;
@@ -105,7 +105,8 @@ void KyCBinSerializer::CompositeParameter(KyCErrorListPool& pool, const KyCParam
     return;
   }
   const bool custom = parameter->isCustom();
-  const TTextOut description = lookUp(parameter->getDescription());
+  const bool isLasting = (parameter->m_typeAndFlags & KyCParam::FLAG_STATIC_DESCRIPTION) != 0;
+  const TTextOut description = lookUp(parameter->getDescription(), isLasting);
   const unsigned int kind = (custom ? RECORD_CUSTOM_PARAMETER : RECORD_PARAMETER) + type;
   unsigned char* to = reserve(pool, 1 + MAX_VARINT_SIZE + TEXT_OVERHEAD + description.length + valueRoom(*parameter));
   if (to == nullptr) return;
@@ -120,11 +121,13 @@ void KyCBinSerializer::CompositeParameter(KyCErrorListPool& pool, const KyCParam
 
 void KyCBinSerializer::handleCustomParameter(KyCErrorListPool&, const KyCParam*) {}
 
-KyCBinSerializer::TTextOut KyCBinSerializer::lookUp(const char* text) noexcept
+inline KyCBinSerializer::TTextOut KyCBinSerializer::lookUp(const char* text, bool isLasting) noexcept
 {
   if (*text == '\0') return {text, TEXT_EMPTY, 0};
   const std::uint32_t size = m_buffer->getWritePosition();
-  const std::uint32_t known = m_texts->find(m_buffer->getStorage(), size, text);
+  const unsigned char* const storage = m_buffer->getStorage();
+  const std::uint32_t known =
+      isLasting ? m_texts->findLasting(storage, size, text) : m_texts->find(storage, size, text);
   if (known != KyCTextTable::NOT_FOUND)
   {
     const std::uint64_t repeated = m_repeatedBytes + m_texts->lengthOf(known);
@@ -139,7 +142,8 @@ KyCBinSerializer::TTextOut KyCBinSerializer::lookUp(const char* text) noexcept
 
 // The description was written as a new text that ends at end: it has a number from now on. False when there is no memory
 // to keep that in mind.
-bool KyCBinSerializer::remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept
+inline bool KyCBinSerializer::remember(KyCErrorListPool& pool, const TTextOut& description,
+                                       const unsigned char* end) noexcept
 {
   if (description.number != TEXT_NEW) return true;
   const std::size_t offset = static_cast<std::size_t>(end - m_buffer->getStorage()) - description.length;
@@ -148,7 +152,7 @@ bool KyCBinSerializer::remember(KyCErrorListPool& pool, const TTextOut& descript
 }
 
 // At least as many bytes as the value takes in the stream.
-std::uint64_t KyCBinSerializer::valueRoom(const KyCParam& parameter) noexcept
+inline std::uint64_t KyCBinSerializer::valueRoom(const KyCParam& parameter) noexcept
 {
   switch (parameter.getType())
   {
@@ -161,7 +165,7 @@ std::uint64_t KyCBinSerializer::valueRoom(const KyCParam& parameter) noexcept
   }
 }
 
-unsigned char* KyCBinSerializer::putValue(unsigned char* to, const KyCParam& parameter) noexcept
+inline unsigned char* KyCBinSerializer::putValue(unsigned char* to, const KyCParam& parameter) noexcept
 {
   const unsigned int type = parameter.getType();
   if (type != KyCParam::TYPE_STRING && type != KyCParam::TYPE_VERSION)
@@ -185,7 +189,7 @@ unsigned char* KyCBinSerializer::putValue(unsigned char* to, const KyCParam& par
 }
 
 // Room for one record at the end of the stream; null, with a report, when there is none.
-unsigned char* KyCBinSerializer::reserve(KyCErrorListPool& pool, std::uint64_t size) noexcept
+inline unsigned char* KyCBinSerializer::reserve(KyCErrorListPool& pool, std::uint64_t size) noexcept
 {
   assert(m_buffer != nullptr);    // called outside a serialization
   if (size > 0xFFFFFFFFu)
@@ -203,7 +207,7 @@ unsigned char* KyCBinSerializer::reserve(KyCErrorListPool& pool, std::uint64_t s
 }
 
 // The record ends here; it was written into the room that reserve() gave.
-void KyCBinSerializer::commit(const unsigned char* end) noexcept
+inline void KyCBinSerializer::commit(const unsigned char* end) noexcept
 {
   m_buffer->m_writePosition = static_cast<unsigned int>(end - m_buffer->m_storage);
 }

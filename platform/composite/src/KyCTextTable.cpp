@@ -33,13 +33,6 @@ std::uint32_t KyCTextTable::hashOf(const char* text) noexcept
   return hash ^ hash >> 15;
 }
 
-// The first one of the text's pair of places: literals lie close together, and two that meet do not push each other out.
-KyCTextTable::TSeen* KyCTextTable::seenPair(const char* text) noexcept
-{
-  const std::uint32_t address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(text));
-  return m_seen + ((address * 0x9E3779B9u >> 8) & mask() & ~1u);
-}
-
 void KyCTextTable::remember(const char* text, std::uint32_t position) noexcept
 {
   TSeen* const pair = seenPair(text);

@@ -2,6 +2,7 @@
 #include "composite/KyCBinSerializer.h"
 
 #include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <memory>
 #include <stdexcept>
@@ -213,6 +214,44 @@ TEST(KyCBinSerializer, anotherTextAtTheSameAddressIsAnotherText)
   addParam(pool, &root, 1, text, static_cast<unsigned char>(0), flags);
   addParam(pool, &root, 2, text, static_cast<unsigned char>(0), flags);
   EXPECT_EQ(bench.store(&root), "01 01 01 01 01 24 01 00 01 41 00 24 02 00 01 42 00 02");
+}
+
+TEST(KyCBinSerializer, longerTextsAtTheSameAddressAreComparedToTheirEnds)
+{
+  // What is left of the text after each parameter: changed in the first eight bytes, behind them, longer, shorter.
+  class KyCChangingSerializer : public KyCBinSerializer
+  {
+  public:
+    KyCChangingSerializer(KyCErrorListPool& pool, char* text) : KyCBinSerializer(pool), m_text(text) {}
+    void handleCustomParameter(KyCErrorListPool&, const KyCParam*) override
+    {
+      static constexpr const char* s_texts[] = {"ABCDEFGHIJ", "xBCDEFGHIJ", "xBCDEFGHIy", "xBCDEFGHIyz", "xBC", "xBC"};
+      std::strcpy(m_text, s_texts[m_count++]);
+    }
+
+  private:
+    char* m_text;
+    unsigned int m_count = 0;
+  };
+
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  char text[] = "ABCDEFGHIJ ";
+  text[10] = '\0';
+  KyCChangingSerializer serializer(pool, text);
+  bench.factory.setBinarySerializer(pool, &serializer);
+  const unsigned int flags = KyCParam::FLAG_STATIC_DESCRIPTION | KyCParam::FLAG_CUSTOM;
+  KyCComposite root(pool, 1, 1, "");
+  for (unsigned int id = 1; id <= 6; ++id)
+    addParam(pool, &root, id, text, static_cast<unsigned char>(0), flags);
+  EXPECT_EQ(bench.store(&root),
+            "01 01 01 01 01 "
+            "24 01 00 0A 41 42 43 44 45 46 47 48 49 4A 00 "
+            "24 02 02 00 "
+            "24 03 00 0A 78 42 43 44 45 46 47 48 49 4A 00 "
+            "24 04 00 0A 78 42 43 44 45 46 47 48 49 79 00 "
+            "24 05 00 0B 78 42 43 44 45 46 47 48 49 79 7A 00 "
+            "24 06 00 03 78 42 43 00 02");
 }
 
 TEST(KyCBinSerializer, textsOfTheLastStreamAreForgotten)

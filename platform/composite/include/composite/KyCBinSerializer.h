@@ -59,6 +59,17 @@ public:
   // The buffer being written; null outside a serialization.
   KyCBuffer* getBuffer() const noexcept { return m_buffer; }
 
+protected:
+  // The short way of a hook that appends a few bytes: the place for them, when the buffer has that much room already; null
+  // when it has to grow, which is for the buffer's own operations. What was written there counts once the write position
+  // is advanced.
+  unsigned char* roomFor(unsigned int size) const noexcept
+  {
+    return m_buffer->m_capacity - m_buffer->m_writePosition >= size ? m_buffer->m_storage + m_buffer->m_writePosition
+                                                                    : nullptr;
+  }
+  void advanceBy(unsigned int size) noexcept { m_buffer->m_writePosition += size; }
+
 private:
   friend class KyCCompositeFactory;
   struct TTextOut;
@@ -68,7 +79,7 @@ private:
   void end() noexcept;
   static const KyCParam* nextParameter(const KyCParam* parameter) noexcept { return parameter->m_next; }
 
-  TTextOut lookUp(const char* text) noexcept;
+  TTextOut lookUp(const char* text, bool isLasting) noexcept;
   bool remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept;
   static std::uint64_t valueRoom(const KyCParam& parameter) noexcept;
   static unsigned char* putValue(unsigned char* to, const KyCParam& parameter) noexcept;
