@@ -243,16 +243,9 @@ KyCParam* KyCBinDeserializer::createCustomParameter(KyCErrorListPool& pool, unsi
 
 void KyCBinDeserializer::handleCustomParameter(KyCErrorListPool&, KyCParam*) {}
 
-KyCParam* KyCBinDeserializer::takeParameter() noexcept
-{
-  KyCParam* const parameter = m_parameter;
-  m_parameter = nullptr;
-  return parameter;
-}
-
 // A parameter that is ready to take its value; null, with a report, when there is none.
-KyCParam* KyCBinDeserializer::makeParameter(KyCErrorListPool& pool, unsigned int id, unsigned int type, bool custom,
-                                            const char* description)
+inline KyCParam* KyCBinDeserializer::makeParameter(KyCErrorListPool& pool, unsigned int id, unsigned int type,
+                                                   bool custom, const char* description)
 {
   const unsigned int errors = pool.getErrorCount();
   KyCParam* const parameter =
@@ -270,7 +263,7 @@ KyCParam* KyCBinDeserializer::makeParameter(KyCErrorListPool& pool, unsigned int
   return nullptr;
 }
 
-bool KyCBinDeserializer::readText(KyCErrorListPool& pool, TCursor& cursor, const char*& text)
+inline bool KyCBinDeserializer::readText(KyCErrorListPool& pool, TCursor& cursor, const char*& text)
 {
   const unsigned char* const start = cursor.at;
   std::uint32_t number;
@@ -303,7 +296,7 @@ bool KyCBinDeserializer::readNewText(KyCErrorListPool& pool, TCursor& cursor, co
   return text != nullptr;
 }
 
-bool KyCBinDeserializer::readValue(TCursor& cursor, unsigned int type, TValueIn& value) noexcept
+inline bool KyCBinDeserializer::readValue(TCursor& cursor, unsigned int type, TValueIn& value) noexcept
 {
   if (type == KyCParam::TYPE_STRING) return cursor.readString(value.bytes, value.length);
   if (type != KyCParam::TYPE_VERSION) return cursor.readBytes(numberSize(type), value.bytes);
@@ -314,7 +307,7 @@ bool KyCBinDeserializer::readValue(TCursor& cursor, unsigned int type, TValueIn&
   return true;
 }
 
-bool KyCBinDeserializer::setValue(KyCErrorListPool& pool, KyCParam& parameter, const TValueIn& value)
+inline bool KyCBinDeserializer::setValue(KyCErrorListPool& pool, KyCParam& parameter, const TValueIn& value)
 {
   const unsigned int errors = pool.getErrorCount();
   const unsigned int type = parameter.getType();
@@ -332,14 +325,14 @@ bool KyCBinDeserializer::setValue(KyCErrorListPool& pool, KyCParam& parameter, c
   return pool.getErrorCount() == errors;
 }
 
-KyCBinDeserializer::TCursor KyCBinDeserializer::openRecord() const noexcept
+inline KyCBinDeserializer::TCursor KyCBinDeserializer::openRecord() const noexcept
 {
   assert(m_buffer != nullptr);    // called outside a deserialization
   const unsigned char* const storage = m_buffer->getStorage();
   return {storage + m_buffer->getReadPosition(), storage + m_buffer->getWritePosition()};
 }
 
-void KyCBinDeserializer::closeRecord(const TCursor& cursor) noexcept
+inline void KyCBinDeserializer::closeRecord(const TCursor& cursor) noexcept
 {
   const unsigned char* const start = m_buffer->getStorage() + m_buffer->getReadPosition();
   advance(static_cast<unsigned int>(cursor.at - start));

@@ -98,7 +98,12 @@ private:
   bool begin(KyCErrorListPool& pool, KyCBuffer* buffer, TRecord first);
   TRecord nextRecord(KyCErrorListPool& pool);
   void end() noexcept;
-  KyCParam* takeParameter() noexcept;
+  KyCParam* takeParameter() noexcept
+  {
+    KyCParam* const parameter = m_parameter;
+    m_parameter = nullptr;
+    return parameter;
+  }
   static bool hasOwner(const KyCParam& parameter) noexcept { return parameter.m_parent != nullptr; }
 
   TRecord classify(TCursor& cursor) const noexcept;
