@@ -244,8 +244,18 @@ KyCComposite* KyCComposite::searchChild(unsigned int classId, unsigned int unitI
 {
   if (!mayHave(classId)) return nullptr;
   const KyCListIndex* const index = childIndex();
-  KyCComposite* const found = index != nullptr ? static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId)))
-                                               : walkToChild(classId, unitId);
+  KyCComposite* found = index != nullptr ? static_cast<KyCComposite*>(index->guess(unitId)) : nullptr;
+  if (found != nullptr)
+  {
+    prefetch(found);
+    if (found->m_classId == classId && found->m_unitId == unitId)
+    {
+      m_found = found;
+      return found;
+    }
+  }
+  found = index != nullptr ? static_cast<KyCComposite*>(index->findFirst(keyOf(classId, unitId)))
+                           : walkToChild(classId, unitId);
   if (found == nullptr) return nullptr;
   prefetch(found);
   m_found = found;

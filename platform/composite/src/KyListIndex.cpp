@@ -59,7 +59,7 @@ std::uint32_t KyCListIndex::hashEntry(const void* entry) const noexcept
 std::uint32_t KyCListIndex::entrySlot(const void* entry) const noexcept
 {
   std::uint32_t slot = hashEntry(entry) & m_byEntry.mask;
-  while (m_byEntry.slots[slot] != NONE && m_records[m_byEntry.slots[slot]].entry != entry)
+  while (m_byEntry.slots[slot] != NONE && m_entries[m_byEntry.slots[slot]] != entry)
     slot = (slot + 1) & m_byEntry.mask;
   return slot;
 }
@@ -131,6 +131,7 @@ void KyCListIndex::enterHeap(std::uint32_t record) noexcept
   TRecord& entered = m_records[record];
   entered.child = entered.next = entered.back = NONE;
   std::uint32_t& root = m_byKey.slots[keySlot(entered.key)];
+  if (root != NONE) m_hasTwins = true;
   root = root == NONE ? record : link(root, record);
 }
 
@@ -161,21 +162,29 @@ KyCListIndex::KyCListIndex() noexcept
 {
 }
 
-KyCListIndex::~KyCListIndex() { delete[] m_records; }
+KyCListIndex::~KyCListIndex() { ::operator delete(m_records); }
 
 bool KyCListIndex::reserve(unsigned int count) noexcept
 {
   if (count > LARGEST_CAPACITY) return false;
   if (count < FIRST_CAPACITY) count = FIRST_CAPACITY;
-  TRecord* const records = new (std::nothrow) TRecord[count];
-  if (records == nullptr) return false;
+  const std::uint64_t size = std::uint64_t{count} * (sizeof(void*) + sizeof(TRecord));
+  void* const block = size <= SIZE_MAX ? ::operator new(static_cast<std::size_t>(size), std::nothrow) : nullptr;
+  if (block == nullptr) return false;
   if (!m_byKey.resize(count))
   {
-    delete[] records;
+    ::operator delete(block);
     return false;
   }
-  if (m_recordCount != 0) std::memcpy(records, m_records, m_recordCount * sizeof(TRecord));
-  delete[] m_records;
+  TRecord* const records = static_cast<TRecord*>(block);
+  void** const entries = reinterpret_cast<void**>(records + count);
+  if (m_recordCount != 0)
+  {
+    std::memcpy(entries, m_entries, m_recordCount * sizeof(void*));
+    std::memcpy(records, m_records, m_recordCount * sizeof(TRecord));
+  }
+  ::operator delete(m_records);
+  m_entries = entries;
   m_records = records;
   m_recordCapacity = count;
   m_byEntry.drop();    // too small now; made again when needed
@@ -210,10 +219,12 @@ void KyCListIndex::closeGaps() noexcept
   m_byEntry.drop();
   const std::uint32_t oldCount = m_recordCount;
   m_recordCount = m_gapCount = 0;
+  m_hasTwins = false;
   m_cursorRecord = m_cursorPlace = m_cursorSteps = 0;
   for (std::uint32_t record = 0; record < oldCount; ++record)
   {
     if (isGap(record)) continue;
+    m_entries[m_recordCount] = m_entries[record];
     m_records[m_recordCount] = m_records[record];
     enterHeap(m_recordCount++);
   }
@@ -223,7 +234,7 @@ bool KyCListIndex::append(void* entry, std::uint64_t key) noexcept
 {
   if (!makeRoom()) return false;
   const std::uint32_t record = m_recordCount++;
-  m_records[record].entry = entry;
+  m_entries[record] = entry;
   m_records[record].key = key;
   enterHeap(record);
   if (m_byEntry.slots != nullptr) m_byEntry.slots[entrySlot(entry)] = record;
@@ -232,7 +243,7 @@ bool KyCListIndex::append(void* entry, std::uint64_t key) noexcept
 
 void KyCListIndex::makeGap(std::uint32_t record) noexcept
 {
-  m_records[record].entry = nullptr;
+  m_entries[record] = nullptr;
   m_records[record].back = record == 0 ? NONE : record - 1;
   ++m_gapCount;
 }
@@ -260,10 +271,10 @@ void KyCListIndex::changeKey(const void* entry, std::uint64_t oldKey, std::uint6
 std::uint32_t KyCListIndex::recordOf(const void* entry, std::uint64_t key) noexcept
 {
   const std::uint32_t root = m_byKey.slots[keySlot(key)];
-  if (root != NONE && m_records[root].entry == entry) return root;
+  if (root != NONE && m_entries[root] == entry) return root;
   if (m_byEntry.slots != nullptr || buildEntryTable()) return m_byEntry.slots[entrySlot(entry)];
   std::uint32_t record = 0;    // no memory for the table
-  while (m_records[record].entry != entry)
+  while (m_entries[record] != entry)
     ++record;
   return record;
 }
@@ -273,7 +284,7 @@ bool KyCListIndex::buildEntryTable() noexcept
   if (!m_byEntry.resize(m_recordCapacity)) return false;
   for (std::uint32_t record = 0; record < m_recordCount; ++record)
   {
-    if (!isGap(record)) m_byEntry.slots[entrySlot(m_records[record].entry)] = record;
+    if (!isGap(record)) m_byEntry.slots[entrySlot(m_entries[record])] = record;
   }
   return true;
 }
@@ -295,7 +306,7 @@ std::uint32_t KyCListIndex::liveBefore(std::uint32_t record) noexcept
 void* KyCListIndex::predecessor(const void* entry, std::uint64_t key) noexcept
 {
   const std::uint32_t before = liveBefore(recordOf(entry, key));
-  return before != NONE ? m_records[before].entry : nullptr;
+  return before != NONE ? m_entries[before] : nullptr;
 }
 
 // Without gaps the place is the record number. With gaps the cursor walks from where it was last; once it has gone as many
@@ -304,7 +315,7 @@ void* KyCListIndex::at(unsigned int place) noexcept
 {
   if (place >= count()) return nullptr;
   if (m_gapCount != 0 && !moveCursor(place)) closeGaps();
-  return m_records[m_gapCount != 0 ? m_cursorRecord : place].entry;
+  return m_entries[m_gapCount != 0 ? m_cursorRecord : place];
 }
 
 // Moves the cursor to the entry at a place of the list; false when that takes too long.

@@ -39,15 +39,15 @@ public:
 
   void* findFirst(std::uint64_t key) const noexcept    // null when none has the key
   {
-    // Keys that count up from 1 in list order, as indexes of siblings mostly do, need no hash table.
-    const std::uint32_t guess = static_cast<std::uint32_t>(key) - 1;
-    if (guess < m_recordCount)
-    {
-      const TRecord& record = m_records[guess];
-      if (record.key == key && record.back == NONE && record.entry != nullptr) return record.entry;
-    }
     const std::uint32_t root = m_byKey.slots[keySlot(key)];
-    return root != NONE ? m_records[root].entry : nullptr;
+    return root != NONE ? m_entries[root] : nullptr;
+  }
+  // Where numbers count up from 1 in list order, as indexes of siblings mostly do, the entry of a number stands at its
+  // place: eight bytes to read, and no hash table. Null when there is none at the place, or when entries have shared a key;
+  // otherwise it is the first with its key, whatever that is. Ask the entry itself.
+  void* guess(std::uint32_t number) const noexcept
+  {
+    return number - 1 < m_recordCount && !m_hasTwins ? m_entries[number - 1] : nullptr;
   }
   void* predecessor(const void* entry, std::uint64_t key) noexcept;    // null for the first entry
   void* at(unsigned int place) noexcept;                               // from 0; null beyond the end
@@ -58,7 +58,6 @@ private:
 
   struct TRecord
   {
-    void* entry;    // null: a gap
     std::uint64_t key;
     std::uint32_t child;    // in the heap: first child
     std::uint32_t next;     // in the heap: next sibling
@@ -97,7 +96,7 @@ private:
   std::uint32_t entrySlot(const void* entry) const noexcept;
   void eraseKeySlot(std::uint32_t slot) noexcept;
 
-  bool isGap(std::uint32_t record) const noexcept { return m_records[record].entry == nullptr; }
+  bool isGap(std::uint32_t record) const noexcept { return m_entries[record] == nullptr; }
   std::uint32_t recordOf(const void* entry, std::uint64_t key) noexcept;
   bool buildEntryTable() noexcept;
   std::uint32_t liveBefore(std::uint32_t record) noexcept;
@@ -114,6 +113,7 @@ private:
   bool moveCursor(std::uint32_t place) noexcept;
 
   TRecord* m_records = nullptr;
+  void** m_entries = nullptr;         // of each record, in the same block; null: a gap
   std::uint32_t m_recordCount = 0;    // gaps included
   std::uint32_t m_recordCapacity = 0;
   std::uint32_t m_gapCount = 0;
@@ -123,6 +123,7 @@ private:
   std::uint32_t m_cursorRecord = 0;    // any record, and how many entries stand before it
   std::uint32_t m_cursorPlace = 0;
   std::uint32_t m_cursorSteps = 0;    // gone since the gaps were closed
+  bool m_hasTwins = false;            // two entries have shared a key since then
 };
 
 // The indexes of one node. Most nodes have none and spend one null pointer on them.

@@ -263,6 +263,38 @@ TEST(KyCComposite, findChildGivesTheFirstInListOrder)
   EXPECT_EQ(6u, second->getUnitId());
 }
 
+TEST(KyCComposite, amongManyChildrenThatCountUpTheFirstInListOrderIsFoundAllTheSame)
+{
+  KyTestPool pool;
+  KyTestNode root(pool, 1, 1);
+  KyTestNode* children[41];
+  for (unsigned int n = 1; n <= 40; ++n)
+    root.attach(children[n] = makeNode(pool, 5, n));
+  EXPECT_EQ(children[40], root.findChild(5, 40));
+  EXPECT_EQ(children[7], root.findChild(5, 7));
+  EXPECT_EQ(nullptr, root.findChild(6, 7));
+  EXPECT_EQ(nullptr, root.findChild(5, 41));
+
+  children[7]->setIds(6, 7);    // stays where it was
+  EXPECT_EQ(nullptr, root.findChild(5, 7));
+  EXPECT_EQ(children[7], root.findChild(6, 7));
+  root.detachChild(children[9]);
+  EXPECT_EQ(nullptr, root.findChild(5, 9));
+  EXPECT_EQ(children[10], root.findChild(5, 10));
+  root.attach(children[9]);    // at the end now
+  EXPECT_EQ(children[9], root.findChild(5, 9));
+
+  children[30]->setIds(5, 20);    // behind the other one
+  EXPECT_EQ(children[20], root.findChild(5, 20));
+  children[3]->setIds(5, 20);    // in front of it
+  EXPECT_EQ(children[3], root.findChild(5, 20));
+  root.detachChild(children[3]);
+  EXPECT_EQ(children[20], root.findChild(5, 20));
+  delete children[20];
+  EXPECT_EQ(children[30], root.findChild(5, 20));
+  delete children[3];
+}
+
 TEST(KyCComposite, anEarlierChildThatGetsTheNumbersOfTheOneFoundLastIsFoundInItsPlace)
 {
   KyTestPool pool;

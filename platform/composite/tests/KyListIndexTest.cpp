@@ -169,6 +169,30 @@ TEST(KyListIndex, aKeyAtItsCountedPlaceIsFoundOnlyWhileItIsTheFirstOne)
   EXPECT_EQ(&entries[4], index.findFirst(5));
 }
 
+TEST(KyListIndex, theEntryAtTheCountedPlaceIsGuessedWhileNoTwoShareAKey)
+{
+  KyCListIndex index;
+  ASSERT_TRUE(index.reserve(40));
+  int entries[40];
+  for (unsigned int n = 0; n < 40; ++n)
+    ASSERT_TRUE(index.append(&entries[n], n + 1));
+  EXPECT_EQ(&entries[0], index.guess(1));
+  EXPECT_EQ(&entries[39], index.guess(40));
+  EXPECT_EQ(nullptr, index.guess(0));
+  EXPECT_EQ(nullptr, index.guess(41));
+
+  index.changeKey(&entries[29], 30, 300);    // stays at its place
+  EXPECT_EQ(&entries[29], index.guess(30));
+  index.remove(&entries[29], 300);
+  EXPECT_EQ(nullptr, index.guess(30));
+  EXPECT_EQ(&entries[30], index.guess(31));
+
+  index.changeKey(&entries[2], 3, 5);    // the first one of key 5 is not at place 5 now
+  EXPECT_EQ(nullptr, index.guess(5));
+  EXPECT_EQ(nullptr, index.guess(1));
+  EXPECT_EQ(&entries[2], index.findFirst(5));
+}
+
 TEST(KyListIndex, reserveAndAppendReportMissingMemory)
 {
   KyCListIndex index;
