@@ -6,7 +6,8 @@
 
 namespace
 {
-constexpr std::uint32_t FIRST_CAPACITY = 64;
+// As many pairs of places for the texts found last: three that share one push each other out.
+constexpr std::uint32_t FIRST_CAPACITY = 128;
 }    // namespace
 
 KyCTextTable::KyCTextTable(KyCErrorListPool& pool) noexcept { grow(pool); }
