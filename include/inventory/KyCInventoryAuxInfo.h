@@ -28,9 +28,7 @@ public:
   TType getType() const noexcept { return m_type; }
 
 private:
-  friend class KyCInventoryParameter;
   TType m_type;
-  unsigned int m_relevance = 0;    // of the parameter that carries this
 };
 
 namespace KyNInventoryItem

@@ -259,18 +259,8 @@ private:
   template <typename T>
   void adoptDesignatedValueAs(KyCErrorListPool& pool);
 
-  // Nearly no parameter has auxiliary info, which then keeps the relevance in the place that it takes.
-  static constexpr TMark MARK_MODIFIABLE = MARK_1;
-  static constexpr TMark MARK_AUX_INFO = MARK_2;
-  KyCInventoryAuxInfo* auxInfo() const noexcept { return hasMark(MARK_AUX_INFO) ? m_rest.auxInfo : nullptr; }
-  void setAuxInfo(KyCInventoryAuxInfo* info) noexcept;    // the one before, if any, is forgotten and not deleted
-
   KyCString m_unit;
-  union TRest
-  {
-    unsigned int relevance;
-    KyCInventoryAuxInfo* auxInfo;    // owned; not null
-  } m_rest = {0};
+  bool m_modifiable = false;
+  unsigned int m_relevance = 0;
+  KyCInventoryAuxInfo* m_auxInfo = nullptr;    // owned
 };
-
-static_assert(sizeof(void*) == 8 || sizeof(KyCInventoryParameter) == 44, "with malloc's header, 48 bytes on x86");

@@ -22,10 +22,10 @@ KyCInventoryParameter::TIdentity KyCInventoryParameter::identityOf(const KyCInve
 template <typename T>
 KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, const T& value,
                                              const char* unit, bool modifiable, unsigned int relevance)
-    : KyCParam(pool, identity.id, identity.description, identity.flags, value, static_cast<T*>(nullptr))
+    : KyCParam(pool, identity.id, identity.description, identity.flags, value, static_cast<T*>(nullptr)),
+      m_modifiable(modifiable),
+      m_relevance(relevance)
 {
-  setMark(MARK_MODIFIABLE, modifiable);
-  m_rest.relevance = relevance;
   if (unit != nullptr && *unit != '\0') m_unit.assign(pool, unit, KyCString::strlen(unit));
 }
 
@@ -59,9 +59,9 @@ KyCInventoryParameter::KyCInventoryParameter()
 {
 }
 
-KyCInventoryParameter::KyCInventoryParameter(const KyCInventoryParameter& other) : KyCParam(other), m_unit(other.m_unit)
+KyCInventoryParameter::KyCInventoryParameter(const KyCInventoryParameter& other)
+    : KyCParam(other), m_unit(other.m_unit), m_modifiable(other.m_modifiable), m_relevance(other.m_relevance)
 {
-  KyInventoryAccess::setFlags(*this, KyInventoryAccess::isModifiable(other), KyInventoryAccess::getRelevance(other));
 }
 
 KyCInventoryParameter& KyCInventoryParameter::operator=(const KyCInventoryParameter& other)
@@ -69,28 +69,16 @@ KyCInventoryParameter& KyCInventoryParameter::operator=(const KyCInventoryParame
   if (this == &other) return *this;
   KyCParam::operator=(other);
   m_unit = other.m_unit;
-  setMark(MARK_MODIFIABLE, other.isModifiable());
-  setAuxInfo(nullptr);    // dropped, not deleted: see the header
-  m_rest.relevance = other.getRelevance();
+  m_modifiable = other.m_modifiable;
+  m_relevance = other.m_relevance;
+  m_auxInfo = nullptr;    // dropped, not deleted: see the header
   return *this;
 }
 
 KyCInventoryParameter::~KyCInventoryParameter()
 {
-  if (hasMark(MARK_AUX_INFO)) delete m_rest.auxInfo;
-}
-
-void KyCInventoryParameter::setAuxInfo(KyCInventoryAuxInfo* info) noexcept
-{
-  const unsigned int relevance = getRelevance();
-  setMark(MARK_AUX_INFO, info != nullptr);
-  if (info == nullptr)
-  {
-    m_rest.relevance = relevance;
-    return;
-  }
-  info->m_relevance = relevance;
-  m_rest.auxInfo = info;
+  delete m_auxInfo;
+  m_auxInfo = nullptr;
 }
 
 void KyCInventoryParameter::checkAddress(KyCErrorListPool& pool, const KyCInventoryAddress& address,
@@ -105,19 +93,13 @@ const char* KyCInventoryParameter::getUnit() const { return m_unit.c_str(); }
 
 void KyCInventoryParameter::setUnit(const char* unit) { m_unit = unit != nullptr ? unit : ""; }
 
-bool KyCInventoryParameter::isModifiable() const { return hasMark(MARK_MODIFIABLE); }
+bool KyCInventoryParameter::isModifiable() const { return m_modifiable; }
 
-void KyCInventoryParameter::setModifiableFlag(bool modifiable) { setMark(MARK_MODIFIABLE, modifiable); }
+void KyCInventoryParameter::setModifiableFlag(bool modifiable) { m_modifiable = modifiable; }
 
-unsigned int KyCInventoryParameter::getRelevance() const
-{
-  return hasMark(MARK_AUX_INFO) ? m_rest.auxInfo->m_relevance : m_rest.relevance;
-}
+unsigned int KyCInventoryParameter::getRelevance() const { return m_relevance; }
 
-void KyCInventoryParameter::setRelevance(unsigned int relevance)
-{
-  (hasMark(MARK_AUX_INFO) ? m_rest.auxInfo->m_relevance : m_rest.relevance) = relevance;
-}
+void KyCInventoryParameter::setRelevance(unsigned int relevance) { m_relevance = relevance; }
 
 KyCInventoryAddress KyCInventoryParameter::getID() const { return KyCInventoryAddress(getId()); }
 
@@ -181,9 +163,9 @@ KyCInventoryAddress KyCInventoryParameter::getAddress() const
 
 KyCInventoryAddress KyCInventoryParameter::getRelativeAddress() const
 {
-  const KyCInventoryAuxInfo* const info = auxInfo();
-  if (info == nullptr || info->getType() != KyCInventoryAuxInfo::AUX_PARAM_WRITE) return KyCInventoryAddress();
-  return static_cast<const KyNInventoryParameter::KyCAuxInfoWrite*>(info)->getRelativeAddress();
+  if (m_auxInfo == nullptr || m_auxInfo->getType() != KyCInventoryAuxInfo::AUX_PARAM_WRITE)
+    return KyCInventoryAddress();
+  return static_cast<const KyNInventoryParameter::KyCAuxInfoWrite*>(m_auxInfo)->getRelativeAddress();
 }
 
 KyCInventoryParameter* KyCInventoryParameter::detach()

@@ -115,28 +115,20 @@ struct KyInventoryAccess
   static void setAuxInfo(KyCInventoryItem& item, KyCInventoryAuxInfo* info) noexcept { item.m_auxInfo = info; }
   static KyCInventoryAuxInfo* getAuxInfo(const KyCInventoryParameter& parameter) noexcept
   {
-    return parameter.auxInfo();
+    return parameter.m_auxInfo;
   }
   static void setAuxInfo(KyCInventoryParameter& parameter, KyCInventoryAuxInfo* info) noexcept
   {
-    parameter.setAuxInfo(info);
+    parameter.m_auxInfo = info;
   }
 
-  static bool isModifiable(const KyCInventoryParameter& parameter) noexcept
-  {
-    return parameter.hasMark(KyCInventoryParameter::MARK_MODIFIABLE);
-  }
-  static unsigned int getRelevance(const KyCInventoryParameter& parameter) noexcept
-  {
-    return parameter.hasMark(KyCInventoryParameter::MARK_AUX_INFO) ? parameter.getRelevance()
-                                                                   : parameter.m_rest.relevance;
-  }
+  static bool isModifiable(const KyCInventoryParameter& parameter) noexcept { return parameter.m_modifiable; }
+  static unsigned int getRelevance(const KyCInventoryParameter& parameter) noexcept { return parameter.m_relevance; }
   static const KyCString& getUnit(const KyCInventoryParameter& parameter) noexcept { return parameter.m_unit; }
-  // Of a parameter without auxiliary info.
   static void setFlags(KyCInventoryParameter& parameter, bool modifiable, unsigned int relevance) noexcept
   {
-    parameter.setMark(KyCInventoryParameter::MARK_MODIFIABLE, modifiable);
-    parameter.m_rest.relevance = relevance;
+    parameter.m_modifiable = modifiable;
+    parameter.m_relevance = relevance;
   }
 
   // Assigns the unit without throwing: with no memory left, the base library's report is recorded and the unit stays.

@@ -28,7 +28,7 @@ constexpr const char* getterName<KyCVersion> = "getDesignatedValue<KyCVersion>";
 template <typename T, typename>
 void KyCInventoryParameter::setDesignatedValue(KyCErrorListPool& pool, T value)
 {
-  KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(auxInfo());
+  KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(m_auxInfo);
   if (info == nullptr)
   {
     kyReportParameter(pool, KY_MSG_CANNOT_SET_DESIGNATED_VALUE, __LINE__, "setDesignatedValue", *this);
@@ -61,17 +61,17 @@ void KyCInventoryParameter::setDesignatedValue(KyCErrorListPool& pool, T value)
 template <typename T, typename>
 T KyCInventoryParameter::getDesignatedValue(KyCErrorListPool& pool) const
 {
-  const KyCInventoryParameter* const holder = designatedValueOf(auxInfo());
+  const KyCInventoryParameter* const holder = designatedValueOf(m_auxInfo);
   if (holder != nullptr) return holder->getValue<T>(pool);
   pool.setError(KY_MSG_NO_DESIGNATED_VALUE_SPECIFIED, __LINE__, getterName<T>, nullptr);
   return T();
 }
 
-bool KyCInventoryParameter::isDesignatedValueValid() const { return designatedValueOf(auxInfo()) != nullptr; }
+bool KyCInventoryParameter::isDesignatedValueValid() const { return designatedValueOf(m_auxInfo) != nullptr; }
 
 void KyCInventoryParameter::deleteDesignatedValue()
 {
-  KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(auxInfo());
+  KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(m_auxInfo);
   if (info != nullptr) info->setDesignatedValue(nullptr);
 }
 

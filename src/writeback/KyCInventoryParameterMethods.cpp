@@ -11,45 +11,45 @@
 void KyCInventoryParameter::setCheckAndWriteMethod(KyCErrorListPool& pool, TMethod checkMethod, TMethod writeMethod,
                                                    KyCInventoryAddress relativeAddress, void* customPointer)
 {
-  if (auxInfo() != nullptr || writeMethod == nullptr)
+  if (m_auxInfo != nullptr || writeMethod == nullptr)
   {
     kyReportParameter(pool, KY_MSG_CANNOT_SET_WRITE_OR_UPDATE_METHOD, __LINE__, "setCheckAndWriteMethod", *this);
     return;
   }
-  setAuxInfo(
-      new KyNInventoryParameter::KyCAuxInfoWrite(checkMethod, writeMethod, std::move(relativeAddress), customPointer));
+  m_auxInfo =
+      new KyNInventoryParameter::KyCAuxInfoWrite(checkMethod, writeMethod, std::move(relativeAddress), customPointer);
 }
 
 void KyCInventoryParameter::setUpdateMethod(KyCErrorListPool& pool, TMethod updateMethod)
 {
-  if (auxInfo() != nullptr || updateMethod == nullptr)
+  if (m_auxInfo != nullptr || updateMethod == nullptr)
   {
     kyReportParameter(pool, KY_MSG_CANNOT_SET_WRITE_OR_UPDATE_METHOD, __LINE__, "setUpdateMethod", *this);
     return;
   }
-  setAuxInfo(new KyNInventoryParameter::KyCAuxInfoParamUpdate(updateMethod));
+  m_auxInfo = new KyNInventoryParameter::KyCAuxInfoParamUpdate(updateMethod);
 }
 
 KyCInventoryParameter::TMethod KyCInventoryParameter::getCheckMethod() const
 {
-  const KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(auxInfo());
+  const KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(m_auxInfo);
   return info != nullptr ? info->getCheckMethod() : nullptr;
 }
 
 KyCInventoryParameter::TMethod KyCInventoryParameter::getWriteMethod() const
 {
-  const KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(auxInfo());
+  const KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(m_auxInfo);
   return info != nullptr ? info->getWriteMethod() : nullptr;
 }
 
 KyCInventoryParameter::TMethod KyCInventoryParameter::getUpdateMethod() const
 {
-  const KyNInventoryParameter::KyCAuxInfoParamUpdate* const info = kyAsParamUpdate(auxInfo());
+  const KyNInventoryParameter::KyCAuxInfoParamUpdate* const info = kyAsParamUpdate(m_auxInfo);
   return info != nullptr ? info->getUpdateMethod() : nullptr;
 }
 
 void* KyCInventoryParameter::getCustomPointer() const
 {
-  const KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(auxInfo());
+  const KyNInventoryParameter::KyCAuxInfoWrite* const info = kyAsWrite(m_auxInfo);
   return info != nullptr ? info->getCustomPointer() : nullptr;
 }

@@ -75,7 +75,7 @@ KyOwnText copyText(const char* text)
 // ---- Construction ----
 
 KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int typeAndFlags) noexcept
-    : m_id(id), m_typeAndFlags(typeAndFlags & ~OWN_FLAGS)
+    : m_id(id), m_typeAndFlags(typeAndFlags & ~FLAG_EXTERNAL)
 {
   takeDescription(pool, description);
   if (getType() == TYPE_STRING)
@@ -88,7 +88,7 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
 #define KY_NUMBER_CONSTRUCTOR(T, TYPE)                                                                              \
   KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, T value, \
                      T* external) noexcept                                                                          \
-      : m_id(id), m_typeAndFlags((flags & ~(OWN_FLAGS | TYPE_MASK)) | (TYPE))                                       \
+      : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | (TYPE))                                   \
   {                                                                                                                 \
     takeDescription(pool, description);                                                                             \
     startNumber(&value, sizeof(value), external);                                                                   \
@@ -108,7 +108,7 @@ KY_NUMBER_CONSTRUCTOR(double, TYPE_FLOAT64)
 
 KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags,
                    const KyCString& value, KyCString* external) noexcept
-    : m_id(id), m_typeAndFlags((flags & ~(OWN_FLAGS | TYPE_MASK)) | TYPE_STRING)
+    : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | TYPE_STRING)
 {
   takeDescription(pool, description);
   if (external == nullptr)
@@ -123,7 +123,7 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
 
 KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags,
                    const KyCVersion& value, KyCVersion* external) noexcept
-    : m_id(id), m_typeAndFlags((flags & ~(OWN_FLAGS | TYPE_MASK)) | TYPE_VERSION)
+    : m_id(id), m_typeAndFlags((flags & ~(FLAG_EXTERNAL | TYPE_MASK)) | TYPE_VERSION)
 {
   takeDescription(pool, description);
   if (external == nullptr)
@@ -171,7 +171,7 @@ void KyCParam::startVersion(KyCErrorListPool& pool, const KyCVersion& value) noe
 // ---- Copies and destruction ----
 
 KyCParam::KyCParam(const KyCParam& other)
-    : m_id(other.m_id), m_typeAndFlags(other.m_typeAndFlags & ~OWN_FLAGS), m_description(other.m_description)
+    : m_id(other.m_id), m_typeAndFlags(other.m_typeAndFlags & ~FLAG_EXTERNAL), m_description(other.m_description)
 {
   constexpr unsigned int ELSEWHERE = TYPE_STRING | TYPE_VERSION | FLAG_EXTERNAL;
   if ((other.m_typeAndFlags & (FLAG_STATIC_DESCRIPTION | ELSEWHERE)) == FLAG_STATIC_DESCRIPTION)
@@ -200,7 +200,7 @@ KyCParam& KyCParam::operator=(const KyCParam& other)
   const unsigned int oldId = m_id;
   destroyValue();
   m_id = other.m_id;
-  m_typeAndFlags = (other.m_typeAndFlags & ~OWN_FLAGS) | (m_typeAndFlags & MARKS);
+  m_typeAndFlags = other.m_typeAndFlags & ~FLAG_EXTERNAL;
   m_description = description != nullptr ? description.release() : other.m_description;
   copyValue(other, version);
   if (m_parent != nullptr && m_id != oldId) m_parent->parameterIdChanged(this, oldId);

@@ -74,7 +74,6 @@ TEST_F(KyCInventoryParameterMethods, theUpdateMethodIsKept)
   EXPECT_EQ(m_size->getCustomPointer(), nullptr);
 }
 
-// The relevance moves out of the way of the methods.
 TEST_F(KyCInventoryParameterMethods, relevanceAndModifiableFlagStayAsTheyAre)
 {
   m_size->setRelevance(4294967295u);

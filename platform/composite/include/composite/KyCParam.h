@@ -42,8 +42,8 @@ public:
     TYPE_VERSION = 0x4000
   };
 
-  // Flags: the high 16 bits. The highest three, 0xE0000000, are the parameter's and its class's own; a caller's are
-  // ignored. The others are kept as given.
+  // Flags: the high 16 bits. The highest, 0x80000000, is the parameter's own; a caller's is ignored. The others are kept
+  // as given.
   enum TFlag : unsigned int
   {
     // The serializers hand the parameter to their custom-parameter hooks.
@@ -191,16 +191,6 @@ protected:
     startVersion(pool, value);
   }
 
-  // Two marks for derived classes, which so need no field of their own for them. Off in a new parameter, copies included,
-  // and left alone by the assignment.
-  enum TMark : unsigned int
-  {
-    MARK_1 = 0x40000000,
-    MARK_2 = 0x20000000
-  };
-  bool hasMark(TMark mark) const noexcept { return (m_typeAndFlags & mark) != 0; }
-  void setMark(TMark mark, bool on) noexcept { m_typeAndFlags = on ? m_typeAndFlags | mark : m_typeAndFlags & ~mark; }
-
   KyCComposite* getParentComposite() const noexcept { return m_parent; }    // null when free
   KyCParam* getNextParam() const noexcept { return m_next; }                // in the composite's list; null at its end
 
@@ -211,8 +201,6 @@ private:
 
   static constexpr unsigned int TYPE_MASK = 0xFFFF;
   static constexpr unsigned int FLAG_EXTERNAL = 0x80000000;    // m_value.external says where the value lives
-  static constexpr unsigned int MARKS = MARK_1 | MARK_2;
-  static constexpr unsigned int OWN_FLAGS = FLAG_EXTERNAL | MARKS;    // never a caller's, nor taken from another one
 
   union TValue
   {
