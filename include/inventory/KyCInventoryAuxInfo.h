@@ -57,7 +57,7 @@ public:
   //
   //   checkMethod      null: no check
   //   writeMethod      not null
-  //   relativeAddress  the user's, copied. With no memory left for a long one the program ends: see KyCInventoryAddress
+  //   relativeAddress  the user's, copied; with no memory left for a long one, std::bad_alloc is thrown
   //   customPointer    the user's, never followed or freed
   KyCAuxInfoWrite(KyCInventoryParameter::TMethod checkMethod, KyCInventoryParameter::TMethod writeMethod,
                   KyCInventoryAddress relativeAddress, void* customPointer);

@@ -117,8 +117,8 @@ public:
   ~KyCInventoryParameter() override;
 
   // What the parameter says of itself. None of these can fail, but setUnit and getTypeAsString, which throw
-  // std::bad_alloc with no memory left; the unit stays then. Texts are borrowed from the parameter (the ID's name: from KyNInventoryIDs::Map) and never null, but for
-  // getIDString of an ID that is not predefined.
+  // std::bad_alloc with no memory left; the unit stays then. Texts are borrowed from the parameter (the ID's name: from
+  // KyNInventoryIDs::Map) and never null, but for getIDString of an ID that is not predefined.
   const char* getUnit() const;
   void setUnit(const char* unit);    // copied; null is taken as empty
   bool isModifiable() const;

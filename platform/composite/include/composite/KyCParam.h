@@ -102,8 +102,9 @@ public:
   KyCParam(const KyCParam& other);
   KyCParam& operator=(const KyCParam& other);
 
-  // Unlinks the parameter from its composite, if it hangs in one.
-  virtual ~KyCParam()
+  // Unlinks the parameter from its composite, if it hangs in one. Inline, as a derived class's end comes once for each
+  // parameter of a tree; exported all the same.
+  KY_COMPOSITE_API virtual ~KyCParam()
   {
     if (m_parent != nullptr) leaveParent();
     // Most are numbers with a static description.
