@@ -207,7 +207,13 @@ KyCParam& KyCParam::operator=(const KyCParam& other)
   return *this;
 }
 
-void KyCParam::leaveParent() noexcept { m_parent->unlinkParameter(this); }
+KyCParam::~KyCParam()
+{
+  if (m_parent != nullptr) m_parent->unlinkParameter(this);
+  // Most are numbers with a static description.
+  constexpr unsigned int SEPARATE_VALUE = TYPE_STRING | TYPE_VERSION;
+  if ((m_typeAndFlags & (FLAG_STATIC_DESCRIPTION | SEPARATE_VALUE)) != FLAG_STATIC_DESCRIPTION) destroyValue();
+}
 
 // Gives this parameter, which has the other one's type by now and no value, the other one's value; a version comes in
 // the block given.

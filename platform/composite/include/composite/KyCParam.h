@@ -102,15 +102,8 @@ public:
   KyCParam(const KyCParam& other);
   KyCParam& operator=(const KyCParam& other);
 
-  // Unlinks the parameter from its composite, if it hangs in one. Inline, as a derived class's end comes once for each
-  // parameter of a tree; exported all the same.
-  KY_COMPOSITE_API virtual ~KyCParam()
-  {
-    if (m_parent != nullptr) leaveParent();
-    // Most are numbers with a static description.
-    constexpr unsigned int SEPARATE_VALUE = TYPE_STRING | TYPE_VERSION;
-    if ((m_typeAndFlags & (FLAG_STATIC_DESCRIPTION | SEPARATE_VALUE)) != FLAG_STATIC_DESCRIPTION) destroyValue();
-  }
+  // Unlinks the parameter from its composite, if it hangs in one.
+  virtual ~KyCParam();
 
   // The value, of exactly the parameter's own type: nothing is converted.
   //
@@ -228,7 +221,6 @@ private:
   void startVersion(KyCErrorListPool& pool, const KyCVersion& value) noexcept;
   void copyValue(const KyCParam& other, KyCVersion* versionBlock) noexcept;
   void destroyValue() noexcept;
-  void leaveParent() noexcept;
 
   bool checkType(KyCErrorListPool& pool, unsigned int type, unsigned int message, const char* function) const noexcept;
   void reportUnknownType(KyCErrorListPool& pool, const char* function) const noexcept;
