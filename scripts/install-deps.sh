@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what building and testing needs on Debian 12. Quiet when nothing is missing.
-usage='usage: scripts/install-deps.sh [--ci | --package | --coverage | --bench | --docs]
+usage='usage: scripts/install-deps.sh [--ci | --package | --analysis | --big-endian | --coverage | --bench | --docs]
 
 Installs the missing ones of the Debian packages that building, testing and the demo need; does and says nothing when
 all are there. As another user than root it prints the command to run and exits with 1.
@@ -9,6 +9,8 @@ all are there. As another user than root it prints the command to run and exits 
                 python3-jsonschema, pkg-config, abigail-tools, lintian, and groff, zsh and fish, which read man pages and
                 completions
   --package     also what only packages and their checks use: dpkg-dev, lintian, xz; --ci has it all
+  --analysis    also what only scripts/analyse uses: clang, clang-tidy, cppcheck
+  --big-endian  also what only scripts/test-big-endian uses: a compiler for s390x and an emulator that runs its programs
   --coverage    also what only scripts/coverage uses: gcovr, Python
   --bench       also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine
   --docs        also what only the site of the documentation uses: Doxygen, Python'
@@ -20,6 +22,8 @@ case "${1-}" in
   --ci) packages="$packages git ccache clang clang-format libclang-rt-14-dev valgrind gdb python3-jsonschema
     groff-base zsh fish pkg-config abigail-tools dpkg-dev lintian xz-utils" ;;
   --package) packages="$packages git pkg-config dpkg-dev lintian xz-utils clang" ;;
+  --analysis) packages="$packages clang clang-tidy cppcheck" ;;
+  --big-endian) packages="clang cmake ninja-build googletest binutils-s390x-linux-gnu libstdc++-12-dev-s390x-cross qemu-user-static" ;;
   --bench) packages="$packages libbenchmark-dev libprotobuf-dev protobuf-compiler hyperfine" ;;
   --docs) packages="$packages doxygen python3" ;;
   --coverage) packages="$packages gcovr python3" ;;

@@ -1,9 +1,11 @@
 #include "support/KySampleTree.h"
 
 #include <cctype>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
+#include <type_traits>
 
 #include "inventory/KyNInventoryIDs.h"
 #include "support/KyTestPool.h"
@@ -376,9 +378,17 @@ template <typename T>
 std::string exactNumber(KyTestPool& pool, const KyCInventoryParameter& parameter)
 {
   const T value = parameter.getValue<T>(pool);
-  unsigned long long bits = 0;
-  static_assert(sizeof(value) <= sizeof(bits), "the bits of every number fit");
-  std::memcpy(&bits, &value, sizeof(value));
+  std::uint64_t bits = 0;    // the number that they make, on machines of either byte order
+  if constexpr (std::is_same_v<T, double>)
+    std::memcpy(&bits, &value, sizeof(value));
+  else if constexpr (std::is_same_v<T, float>)
+  {
+    std::uint32_t half = 0;
+    std::memcpy(&half, &value, sizeof(value));
+    bits = half;
+  }
+  else
+    bits = static_cast<std::make_unsigned_t<T>>(value);
   return std::to_string(value) + " (bits " + std::to_string(bits) + ")";
 }
 
