@@ -12,7 +12,7 @@ struct KyHostSources
   std::string etcRoot = "/etc";
 
   // The start of a regular file, at most MAX_FILE bytes; empty when it cannot be read. Never blocks on a pipe.
-  static constexpr std::size_t MAX_FILE = 64 * 1024;
+  static constexpr std::size_t MAX_FILE = std::size_t{64} * 1024;
   static std::string readFile(const std::string& path);
   // As above, at most `most` bytes into content. 0, or the system's error number when the file cannot be read to that
   // point; content is then what came before.

@@ -129,7 +129,7 @@ KyNumberReading readScalingFrequency(const KyHostSources& sources, KyNumber pack
 // The highest "cpu MHz" of the processor's threads. Each thread is a paragraph of "key : value" lines.
 KyNumberReading readCpuinfoFrequency(const KyHostSources& sources, KyNumber package)
 {
-  constexpr std::size_t most = 16 * 1024 * 1024;    // some 1.5 KiB each for thousands of threads
+  constexpr std::size_t most = std::size_t{16} * 1024 * 1024;    // some 1.5 KiB each for thousands of threads
   constexpr unsigned int decimalsOfHertz = 6;
   const KyFileText file = readText(sources.procRoot + "/cpuinfo", most);
   KyNumber highest;

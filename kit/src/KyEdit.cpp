@@ -218,6 +218,7 @@ KyCInventoryParameter* changeParameter(KyCErrorListPool& pool, KyCInventoryItem&
   if (change.unit) parameter.setUnit(change.unit->c_str());
   if (change.isModifiable) parameter.setModifiableFlag(*change.isModifiable);
   if (change.relevance) parameter.setRelevance(*change.relevance);
+  // cppcheck-suppress returnDanglingLifetime ; the tree's, not the node's
   return &parameter;
 }
 

@@ -111,7 +111,7 @@ private:
   void line(unsigned int levels)
   {
     m_text += '\n';
-    m_text.append(2 * std::min(s_deepestIndent, 2 * m_depth + levels), ' ');
+    m_text.append(std::size_t{2} * std::min(s_deepestIndent, 2 * m_depth + levels), ' ');
   }
 
   std::string& m_text;

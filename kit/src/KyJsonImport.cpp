@@ -265,7 +265,7 @@ public:
     const std::size_t column = reason.find(", column ");
     const std::size_t colon = column == std::string::npos ? reason.find("] ") : reason.find(": ", column);
     if (colon != std::string::npos) reason.erase(0, colon + 2);
-    if (reason.size() > s_longest) reason = reason.substr(0, s_longest) + "...";
+    if (reason.size() > s_longest) reason.replace(s_longest, std::string::npos, "...");
     const TextPlace place = placeOf(m_text, m_begin + (position == 0 ? 0 : position - 1));
     m_pool.setError(KY_FORMAT_MSG_SYNTAX, __LINE__, m_function, "%s%u%u%s", "JSON", place.line, place.column,
                     reason.c_str());

@@ -62,6 +62,7 @@ public:
   {
     // Siblings that share an address are told once; there may be some among the first ones.
     const std::size_t enough = std::min<std::size_t>(m_candidates.size(), 8 * std::size_t{count});
+    // cppcheck-suppress containerOutOfBounds ; no more than there are
     const auto end = m_candidates.begin() + static_cast<std::ptrdiff_t>(enough);
     std::partial_sort(m_candidates.begin(), end, m_candidates.end(),
                       [](const Candidate& a, const Candidate& b)

@@ -120,7 +120,7 @@ private:
 
   void line(unsigned int levels, const std::string& content)
   {
-    m_text.append(4 * std::min(s_deepestIndent, m_depth + levels), ' ');
+    m_text.append(std::size_t{4} * std::min(s_deepestIndent, m_depth + levels), ' ');
     m_text += content;
     m_text += '\n';
   }

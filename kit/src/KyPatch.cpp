@@ -102,6 +102,7 @@ private:
   static std::vector<const Edit*> inOrder(const std::map<Sibling, Edit>& edits)
   {
     std::vector<const Edit*> ordered;
+    ordered.reserve(edits.size());
     for (const auto& [name, edit] : edits)
       ordered.push_back(&edit);
     std::sort(ordered.begin(), ordered.end(), [](const Edit* a, const Edit* b) { return a->order < b->order; });

@@ -477,6 +477,7 @@ private:
   {
     Json& parent = *m_open.back();
     if (parent.is_object()) return &(parent[m_key] = std::move(value));
+    // cppcheck-suppress accessMoved ; the line before has returned
     parent.push_back(std::move(value));
     return &parent.back();
   }

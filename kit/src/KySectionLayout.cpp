@@ -1,6 +1,6 @@
 // On x86 the size of a file of 2 GiB or more can only be told this way.
 #ifndef _FILE_OFFSET_BITS
-#define _FILE_OFFSET_BITS 64
+#define _FILE_OFFSET_BITS 64    // NOLINT: a name of the C library
 #endif
 
 #include "KySectionLayout.h"

@@ -104,11 +104,13 @@ bool sameValue(const KyCInventoryParameter& a, const KyCInventoryParameter& b)
               KyCErrorListPool pool;
               const T valueA = a.getValue<T>(pool);
               const T valueB = b.getValue<T>(pool);
+              // NOLINTBEGIN(bugprone-suspicious-memory-comparison,cert-exp42-c,cert-flp37-c): 0.0 is not -0.0 here
               if constexpr (std::is_floating_point_v<T>)
                 isSame = std::isnan(valueA) && std::isnan(valueB) ? storedBits(a) == storedBits(b)
                                                                   : std::memcmp(&valueA, &valueB, sizeof(T)) == 0;
               else
                 isSame = valueA == valueB;
+              // NOLINTEND(bugprone-suspicious-memory-comparison,cert-exp42-c,cert-flp37-c)
             });
   return isSame;
 }

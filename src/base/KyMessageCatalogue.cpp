@@ -18,6 +18,7 @@ __attribute__((section(".dataMSG"))) const char* const s_messages[] = {
     "Internal error. Kyrel Support information: Cannot write to buffer object.",
     "Cannot read from file.",
     "Out of memory.",
+    // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): one text on two lines
     "Inventory data file is incompatible. Kyrel Support information: Inventory section header has incompatible size "
     "%1 (expected %2).",
     "Inventory data file is incompatible. Kyrel Support information: Inventory section trailer has incompatible size "

@@ -2,7 +2,7 @@
 
 // On x86 a file of 2 GiB or more can only be opened this way; that its size does not fit long is reported later.
 #ifndef _FILE_OFFSET_BITS
-#define _FILE_OFFSET_BITS 64
+#define _FILE_OFFSET_BITS 64    // NOLINT: a name of the C library
 #endif
 
 #include <climits>

@@ -42,7 +42,7 @@ private:
 
   bool has(TOption option) const { return (m_options & option) != 0; }
   bool isPlain() const { return has(TOption::PLAIN); }
-  int nested(int depth, int levels) const { return deeperBy(depth, levels * m_step); }
+  int nested(int depth, int levels) const { return deeperBy(depth, static_cast<long long>(levels) * m_step); }
 
   void nameHead(THead& head, const KyCInventoryAddress& id, const char* description) const;
   bool writeItemHead(const KyCInventoryAddress& id, const char* description, int depth);

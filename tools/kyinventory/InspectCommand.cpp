@@ -104,7 +104,7 @@ void print(Output& out, const ByteNote& note)
   for (std::size_t at = 0; at < note.bytes.size(); at += s_bytesPerLine)
   {
     char text[24];
-    std::snprintf(text, sizeof(text), "%08llX ", static_cast<unsigned long long>(note.offset + at));
+    std::snprintf(text, sizeof(text), "%08llX ", static_cast<unsigned long long>(note.offset) + at);
     std::string columns = text;
     const std::size_t count = std::min(s_bytesPerLine, note.bytes.size() - at);
     for (std::size_t n = at; n < at + count; ++n)

@@ -416,7 +416,7 @@ int Shell::diff(const Words&)
 
 std::vector<std::string> Shell::complete(const std::string& line, std::size_t& wordBegin)
 {
-  const std::size_t command = line.find_last_of(";") + 1;    // npos + 1 is 0
+  const std::size_t command = line.find_last_of(';') + 1;    // npos + 1 is 0
   const std::size_t blank = line.find_last_of(" \t;");
   wordBegin = blank == line.npos ? 0 : blank + 1;
   const std::string word = line.substr(wordBegin);

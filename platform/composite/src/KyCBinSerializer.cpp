@@ -20,7 +20,7 @@ struct KyCBinSerializer::TTextOut
 
 namespace
 {
-constexpr std::uint64_t TEXT_OVERHEAD = 2 * MAX_VARINT_SIZE;    // number and length of a text
+constexpr std::uint64_t TEXT_OVERHEAD = std::uint64_t{2} * MAX_VARINT_SIZE;    // number and length of a text
 
 unsigned char* putText(unsigned char* to, std::uint32_t number, const char* text, std::size_t length) noexcept
 {
@@ -159,7 +159,7 @@ inline std::uint64_t KyCBinSerializer::valueRoom(const KyCParam& parameter) noex
     case KyCParam::TYPE_STRING:
       return std::uint64_t{MAX_VARINT_SIZE} + static_cast<const KyCString*>(parameter.getLocation())->length();
     case KyCParam::TYPE_VERSION:
-      return 4 * MAX_VARINT_SIZE;
+      return std::uint64_t{4} * MAX_VARINT_SIZE;
     default:
       return numberSize(parameter.getType());
   }

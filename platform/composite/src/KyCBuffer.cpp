@@ -28,6 +28,7 @@ void copyScalar(unsigned char* to, const unsigned char* from, unsigned int size)
     copy[n] = from[size - 1 - n];
 #endif
   }
+  // cppcheck-suppress uninitvar ; as many bytes as the loop has filled
   std::memcpy(to, copy, size);
 }
 

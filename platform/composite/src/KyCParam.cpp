@@ -85,6 +85,7 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
 }
 
 // Twelve constructors that differ in the value alone: KY_NUMBER_CONSTRUCTOR(type of the value, type code).
+// NOLINTBEGIN(bugprone-macro-parentheses): a type takes none
 #define KY_NUMBER_CONSTRUCTOR(T, TYPE)                                                                              \
   KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* description, unsigned int flags, T value, \
                      T* external) noexcept                                                                          \
@@ -93,6 +94,7 @@ KyCParam::KyCParam(KyCErrorListPool& pool, unsigned int id, const char* descript
     takeDescription(pool, description);                                                                             \
     startNumber(&value, sizeof(value), external);                                                                   \
   }
+// NOLINTEND(bugprone-macro-parentheses)
 
 KY_NUMBER_CONSTRUCTOR(signed char, TYPE_INT8)
 KY_NUMBER_CONSTRUCTOR(short, TYPE_INT16)

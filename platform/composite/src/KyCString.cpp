@@ -92,6 +92,7 @@ void KyCString::adopt(TBlock* fresh, const char* text, unsigned int length) noex
   m_bits = blockBits(fresh);
 }
 
+// NOLINTNEXTLINE(cert-oop54-cpp): the assignment to itself is looked after by the order of the steps
 KyCString& KyCString::operator=(const KyCString& other) noexcept
 {
   const std::uint64_t bits = other.m_bits;

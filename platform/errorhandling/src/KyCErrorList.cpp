@@ -33,9 +33,11 @@ void KyCErrorList::setError(unsigned int code, unsigned int line, const char* fu
 bool KyCErrorList::reserve(unsigned int capacity) noexcept
 {
   if (capacity <= m_entryCapacity) return true;
+  // NOLINTBEGIN(bugprone-sizeof-expression): an array of pointers
   const std::size_t count = capacity;
   if (count > SIZE_MAX / sizeof *m_entries) return false;    // on a 32-bit machine
   void* const grown = std::realloc(m_entries, count * sizeof *m_entries);
+  // NOLINTEND(bugprone-sizeof-expression)
   if (grown == nullptr) return false;
   m_entries = static_cast<KyErrorEntry**>(grown);
   m_entryCapacity = capacity;

@@ -20,6 +20,7 @@ bool reserveOne() noexcept
 {
   if (s_count < s_capacity) return true;
   const unsigned int capacity = s_capacity == 0 ? 8 : 2 * s_capacity;
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers
   void* const grown = std::realloc(s_tables, capacity * sizeof *s_tables);
   if (grown == nullptr) return false;
   s_tables = static_cast<const KyResText**>(grown);
@@ -61,6 +62,7 @@ void KyNMessageTables::remove(const KyResText* table) noexcept
   while (n > 0 && s_tables[n - 1] != table)
     --n;
   if (n == 0) return;
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers
   std::memmove(s_tables + n - 1, s_tables + n, (s_count - n) * sizeof *s_tables);
   --s_count;
 }

@@ -125,6 +125,7 @@ private:
   bool isInline() const noexcept { return (m_inline[TAG_BYTE] & 1u) != 0; }
   unsigned int inlineLength() const noexcept { return static_cast<unsigned int>(m_inline[TAG_BYTE]) >> 1; }
   const char* inlineText() const noexcept { return reinterpret_cast<const char*>(m_inline) + TEXT_BYTE; }
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): text and pointer share 8 bytes on both word sizes
   TBlock* block() const noexcept { return reinterpret_cast<TBlock*>(static_cast<std::uintptr_t>(m_bits)); }
   void share() const noexcept { block()->references.fetch_add(1, std::memory_order_relaxed); }
   void release() noexcept;
