@@ -167,7 +167,7 @@ public:
         return Measure{[=, &rack] { section(rack); },
                        [=]
                        {
-                         m_work = extract();
+                         m_work = extract(m_section);
                          return parameters;
                        },
                        [=] { m_work.reset(); }};
@@ -248,11 +248,10 @@ public:
     m_work = build(rack, rack.channels());
     if (isRead)
     {
-      store(*m_work, &m_section);
+      std::string stored;    // gone at the end: what is held is the tree alone
+      store(*m_work, &stored);
       m_work.reset();
-      m_work = extract();
-      std::string().swap(m_section);    // an assignment would keep the memory
-      m_sectionOf = nullptr;
+      m_work = extract(stored);
     }
     return true;
   }
@@ -294,12 +293,12 @@ private:
       section->assign(reinterpret_cast<const char*>(buffer.getStorage()), buffer.getWritePosition());
   }
 
-  Tree extract()
+  static Tree extract(const std::string& stored)
   {
     KyCErrorListPool pool;
     KyCInventoryItem* root = nullptr;
-    KyCInventoryData::extractInventoryTreeFromMem(pool, reinterpret_cast<const unsigned char*>(m_section.data()),
-                                                  static_cast<unsigned int>(m_section.size()), root);
+    KyCInventoryData::extractInventoryTreeFromMem(pool, reinterpret_cast<const unsigned char*>(stored.data()),
+                                                  static_cast<unsigned int>(stored.size()), root);
     if (root == nullptr) std::abort();
     return Tree(root);
   }
