@@ -10,7 +10,7 @@ all are there. As another user than root it prints the command to run and exits 
                 completions
   --package     also what only packages and their checks use: dpkg-dev, lintian, xz; --ci has it all
   --analysis    also what only scripts/analyse uses: clang, clang-tidy, cppcheck
-  --big-endian  also what only scripts/test-big-endian uses: a compiler for s390x and an emulator that runs its programs
+  --big-endian  also what only scripts/test-big-endian uses: clang, libraries and linker for s390x, its emulator
   --coverage    also what only scripts/coverage uses: gcovr, Python
   --bench       also what only the benchmarks use: Google Benchmark, protocol buffers, hyperfine
   --docs        also what only the site of the documentation uses: Doxygen, Python'
