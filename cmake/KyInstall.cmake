@@ -72,7 +72,8 @@ endfunction()
 # ky_install_documents(): pages and examples.
 function(ky_install_documents)
   install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT documents)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT documents
+    PATTERN site EXCLUDE)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
     FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.expected" PATTERN "README.md")
   install(FILES ${PROJECT_SOURCE_DIR}/cmake/examples.cmake RENAME CMakeLists.txt
