@@ -334,7 +334,8 @@ private:
     value.type = m_input.below(12);
     value.bits = m_input.number(4);
     value.bits = value.bits << 32 | (value.bits * 40503u);
-    if (value.type == 10) value.text.assign(value.bits % 20, static_cast<char>('a' + value.bits % 26));
+    if (value.type == 10)
+      value.text.assign(static_cast<std::size_t>(value.bits % 20), static_cast<char>('a' + value.bits % 26));
     return value;
   }
 
