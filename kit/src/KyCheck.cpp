@@ -378,6 +378,7 @@ public:
                         entry.code <= s_lastSharedWarning;
     if (isOurs)
     {
+      if (*entry.text == '\0') throw std::bad_alloc();    // there was no memory for it
       if (m_findings.count(Severity::WARNING, entry.code))
         m_findings.list(Severity::WARNING, entry.code, Finding::NOWHERE, itemNamedIn(entry.text), entry.text);
     }

@@ -10,6 +10,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <vector>
 
 #include "KyKitMessages.h"
@@ -44,11 +46,9 @@ bool writeAll(int file, const std::string& bytes)
 // The file that a path finally leads to, so that a link stays a link when its file is replaced.
 std::string resolved(const std::string& path)
 {
-  char* real = ::realpath(path.c_str(), nullptr);
-  if (real == nullptr) return path;
-  const std::string result = real;
-  std::free(real);
-  return result;
+  const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
+  if (real == nullptr && errno == ENOMEM) throw std::bad_alloc();    // or a link would be taken for what it leads to
+  return real != nullptr ? real.get() : path;
 }
 
 void flushFolderOf(const std::string& path)

@@ -273,7 +273,8 @@ TEST_F(ToolFaults, killedAtAnyCallTheTargetIsTheOldOneOrTheNewOneAndTheCommandCa
         Outcome outcome = run(command, {fault});
         if (!outcome.isHit) break;
         ++runs;
-        EXPECT_EQ(outcome.signal, SIGKILL);
+        // A topology is tried out in a process of its own first: scan tells of that one's end.
+        EXPECT_TRUE(outcome.signal == SIGKILL || outcome.exitCode == 3);
         const Files left = outcome.files;
         const std::string temporary = std::string(command.target) + ".";
         for (auto file = outcome.files.begin(); file != outcome.files.end();)
