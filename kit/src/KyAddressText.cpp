@@ -5,6 +5,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "KyKitMessages.h"
 #include "KyNearest.h"
@@ -38,18 +39,42 @@ public:
 
   bool read(KyCInventoryAddress& address)
   {
+    std::vector<KyCInventoryAddress> parts;    // in front of the address, each longer than the one behind it
     for (;;)
     {
       KyCInventoryAddress::TElement element = {0, 1};
       if (!readID(element.id) || !readIndex(element.index)) return false;
       address.append(KyCInventoryAddress(element.id, element.index));
-      if (m_at == m_text.size()) return true;
+      if (m_at == m_text.size()) break;
       if (m_text[m_at] != '/') return expected("\"/\" or \"[\"");
       ++m_at;
+      if (address.getLength() == PART_LENGTH) putBehind(parts, address);
     }
+    while (!parts.empty())
+      takeInFront(parts, address);
+    return true;
   }
 
 private:
+  // An address takes a new array for each element that is appended. So a long one is put together from parts, of which only
+  // those of about one length are joined: each element is copied as often as the number of elements can be halved.
+  static constexpr unsigned int PART_LENGTH = 64;
+
+  static void putBehind(std::vector<KyCInventoryAddress>& parts, KyCInventoryAddress& address)
+  {
+    while (!parts.empty() && parts.back().getLength() <= address.getLength())
+      takeInFront(parts, address);
+    parts.push_back(std::move(address));
+    address.clear();
+  }
+
+  static void takeInFront(std::vector<KyCInventoryAddress>& parts, KyCInventoryAddress& address)
+  {
+    parts.back().append(address);
+    address = std::move(parts.back());
+    parts.pop_back();
+  }
+
   static bool isNamePart(char c)
   {
     return c == '_' || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
