@@ -247,21 +247,12 @@ const KyScenario s_kitFiles[] = {
      }},
 };
 
-template <std::size_t N>
-void runAll(const KyScenario (&scenarios)[N])
-{
-  const KySilentListener silence;
-  KyFailures failures;
-  for (const KyScenario& scenario : scenarios)
-    failures += kyRunWithEveryFailure(scenario);
-  std::printf("%u failures\n", failures.runs);
-}
 }    // namespace
 
-TEST(KitNoMemory, trees) { runAll(s_kit); }
+TEST(KitNoMemory, trees) { kyRunAll(s_kit); }
 TEST(KitNoMemory, files)
 {
-  runAll(s_kitFiles);
+  kyRunAll(s_kitFiles);
   std::remove(filePath("tree.kyinv").c_str());
   EXPECT_EQ(std::remove(filePath("").c_str()), 0) << "something stays in the folder";
 }

@@ -13,6 +13,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <cstdio>
 
 #include <cstdlib>
 #include <memory>
@@ -96,3 +97,15 @@ unsigned int kyNextFailure(unsigned int n);
 
 // Lets each allocation fail once, each with all behind it, and each of the pool allocator's.
 KyFailures kyRunWithEveryFailure(const KyScenario& scenario);
+
+// All scenarios of a table, with nobody listening; tells how many failures that were.
+template <std::size_t N>
+void kyRunAll(const KyScenario (&scenarios)[N])
+{
+  const KySilentListener silence;
+  KyFailures failures;
+  for (const KyScenario& scenario : scenarios)
+    failures += kyRunWithEveryFailure(scenario);
+  ::testing::Test::RecordProperty("failures", static_cast<int>(failures.runs));
+  std::printf("%u failures\n", failures.runs);
+}

@@ -785,23 +785,13 @@ const KyScenario s_files[] = {
      }},
 };
 
-template <std::size_t N>
-void runAll(const KyScenario (&scenarios)[N])
-{
-  const KySilentListener silence;
-  KyFailures failures;
-  for (const KyScenario& scenario : scenarios)
-    failures += kyRunWithEveryFailure(scenario);
-  ::testing::Test::RecordProperty("failures", static_cast<int>(failures.runs));
-  std::printf("%u failures\n", failures.runs);
-}
 }    // namespace
 
-TEST(NoMemory, errorHandling) { runAll(s_errorHandling); }
-TEST(NoMemory, composite) { runAll(s_composite); }
-TEST(NoMemory, compositeFactory) { runAll(s_compositeFactory); }
-TEST(NoMemory, addressesAndIDs) { runAll(s_ids); }
-TEST(NoMemory, items) { runAll(s_items); }
-TEST(NoMemory, parameters) { runAll(s_parameters); }
-TEST(NoMemory, sections) { runAll(s_sections); }
-TEST(NoMemory, files) { runAll(s_files); }
+TEST(NoMemory, errorHandling) { kyRunAll(s_errorHandling); }
+TEST(NoMemory, composite) { kyRunAll(s_composite); }
+TEST(NoMemory, compositeFactory) { kyRunAll(s_compositeFactory); }
+TEST(NoMemory, addressesAndIDs) { kyRunAll(s_ids); }
+TEST(NoMemory, items) { kyRunAll(s_items); }
+TEST(NoMemory, parameters) { kyRunAll(s_parameters); }
+TEST(NoMemory, sections) { kyRunAll(s_sections); }
+TEST(NoMemory, files) { kyRunAll(s_files); }
