@@ -90,30 +90,41 @@ KyCComposite::KyCComposite(KyCErrorListPool&, unsigned int classId, unsigned int
 
 KyCComposite::~KyCComposite()
 {
-  if (m_parent != nullptr) m_parent->unlinkChild(this);
+  if (m_parent != nullptr)
+    m_parent->unlinkChild(this);
+  else if (m_previous != nullptr)
+    m_previous->takeChildrenOf(*this);
   deleteChildren();
   deleteParameters();
   delete m_indexes;
   replaceDescription(s_noText, false);
 }
 
-// Goes down to a node without children, deletes it, and goes on at its parent: links always hold, whatever the
-// destructors of derived nodes do, and each destructor finds nothing below it that would make it recurse.
+// Destructors run in the order of a recursion, each node before what is below it, without one: a node that is deleted here
+// finds this one in its m_previous, which means nothing else without a parent, and leaves its children to it. Links always
+// hold, whatever the destructors of derived nodes do.
 void KyCComposite::deleteChildren() noexcept
 {
-  KyCComposite* node = this;
-  while (node != this || m_firstChild != nullptr)
+  while (KyCComposite* const node = m_firstChild)
   {
-    while (node->m_firstChild != nullptr)
-    {
-      if (node->m_indexes != nullptr) dropIndex(node->m_indexes->children);
-      node = node->m_firstChild;
-    }
-    KyCComposite* const parent = node->m_parent;
-    parent->unlinkChild(node);
+    if (m_indexes != nullptr) dropIndex(m_indexes->children);
+    unlinkChild(node);
+    node->m_previous = this;
     delete node;
-    node = parent;
   }
+}
+
+// Puts the children of a node that is being deleted in front of this node's own.
+void KyCComposite::takeChildrenOf(KyCComposite& node) noexcept
+{
+  if (node.m_firstChild == nullptr) return;
+  if (m_indexes != nullptr) dropIndex(m_indexes->children);
+  for (KyCComposite* child = node.m_firstChild; child != nullptr; child = child->m_next)
+    child->m_parent = this;
+  node.m_lastChild->m_next = m_firstChild;
+  (m_firstChild != nullptr ? m_firstChild->m_previous : m_lastChild) = node.m_lastChild;
+  m_firstChild = node.m_firstChild;
+  node.m_firstChild = node.m_lastChild = nullptr;
 }
 
 void KyCComposite::deleteParameters() noexcept

@@ -544,7 +544,7 @@ private:
 
 }    // namespace
 
-TEST(KyCComposite, derivedDestructorsSeeAnIntactNodeChildrenFirst)
+TEST(KyCComposite, derivedDestructorsSeeAnIntactNodeBeforeThoseOfItsChildren)
 {
   KyTestPool pool;
   std::vector<std::string> diary;
@@ -558,7 +558,7 @@ TEST(KyCComposite, derivedDestructorsSeeAnIntactNodeChildrenFirst)
   outer->addParameter(pool, new (pool) KyTestParam(pool, 1));
   inner->addParameter(pool, new (pool) KyTestParam(pool, 1));
   delete root;
-  EXPECT_EQ((std::vector<std::string>{"3 free childless, parameter there", "2 free childless, parameter there"}),
+  EXPECT_EQ((std::vector<std::string>{"2 free with children, parameter there", "3 free childless, parameter there"}),
             diary);
   EXPECT_EQ(0u, KyTestNode::s_alive);
   EXPECT_NO_REPORTS(pool);

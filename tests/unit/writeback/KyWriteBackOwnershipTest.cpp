@@ -1,6 +1,7 @@
 // Who destroys updaters and pending values, and when: each exactly once, on every path.
 
 #include <memory>
+#include <vector>
 
 #include "inventory/KyCInventoryAuxInfo.h"
 #include "inventory/KyCInventoryItem.h"
@@ -315,4 +316,36 @@ TEST_F(KyWriteBackOwnership, endsWithWhatAMergeDrops)
     EXPECT_EQ(m_updatersEnded, 1u);
     EXPECT_FALSE(merged->getParameter(SIZE)->isDesignatedValueValid());
   }
+}
+
+// Reads what stands below its own item in its destructor.
+class KyReadingUpdater : public KyIUpdater
+{
+public:
+  KyReadingUpdater(const KyCInventoryItem& item, std::vector<int>& values) : m_item(item), m_values(values) {}
+  ~KyReadingUpdater() override
+  {
+    KyTestPool pool;
+    m_values.push_back(m_item.getValue<int>(pool, IOCHANNEL / SIZE));
+    EXPECT_NO_REPORTS(pool);
+  }
+
+private:
+  const KyCInventoryItem& m_item;
+  std::vector<int>& m_values;
+};
+
+// An item ends before what hangs below it, however deep it hangs itself: its updater finds all of that in place.
+TEST_F(KyWriteBackOwnership, anUpdaterEndsBeforeWhatHangsBelowItsItem)
+{
+  std::vector<int> values;
+  {
+    KySampleTree tree(
+        "ROOT/UPDATE_ELEMENT/IOCHANNEL SIZE=2; "
+        "ROOT/UPDATE_ELEMENT/UPDATE_ELEMENT/IOCHANNEL SIZE=3; ROOT/UPDATE_ELEMENT[2]/IOCHANNEL SIZE=4");
+    for (const char* address : {"UPDATE_ELEMENT/UPDATE_ELEMENT", "UPDATE_ELEMENT[2]", "UPDATE_ELEMENT"})
+      tree.item(address)->setUpdater(m_pool, new KyReadingUpdater(*tree.item(address), values));
+  }
+  EXPECT_EQ(values, (std::vector<int>{2, 3, 4})) << "in list order, each item before its sub-items";
+  EXPECT_NO_REPORTS(m_pool);
 }

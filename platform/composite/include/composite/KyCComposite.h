@@ -41,8 +41,9 @@ public:
 
   // Virtual operations, in slot order. The base does nothing in any of them but the destructor.
 
-  // Unlinks the node from its parent, if it has one, and deletes its parameters, its children and all below them: each
-  // exactly once and without a parent any more, children before the node they hung in. The stack does not grow with the
+  // Unlinks the node from its parent, if it has one, and deletes its children with all below them, and its parameters:
+  // each exactly once. The destructors of derived nodes run in list order, each before those of the nodes below it: it
+  // finds its node without a parent any more, but with all children and parameters. The stack does not grow with the
   // depth of the tree. Friend links to the deleted nodes are not looked for.
   virtual ~KyCComposite();
   virtual void update(KyCErrorListPool& pool);
@@ -169,6 +170,7 @@ private:
   bool isInside(const KyCComposite* root) const noexcept;
   void unlinkChild(KyCComposite* child) noexcept;
   void deleteChildren() noexcept;
+  void takeChildrenOf(KyCComposite& node) noexcept;
   void deleteParameters() noexcept;
   void unlinkParameterBehind(KyCParam* previous, KyCParam* parameter) noexcept;
   KyCParam* parameterBefore(const KyCParam* parameter) const noexcept;
