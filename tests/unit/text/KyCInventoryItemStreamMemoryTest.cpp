@@ -43,17 +43,38 @@ public:
     KyWatchedAllocator* const watcher = s_active;
     if (watcher == nullptr) return true;
     s_active = nullptr;
-    watcher->m_requests.push_back({growing, size});
+    const bool isCounted = watcher->counts(growing, size);
+    if (isCounted) watcher->m_requests.push_back({growing, size});
     s_active = watcher;
-    return watcher->m_requests.size() <= watcher->m_refuseFrom;
+    return !isCounted || watcher->m_requests.size() <= watcher->m_refuseFrom;
+  }
+
+  // Only growths count, and of these the ones for texts of another length than this one. A block grows by the text's length and 1024.
+  //
+  //   capacity   bytes that the block has now
+  void passOver(std::size_t textLength, std::size_t capacity)
+  {
+    m_passedOver = textLength;
+    m_capacity = capacity;
   }
 
   const std::vector<TRequest>& requests() const { return m_requests; }
   bool hasRefused() const { return m_requests.size() > m_refuseFrom; }
 
 private:
+  bool counts(bool growing, std::size_t size)
+  {
+    if (m_passedOver == 0) return true;
+    if (!growing) return false;
+    const std::size_t grown = size - m_capacity;
+    m_capacity = size;
+    return grown != m_passedOver + 1024;
+  }
+
   static KyWatchedAllocator* s_active;
   std::size_t m_refuseFrom;
+  std::size_t m_passedOver = 0;    // a text's length; 0: none
+  std::size_t m_capacity = 0;
   std::vector<TRequest> m_requests;
 };
 
@@ -193,6 +214,82 @@ TEST_F(DumpMemory, toStringReportsAndIsEmptyWhicheverAllocationFails)
     }
     EXPECT_TRUE(refused || whole == result.c_str());
   }
+}
+
+// What every kind of line needs: a value that is known beforehand, one of several lines, one that is escaped, one of an
+// unknown type; units; an index; an item within the item.
+void fillWithEveryKindOfLine(DumpMemory& test, KyCInventoryItem& item)
+{
+  test.addParameter(item, KyNInventoryIDs::SIZE, "SIZE", -5, "mV", true, 3);
+  test.addParameter(item, KyNInventoryIDs::NAME, "NAME", KyCString("plain"));
+  test.addParameter(item, KyNInventoryIDs::LOCATION, "LOCATION", KyCString("a\n<b>\nc"));
+  test.addParameter(item, KyNInventoryIDs::STATUS, "STATUS", KyCString("<up>"));
+  test.addParameter(item, KyCInventoryAddress(70000u), "no name of its own", 1u);
+  auto* const unknown = new KyCInventoryParameter(test.pool, KyNInventoryIDs::OFFSET, "OFFSET", 0x999u);
+  ASSERT_EQ(item.addParameter(test.pool, KyNInventoryIDs::THIS_NODE, unknown), &item);
+  test.addItem(item, KyNInventoryIDs::BOARD[2], "BOARD");
+}
+
+constexpr int optionSets[] = {0, MyStream::PLAIN, MyStream::ITEM_DESCRIPTION | MyStream::PARAMETER_DESCRIPTION,
+                              MyStream::PLAIN | MyStream::ITEM_DESCRIPTION | MyStream::PARAMETER_DESCRIPTION,
+                              MyStream::NO_VALUE | MyStream::ID_AS_NUMBER | MyStream::INDEX_WITH_DOT};
+
+// Lines are collected in a segment of 8 KiB. Whichever line finds it full, the dump ends there.
+TEST_F(DumpMemory, renderingStopsAtWhicheverLineTheBufferCannotGrow)
+{
+  for (const int options : optionSets)
+  {
+    for (unsigned int length = 6800; length <= 8200; ++length)
+    {
+      KyCInventoryItem item(pool, KyNInventoryIDs::ROOT, "ROOT");
+      addParameter(item, KyNInventoryIDs::GAIN, "GAIN", 1, text(length).c_str());
+      fillWithEveryKindOfLine(*this, item);
+      MyStream stream(false);
+      bool written = true;
+      bool refused = false;
+      {
+        const KyWatchedAllocator watcher(0);
+        written = item.writeToStream(pool, options, 0, stream);
+        refused = watcher.hasRefused();
+      }
+      ASSERT_TRUE(refused && !written) << options << " " << length;
+      ASSERT_TRUE(stream.getString().isEmpty());
+      pool.takeReports();    // of the value that has no type, where it stands before the failure
+    }
+  }
+}
+
+// So deep that no line has room in the segment: every blank and every mark is a write of its own, and each mark is the one
+// for which the buffer cannot grow.
+TEST_F(DumpMemory, renderingStopsAtWhicheverMarkTheBufferCannotGrow)
+{
+  constexpr int depth = 2100;
+  constexpr std::size_t blankLength = 4;
+  fillWithEveryKindOfLine(*this, root);
+  const int descriptions = MyStream::ITEM_DESCRIPTION | MyStream::PARAMETER_DESCRIPTION;
+  unsigned int failures = 0;
+  for (unsigned int room = 0; room < 1024; ++room)
+  {
+    const int options = room % 8 == 0 ? MyStream::PLAIN | descriptions : descriptions;
+    bool refused = true;
+    for (std::size_t n = 0; refused; ++n)
+    {
+      MyStream stream(false);
+      ASSERT_TRUE(stream.write(text(1024 - room).c_str()));
+      bool written = false;
+      {
+        KyWatchedAllocator watcher(n);
+        watcher.passOver(blankLength, 1024);
+        written = root.writeToStream(pool, options, depth, stream);
+        refused = watcher.hasRefused();
+      }
+      ASSERT_EQ(written, !refused) << room << " " << n;
+      ASSERT_EQ(stream.getString().isEmpty(), refused);
+      failures += refused ? 1 : 0;
+      pool.takeReports();
+    }
+  }
+  EXPECT_GT(failures, 300u);
 }
 
 TEST_F(DumpMemory, toStringReportsBehindTheBaseLibraryWhenTheFinishedStringFails)
