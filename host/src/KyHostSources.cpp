@@ -9,25 +9,49 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <memory>
+#include <new>
 
 namespace
 {
 // The names in a folder, in no order, hidden ones left out.
 std::vector<std::string> entriesOf(const std::string& path)
 {
+  const auto closeFolder = [](DIR* open) { closedir(open); };
+  const std::unique_ptr<DIR, decltype(closeFolder)> folder(opendir(path.c_str()), closeFolder);
   std::vector<std::string> names;
-  DIR* const directory = opendir(path.c_str());
-  if (directory == nullptr) return names;
+  if (folder == nullptr)
+  {
+    if (errno == ENOMEM) throw std::bad_alloc();    // a folder that is there must not seem to be missing
+    return names;
+  }
   unsigned int seen = 0;
-  for (const dirent* found = readdir(directory); found != nullptr && seen < KyHostSources::MAX_ENTRIES;
-       found = readdir(directory))
+  for (const dirent* found = readdir(folder.get()); found != nullptr && seen < KyHostSources::MAX_ENTRIES;
+       found = readdir(folder.get()))
   {
     ++seen;
     if (found->d_name[0] != '.') names.emplace_back(found->d_name);
   }
-  closedir(directory);
   return names;
 }
+
+// An open file, closed at the end.
+class KyOpenFile
+{
+public:
+  explicit KyOpenFile(const std::string& path) : m_file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {}
+  ~KyOpenFile()
+  {
+    if (m_file >= 0) close(m_file);
+  }
+  KyOpenFile(const KyOpenFile&) = delete;
+  KyOpenFile& operator=(const KyOpenFile&) = delete;
+
+  int handle() const { return m_file; }
+
+private:
+  const int m_file;
+};
 }    // namespace
 
 std::string KyHostSources::readFile(const std::string& path)
@@ -40,21 +64,20 @@ std::string KyHostSources::readFile(const std::string& path)
 int KyHostSources::readFile(const std::string& path, std::size_t most, std::string& content)
 {
   content.clear();
-  const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (file < 0) return errno;
+  const KyOpenFile file(path);
+  if (file.handle() < 0) return errno;
   struct stat status = {};
-  int failure = fstat(file, &status) != 0 ? errno : S_ISDIR(status.st_mode) ? EISDIR : 0;
+  int failure = fstat(file.handle(), &status) != 0 ? errno : S_ISDIR(status.st_mode) ? EISDIR : 0;
   if (failure == 0 && !S_ISREG(status.st_mode)) failure = EINVAL;
   char block[4096];
   while (failure == 0 && content.size() < most)
   {
-    const ssize_t count = read(file, block, std::min(sizeof block, most - content.size()));
+    const ssize_t count = read(file.handle(), block, std::min(sizeof block, most - content.size()));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) failure = errno;
     if (count <= 0) break;
     content.append(block, static_cast<std::size_t>(count));
   }
-  close(file);
   return failure;
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <new>
 #include <string_view>
 #include <system_error>
 
@@ -270,17 +271,23 @@ KyReading<double> readTemperature(const KyHostSources& sources, const KyCInvento
 
 // ---- update methods
 
-// Sets the parameter to what is read now; a value that cannot be read is one report and leaves it as it is.
+void reportParameter(KyCErrorListPool& pool, const char* function, const KyCInventoryParameter& parameter,
+                     const char* reason)
+{
+  const char* const name = parameter.getIDString();
+  pool.setError(KY_HOST_MSG_NO_LIVE_VALUE, __LINE__, function, "%s%s", name != nullptr ? name : "", reason);
+}
+
 template <typename T>
-bool updateFrom(KyReading<T> (*read)(const KyHostSources&, const KyCInventoryItem&), const char* function,
-                KyCErrorListPool& pool, KyCInventoryParameter& parameter)
+using KyReader = KyReading<T> (*)(const KyHostSources&, const KyCInventoryItem&);
+
+template <typename T>
+bool setToReading(KyReader<T> read, const char* function, KyCErrorListPool& pool, KyCInventoryParameter& parameter)
 {
   const KyCInventoryItem* const item = parameter.getParent();
   if (item == nullptr)
   {
-    const char* const name = parameter.getIDString();
-    pool.setError(KY_HOST_MSG_NO_LIVE_VALUE, __LINE__, function, "%s%s", name != nullptr ? name : "",
-                  "the parameter belongs to no item");
+    reportParameter(pool, function, parameter, "the parameter belongs to no item");
     return false;
   }
   const KyReading<T> reading = read(KyCMachineRoot::sourcesOf(*item), *item);
@@ -292,6 +299,22 @@ bool updateFrom(KyReading<T> (*read)(const KyHostSources&, const KyCInventoryIte
   const unsigned int errorCount = pool.getErrorCount();
   parameter.setValue<T>(pool, *reading.value);
   return pool.getErrorCount() == errorCount;
+}
+
+// Sets the parameter to what is read now; a value that cannot be read is one report and leaves it as it is. No exception
+// leaves: the library that calls has the rest of the tree to go on with.
+template <typename T>
+bool updateFrom(KyReader<T> read, const char* function, KyCErrorListPool& pool, KyCInventoryParameter& parameter)
+{
+  try
+  {
+    return setToReading(read, function, pool, parameter);
+  }
+  catch (const std::bad_alloc&)
+  {
+    reportParameter(pool, function, parameter, "out of memory");
+    return false;
+  }
 }
 
 bool updateAvailableMemory(KyCErrorListPool& pool, KyCInventoryItem*, KyCInventoryParameter* parameter)

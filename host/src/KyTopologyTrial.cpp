@@ -1,6 +1,7 @@
 // KyTopologyTrial.cpp: see KyTopologyTrial.h.
 #include "KyTopologyTrial.h"
 
+#include <fcntl.h>
 #include <hwloc.h>
 #include <poll.h>
 #include <signal.h>
@@ -51,7 +52,7 @@ bool loads(const std::string& xml)
 [[noreturn]] void runChild(const std::string& xml, int answer)
 {
   makeCrashesQuiet();
-  const int chatter = memfd_create("topology", 0);
+  const int chatter = memfd_create("topology", MFD_CLOEXEC);
   if (chatter >= 0)
   {
     dup2(chatter, STDOUT_FILENO);
@@ -78,7 +79,7 @@ bool awaitAnswer(int answer)
 KyTopologyTrial tryTopology(const std::string& xml)
 {
   int ends[2] = {-1, -1};
-  if (pipe(ends) != 0) return KyTopologyTrial::NOT_RUN;
+  if (pipe2(ends, O_CLOEXEC) != 0) return KyTopologyTrial::NOT_RUN;
   const pid_t child = fork();
   if (child < 0)
   {
