@@ -116,6 +116,19 @@ public:
 
   ~KyCInventoryParameter() override;
 
+  // What every constructor but the copy ends with: checks the address and sets what a parameter has beside ID,
+  // description and value. It may be called again later; ID and description stay then, whatever is given here.
+  //
+  //   address      is only checked
+  //   description  names the parameter in the report; null is told as "not specified"
+  //   unit, modifiable, relevance   as with the constructors
+  //
+  // Errors:  0x1301000  the address has not exactly one element; what follows is done all the same
+  //          base codes when memory runs out: the unit is then as it was
+  // Kept on purpose: auxiliary info that the parameter has is dropped, not deleted.
+  void init(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description, const char* unit,
+            bool modifiable, unsigned int relevance);
+
   // What the parameter says of itself. None of these can fail, but setUnit and getTypeAsString, which throw
   // std::bad_alloc with no memory left; the unit stays then. Texts are borrowed from the parameter (the ID's name: from
   // KyNInventoryIDs::Map) and never null, but for getIDString of an ID that is not predefined.
@@ -248,14 +261,12 @@ private:
   };
   static TIdentity identityOf(const KyCInventoryAddress& address, const char* description) noexcept;
   template <typename T>
-  KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, const T& value, const char* unit,
-                        bool modifiable, unsigned int relevance);
+  KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, const T& value, T* location);
   KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, unsigned int typeAndFlags);
   // Described by the registered name of its ID.
   template <typename T>
   KyCInventoryParameter(KyCErrorListPool& pool, unsigned int id, TStaticText name, unsigned int type, const T& value);
 
-  void checkAddress(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description) const;
   template <typename T>
   void adoptDesignatedValueAs(KyCErrorListPool& pool);
 

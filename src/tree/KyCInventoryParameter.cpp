@@ -21,21 +21,18 @@ KyCInventoryParameter::TIdentity KyCInventoryParameter::identityOf(const KyCInve
 
 template <typename T>
 KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const TIdentity& identity, const T& value,
-                                             const char* unit, bool modifiable, unsigned int relevance)
-    : KyCParam(pool, identity.id, identity.description, identity.flags, value, static_cast<T*>(nullptr)),
-      m_modifiable(modifiable),
-      m_relevance(relevance)
+                                             T* location)
+    : KyCParam(pool, identity.id, identity.description, identity.flags, value, location)
 {
-  if (unit != nullptr && *unit != '\0') m_unit.assign(pool, unit, KyCString::strlen(unit));
 }
 
 #define KY_TYPED_CONSTRUCTOR(T)                                                                                     \
   KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address,          \
                                                const char* description, KyValueArgument<T> value, const char* unit, \
                                                bool modifiable, unsigned int relevance)                             \
-      : KyCInventoryParameter(pool, identityOf(address, description), value, unit, modifiable, relevance)           \
+      : KyCInventoryParameter(pool, identityOf(address, description), value, static_cast<T*>(nullptr))              \
   {                                                                                                                 \
-    checkAddress(pool, address, description);                                                                       \
+    init(pool, address, description, unit, modifiable, relevance);                                                  \
   }
 KY_FOR_EACH_VALUE_TYPE(KY_TYPED_CONSTRUCTOR)
 
@@ -50,7 +47,7 @@ KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const KyCIn
                                              const char* description, unsigned int typeAndFlags)
     : KyCInventoryParameter(pool, identityOf(address, description), typeAndFlags)
 {
-  checkAddress(pool, address, description);
+  init(pool, address, description, nullptr, false, 0);
 }
 
 KyCInventoryParameter::KyCInventoryParameter()
@@ -81,12 +78,17 @@ KyCInventoryParameter::~KyCInventoryParameter()
   m_auxInfo = nullptr;
 }
 
-void KyCInventoryParameter::checkAddress(KyCErrorListPool& pool, const KyCInventoryAddress& address,
-                                         const char* description) const
+void KyCInventoryParameter::init(KyCErrorListPool& pool, const KyCInventoryAddress& address, const char* description,
+                                 const char* unit, bool modifiable, unsigned int relevance)
 {
   if (!address.isSingleElement())
     pool.setError(KY_MSG_PARAMETER_INIT_ID_NOT_ONE_ELEMENT, __LINE__, "init", "%s",
                   description != nullptr ? description : "not specified");
+  const char* const text = unit != nullptr ? unit : "";
+  if (*text != '\0' || !m_unit.isEmpty()) m_unit.assign(pool, text, KyCString::strlen(text));
+  m_modifiable = modifiable;
+  m_auxInfo = nullptr;    // dropped, not deleted: see the header
+  m_relevance = relevance;
 }
 
 const char* KyCInventoryParameter::getUnit() const { return m_unit.c_str(); }

@@ -2,11 +2,13 @@
 #include "composite/KyCBinSerializer.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <memory>
 #include <stdexcept>
 
+#include "KyLargeText.h"
 #include "KyStreamBench.h"
 
 namespace
@@ -607,3 +609,30 @@ TEST(KyCBinSerializer, everyAllocationMayFail)
     ASSERT_LT(n, 100u);
   }
 }
+
+#if UINTPTR_MAX > 0xFFFFFFFFu    // otherwise no text is so long
+
+namespace
+{
+class KyDescribedNode : public KyCComposite
+{
+public:
+  KyDescribedNode(KyCErrorListPool& pool, const char* description) : KyCComposite(pool, 1, 1, TStaticText{description})
+  {
+  }
+};
+}    // namespace
+
+TEST(KyCBinSerializer, aNodeThatAStreamCannotHoldIsReported)
+{
+  if (std::getenv("KY_LARGE") == nullptr) GTEST_SKIP() << "takes 20 seconds; set KY_LARGE to have it run";
+  const KyLargeText large;
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  const KyDescribedNode node(pool, large.text());
+  bench.factory.serialize(pool, &node, 0, &bench.buffer);
+  EXPECT_REPORTS(pool, {0x01101804, "reserve", "A stream cannot hold more than 4294967295 bytes."});
+  EXPECT_EQ(bench.buffer.getWritePosition(), 1u) << "the version, and nothing of the node";
+}
+
+#endif

@@ -193,6 +193,24 @@ TEST(KyListIndex, theEntryAtTheCountedPlaceIsGuessedWhileNoTwoShareAKey)
   EXPECT_EQ(&entries[2], index.findFirst(5));
 }
 
+// Entries behind the first of a key are found through a table that is made when it is first asked for.
+TEST(KyListIndex, findsEntriesOfOneKeyWithoutMemoryForTheirTable)
+{
+  std::vector<int> entries(10);
+  KyCListIndex index;
+  ASSERT_TRUE(index.reserve(10));
+  for (int& entry : entries)
+    ASSERT_TRUE(index.append(&entry, 7));
+  const KyAllocationLimit limit(0);
+  EXPECT_EQ(&entries[7], index.predecessor(&entries[8], 7));
+  index.remove(&entries[8], 7);
+  index.changeKey(&entries[5], 7, 8);
+  EXPECT_EQ(&entries[7], index.predecessor(&entries[9], 7));
+  EXPECT_EQ(&entries[5], index.findFirst(8));
+  EXPECT_EQ(&entries[0], index.findFirst(7));
+  EXPECT_EQ(9u, index.count());
+}
+
 TEST(KyListIndex, reserveAndAppendReportMissingMemory)
 {
   KyCListIndex index;

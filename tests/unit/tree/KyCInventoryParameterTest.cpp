@@ -5,6 +5,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "errorhandling/KyNPoolAllocator.h"
 #include "inventory/KyCInventoryAuxInfo.h"
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
@@ -113,6 +114,64 @@ TEST(KyCInventoryParameter, constructionWithAPathReportsTheDescriptionAndTakesTh
                   "element."});
   EXPECT_EQ(parameter.getID(), KyCInventoryAddress(98, 1));
   EXPECT_EQ(parameter.getValue<int>(pool), 5);
+}
+
+TEST(KyCInventoryParameter, constructionWithAPathAndNoMemoryForTheUnitReportsThePathFirst)
+{
+  KyTestPool pool;
+  KyNPoolAllocator::failAfter(0);
+  const KyCInventoryParameter parameter(pool, BOARD / SIZE, "SIZE", 5, "a unit of more than six characters", true, 7);
+  KyNPoolAllocator::reset();
+  EXPECT_REPORTS(pool,
+                 {0x1301000, "init",
+                  "Internal error. Kyrel Support information: Initializing parameter SIZE: ID has not exactly one "
+                  "element."},
+                 {0x1000000, "operator new", "Out of memory."});
+  EXPECT_STREQ(parameter.getUnit(), "");
+  EXPECT_TRUE(parameter.isModifiable());
+  EXPECT_EQ(parameter.getRelevance(), 7u);
+}
+
+TEST(KyCInventoryParameter, initSetsAgainWhatStandsBesideIDDescriptionAndValue)
+{
+  KyTestPool pool;
+  KyCInventoryParameter parameter(pool, SIZE, "SIZE", 5, "a unit of more than six characters", true, 7);
+  parameter.init(pool, OFFSET, "OFFSET", "mV", false, 8);
+  EXPECT_STREQ(parameter.getUnit(), "mV");
+  EXPECT_FALSE(parameter.isModifiable());
+  EXPECT_EQ(parameter.getRelevance(), 8u);
+  EXPECT_EQ(parameter.getID(), SIZE);
+  EXPECT_STREQ(parameter.getDescription(), "SIZE");
+  EXPECT_EQ(parameter.getValue<int>(pool), 5);
+  parameter.init(pool, SIZE, nullptr, nullptr, true, 0);
+  EXPECT_STREQ(parameter.getUnit(), "");
+  EXPECT_NO_REPORTS(pool);
+}
+
+TEST(KyCInventoryParameter, initWithAPathReportsAndSetsAllTheSame)
+{
+  KyTestPool pool;
+  KyCInventoryParameter parameter(pool, SIZE, "SIZE", 5, "mV", true, 7);
+  parameter.init(pool, THIS_NODE, nullptr, "A", false, 8);
+  EXPECT_REPORTS(pool,
+                 {0x1301000, "init",
+                  "Internal error. Kyrel Support information: Initializing parameter not specified: ID has not exactly "
+                  "one element."});
+  EXPECT_STREQ(parameter.getUnit(), "A");
+  EXPECT_FALSE(parameter.isModifiable());
+  EXPECT_EQ(parameter.getRelevance(), 8u);
+}
+
+TEST(KyCInventoryParameter, initDropsTheAuxiliaryInfoWithoutDeletingIt)
+{
+  KyTestPool pool;
+  KyCInventoryParameter parameter(pool, SIZE, "SIZE", 5, "", true, 0);
+  parameter.setCheckAndWriteMethod(pool, succeed, succeed, BOARD[2], nullptr);
+  const std::unique_ptr<KyCInventoryAuxInfo> dropped(KyInventoryAccess::getAuxInfo(parameter));
+  parameter.init(pool, SIZE, "SIZE", "", true, 0);
+  EXPECT_EQ(parameter.getWriteMethod(), nullptr);
+  EXPECT_EQ(text(static_cast<KyNInventoryParameter::KyCAuxInfoWrite&>(*dropped).getRelativeAddress()), "BOARD[2]");
+  EXPECT_NO_REPORTS(pool);
 }
 
 TEST(KyCInventoryParameter, constructionWithAPathAndNoDescriptionReportsNotSpecified)
