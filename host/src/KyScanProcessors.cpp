@@ -6,7 +6,10 @@
 //   +- L3_CACHE[n]        a cache that several of its cores share
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "KyHostScan.h"
@@ -75,20 +78,20 @@ public:
   {
     readKinds();
   }
-  ~KyCProcessorScan()
-  {
-    for (const TKind& kind : m_kinds)
-      hwloc_bitmap_free(kind.cpus);
-  }
   KyCProcessorScan(const KyCProcessorScan&) = delete;
   KyCProcessorScan& operator=(const KyCProcessorScan&) = delete;
 
   void run();
 
 private:
+  struct TFreeBitmap
+  {
+    void operator()(hwloc_bitmap_t bitmap) const { hwloc_bitmap_free(bitmap); }
+  };
+  using TBitmap = std::unique_ptr<hwloc_bitmap_s, TFreeBitmap>;
   struct TKind
   {
-    hwloc_bitmap_t cpus;
+    TBitmap cpus;
     unsigned long long maxMHz;     // 0: not told
     unsigned long long baseMHz;    // 0: not told
   };
@@ -121,13 +124,14 @@ void KyCProcessorScan::readKinds()
   const int count = std::min(hwloc_cpukinds_get_nr(m_scan.topology, 0), most);
   for (int n = 0; n < count; ++n)
   {
-    const hwloc_bitmap_t cpus = hwloc_bitmap_alloc();
+    TBitmap cpus(hwloc_bitmap_alloc());
+    if (cpus == nullptr) throw std::bad_alloc();
     unsigned int infoCount = 0;
     hwloc_info_s* infos = nullptr;
-    if (hwloc_cpukinds_get_info(m_scan.topology, static_cast<unsigned int>(n), cpus, nullptr, &infoCount, &infos, 0) !=
-        0)
+    if (hwloc_cpukinds_get_info(m_scan.topology, static_cast<unsigned int>(n), cpus.get(), nullptr, &infoCount, &infos,
+                                0) != 0)
       infoCount = 0;
-    TKind kind = {cpus, 0, 0};
+    TKind kind = {std::move(cpus), 0, 0};
     for (unsigned int i = 0; i < infoCount; ++i)
     {
       const std::string name = infos[i].name;
@@ -135,7 +139,7 @@ void KyCProcessorScan::readKinds()
       if (name == "FrequencyMaxMHz") kind.maxMHz = number;
       if (name == "FrequencyBaseMHz") kind.baseMHz = number;
     }
-    m_kinds.push_back(kind);
+    m_kinds.push_back(std::move(kind));
   }
 }
 
@@ -224,7 +228,7 @@ KyNumber KyCProcessorScan::frequencyOfKinds(hwloc_obj_t processor, unsigned long
 {
   unsigned long long highest = 0;
   for (const TKind& kind : m_kinds)
-    if (hwloc_bitmap_intersects(kind.cpus, processor->cpuset) != 0) highest = std::max(highest, kind.*frequency);
+    if (hwloc_bitmap_intersects(kind.cpus.get(), processor->cpuset) != 0) highest = std::max(highest, kind.*frequency);
   return KyNHostText::scaled(highest, 1000000);
 }
 

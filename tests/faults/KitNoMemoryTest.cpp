@@ -6,9 +6,6 @@
 
 #include "faults/KyScenario.h"
 #include "inventorykit/KyInventoryKit.h"
-#ifdef KY_HAVE_HOST
-#include "inventoryhost/KyNInventoryHost.h"
-#endif
 
 using namespace KyNInventoryIDs;
 using namespace KyNInventoryKit;

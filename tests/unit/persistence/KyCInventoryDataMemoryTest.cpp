@@ -293,6 +293,15 @@ TEST(KyCInventoryDataMemory, sizesAre0WithoutSections)
   EXPECT_EQ(byTrailer, 0u);
 }
 
+TEST(KyCInventoryDataMemory, aBlockOfNothingButAHeaderIsLookedAt)
+{
+  KyTestPool pool;
+  const RecordedSizes found = recordedSizes(pool, headerBytes(sizesOf(5)));
+  EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
+  EXPECT_EQ(found.byHeader, 53u);
+  EXPECT_EQ(found.byTrailer, 0u);
+}
+
 TEST(KyCInventoryDataMemory, sizeByTheHeaderThatExceedsTheBlockIsReportedAndTheEndNotLookedAt)
 {
   KyTestPool pool;
