@@ -147,14 +147,18 @@ void addSharedContentBelow(KyCErrorListPool& pool, KyCInventoryItem& root, KyCIn
 
 TreePointer withSharedData(KyCInventoryItem& root, const std::string& path)
 {
-  KyCErrorListPool pool;
   {
+    KyCErrorListPool pool;
     const WarningPrinter printer(path);
     root.linkSharedData(pool, nullptr);
+    complainAbout(path, pool);
   }
-  KyCInventoryItem* shown = nullptr;
-  root.copyTree(pool, shown);
+  KyCErrorListPool pool;
+  KyCInventoryItem* copy = nullptr;
+  root.copyTree(pool, copy);
+  TreePointer shown(copy);
   if (shown != nullptr && !isSharedData(root)) addSharedContentBelow(pool, root, *shown);
   complainAbout(path, pool);
-  return TreePointer(shown);
+  if (pool.getErrorCount() != 0) shown.reset();    // half a tree is no answer
+  return shown;
 }
