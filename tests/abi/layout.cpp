@@ -98,7 +98,7 @@ KY_SIZE(KyCParam, 32, 48);
 
 KY_FIELD(KyCComposite, m_classId, 4, 8);
 KY_FIELD(KyCComposite, m_unitId, 8, 12);
-KY_FIELD(KyCComposite, m_filterAndFlag, 12, 16);    // 64 bits at a multiple of 4 on x86
+KY_FIELD(KyCComposite, m_filterAndFlags, 12, 16);    // 64 bits at a multiple of 4 on x86
 KY_FIELD(KyCComposite, m_firstParameter, 20, 24);
 KY_FIELD(KyCComposite, m_found, 24, 32);
 KY_FIELD(KyCComposite, m_indexes, 28, 40);

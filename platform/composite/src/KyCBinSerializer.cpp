@@ -1,5 +1,6 @@
 #include "composite/KyCBinSerializer.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cstring>
 
@@ -74,6 +75,7 @@ void KyCBinSerializer::CompositeStart(KyCErrorListPool& pool, const KyCComposite
     pool.setError(KY_MSG_NESTED_TOO_DEEP, __LINE__, "CompositeStart", "%u", MAX_DEPTH);
     return;
   }
+  if (composite->mayRepeatIds() && !checkIds(pool, composite)) return;
   const TTextOut description = lookUp(composite->getDescription(), false);
   unsigned char* to = reserve(pool, 1 + 2 * MAX_VARINT_SIZE + TEXT_OVERHEAD + description.length);
   if (to == nullptr) return;
@@ -84,6 +86,28 @@ void KyCBinSerializer::CompositeStart(KyCErrorListPool& pool, const KyCComposite
   if (!remember(pool, description, to)) return;
   commit(to);
   ++m_depth;
+}
+
+// For the rare node whose ids may be repeated. Does not look them up: that might make an index, and other threads may be
+// storing the same tree.
+bool KyCBinSerializer::checkIds(KyCErrorListPool& pool, const KyCComposite* composite) noexcept
+{
+  std::size_t count = 0;
+  for (const KyCParam* parameter = composite->m_firstParameter; parameter != nullptr; parameter = parameter->m_next)
+    ++count;
+  unsigned int* const ids = static_cast<unsigned int*>(KyNPoolAllocator::allocate(pool, count * sizeof(unsigned int)));
+  if (ids == nullptr) return false;
+  unsigned int* end = ids;
+  for (const KyCParam* parameter = composite->m_firstParameter; parameter != nullptr; parameter = parameter->m_next)
+    *end++ = parameter->m_id;
+  std::sort(ids, end);
+  const unsigned int* const repeated = std::adjacent_find(ids, end);
+  const bool isRepeated = repeated != end;
+  if (isRepeated)
+    pool.setError(KY_MSG_REPEATED_ID, __LINE__, "CompositeStart", "%u%u%u", composite->getClassId(),
+                  composite->getUnitId(), *repeated);
+  KyNPoolAllocator::release(ids);
+  return !isRepeated;
 }
 
 void KyCBinSerializer::CompositeEnd(KyCErrorListPool& pool, const KyCComposite*)

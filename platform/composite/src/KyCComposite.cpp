@@ -143,9 +143,9 @@ void KyCComposite::deleteParameters() noexcept
 
 void KyCComposite::replaceDescription(const char* description, bool isOwned) noexcept
 {
-  if ((m_filterAndFlag & OWNS_DESCRIPTION) != 0) KyNPoolAllocator::release(const_cast<char*>(m_description));
+  if ((m_filterAndFlags & OWNS_DESCRIPTION) != 0) KyNPoolAllocator::release(const_cast<char*>(m_description));
   m_description = description;
-  m_filterAndFlag = (m_filterAndFlag & ~OWNS_DESCRIPTION) | (isOwned ? OWNS_DESCRIPTION : 0);
+  m_filterAndFlags = (m_filterAndFlags & ~OWNS_DESCRIPTION) | (isOwned ? OWNS_DESCRIPTION : 0);
 }
 
 void KyCComposite::setDescription(KyCErrorListPool& pool, const char* description) noexcept
@@ -383,6 +383,7 @@ KyCParam* KyCComposite::getParameterByIndex(unsigned int place) const noexcept
 // The id has changed already.
 void KyCComposite::parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept
 {
+  if (mayHave(parameter->m_id)) m_filterAndFlags |= MAY_REPEAT_IDS;
   enterFilter(parameter->m_id);
   KyCListIndex* const index = parameterIndex();
   if (index != nullptr) index->changeKey(parameter, oldId, parameter->m_id);

@@ -40,10 +40,11 @@ const char* const s_messages[] = {
     "The stream is damaged at byte %1: %2.",
     "Custom parameter %1 was not created.",
     "Custom parameter %1 was created with value type %2 instead of %3.",
+    "Composite (%1, %2) has two parameters of the id %3; it cannot be stored.",
 };
 
 // The first message of each group, and the end.
-constexpr unsigned int s_groups[] = {0, 9, 12, 15, 25};
+constexpr unsigned int s_groups[] = {0, 9, 12, 15, 26};
 
 const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_groups[0]) - 1, 0x01100000};
 

@@ -36,5 +36,6 @@ enum KyCompositeMessage : unsigned int
   KY_MSG_STREAM_VERSION = 0x01101806,       // %1 version found, %2 version known
   KY_MSG_STREAM_DAMAGED = 0x01101807,       // %1 offset from the start of the stream, %2 what is wrong there
   KY_MSG_CUSTOM_PARAM_NULL = 0x01101808,    // %1 id
-  KY_MSG_CUSTOM_PARAM_TYPE = 0x01101809     // %1 id, %2 type code found, %3 type code asked for
+  KY_MSG_CUSTOM_PARAM_TYPE = 0x01101809,    // %1 id, %2 type code found, %3 type code asked for
+  KY_MSG_REPEATED_ID = 0x0110180A           // %1 class id, %2 unit id, %3 parameter id
 };

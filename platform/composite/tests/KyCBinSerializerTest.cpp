@@ -10,6 +10,7 @@
 
 #include "KyLargeText.h"
 #include "KyStreamBench.h"
+#include "errorhandling/KyNPoolAllocator.h"
 
 namespace
 {
@@ -537,6 +538,70 @@ TEST(KyCBinSerializer, depthOf4097LevelsIsRefused)
   EXPECT_EQ(bench.buffer.getWritePosition(), 1u + 4096u * 4u);
   // The refusal does not outlive the stream.
   EXPECT_EQ(bench.store(root->getChild()).size(), (1u + 4096u * 5u) * 3u - 1u);
+}
+
+// An assignment brings two parameters of one id about, which no stream can be read back with.
+TEST(KyCBinSerializer, twoParametersOfOneIdAreRefused)
+{
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  const std::unique_ptr<KyCComposite> root(addNode(pool, nullptr, 1, 1, ""));
+  KyCComposite* const board = addNode(pool, root.get(), 2, 3, "");
+  addParam(pool, board, 7, "", 1);
+  addParam(pool, board, 8, "", 2);
+  KyCParam* const last = addParam(pool, board, 9, "", 3);
+  *last = *board->getParameterById(7);
+  EXPECT_EQ(bench.store(root.get()), "01 01 01 01 01");
+  EXPECT_REPORTS(
+      pool, {0x0110180A, "CompositeStart", "Composite (2, 3) has two parameters of the id 7; it cannot be stored."});
+
+  // Not any longer when one of them is gone.
+  delete last;
+  EXPECT_EQ(bench.store(root.get()), "01 01 01 01 01 01 02 03 01 12 07 01 00 00 00 01 12 08 01 00 00 00 02 02 02");
+  EXPECT_NO_REPORTS(pool);
+}
+
+TEST(KyCBinSerializer, twoParametersOfOneIdAreRefusedAmongManyToo)
+{
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyCComposite board(pool, 2, 3, "");
+  for (unsigned int id = 1000; id != 0; --id)
+    addParam(pool, &board, id, "", 1);
+  *board.getParameterById(500) = *board.getParameterById(999);
+  bench.store(&board);
+  EXPECT_REPORTS(
+      pool, {0x0110180A, "CompositeStart", "Composite (2, 3) has two parameters of the id 999; it cannot be stored."});
+}
+
+TEST(KyCBinSerializer, twoParametersOfOneIdAreRefusedAlsoWithoutMemoryToLookForThem)
+{
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyCComposite board(pool, 2, 3, "");
+  addParam(pool, &board, 7, "", 1);
+  *addParam(pool, &board, 8, "", 2) = *board.getParameterById(7);
+  bench.store(&board);    // the buffer has its room now
+  EXPECT_REPORTS(pool, {0x0110180A, "CompositeStart", ""});
+  KyNPoolAllocator::failAfter(0);
+  EXPECT_EQ(bench.store(&board), "01");
+  KyNPoolAllocator::reset();
+  EXPECT_REPORTS(pool, {0x01000000, "allocate", "Out of memory."});
+}
+
+// A new id by assignment alone is no reason to refuse, also where the same number was a parameter's or a child's before.
+TEST(KyCBinSerializer, newIdsThatAreDifferentAreStored)
+{
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyCComposite board(pool, 2, 3, "");
+  addNode(pool, &board, 4, 1, "");
+  KyCParam* const parameter = addParam(pool, &board, 7, "", 1);
+  for (unsigned int id = 1; id <= 200; ++id)
+    *parameter = KyCParam(pool, id, "", 0, 1, nullptr);
+  *parameter = KyCParam(pool, 7, "", 0, 1, nullptr);
+  EXPECT_EQ(bench.store(&board), "01 01 02 03 01 12 07 01 00 00 00 01 01 04 01 01 02 02");
+  EXPECT_NO_REPORTS(pool);
 }
 
 TEST(KyCBinSerializer, streamWithinAStreamOfTheSameSerializerIsRefused)

@@ -356,6 +356,27 @@ TEST(KyCInventoryDataExtract, deepestTreeThatIsStoredIsReadBack)
   EXPECT_EQ(storedSection(root.get()), section);
 }
 
+TEST(KyCInventoryDataExtract, treeWithTwoParametersOfOneIdIsNotStored)
+{
+  KyTestPool pool;
+  const KyItemPtr root = sampleTree();
+  root->createParameter<int>(pool, BOARD[2] / OFFSET, 1, "", true, 0);
+  *root->getParameter(BOARD[2] / OFFSET) = *root->getParameter(BOARD[2] / SIZE);
+  KyCBuffer buffer(pool);
+  KyCInventoryData::generateInventorySection(pool, buffer, root.get());
+  const std::string ids = "(" + std::to_string(BOARD.getCategory()) + ", 2) has two parameters of the id " +
+                          std::to_string(SIZE.getCategory());
+  EXPECT_REPORTS(pool, {0x110180A, "CompositeStart", "Composite " + ids + "; it cannot be stored."},
+                 cannotSerializeTree(), cannotSerializeSection());
+
+  // A copy lacks the second one, with a report, and is stored.
+  KyCInventoryItem* copy = nullptr;
+  root->copyTree(pool, copy);
+  const KyItemPtr owner(copy);
+  pool.takeReports();
+  storedSection(copy);    // expects no report
+}
+
 TEST(KyCInventoryDataExtract, treeBeyondTheDepthLimitIsNotStored)
 {
   KyTestPool pool;

@@ -42,6 +42,7 @@ public:
 
   // Class id, unit id and description of a node.
   // Errors: 0x01101802  this would be level 4097 of the tree
+  //         0x0110180A  the node has two parameters of one id, by an assignment of KyCParam: it could not be read back
   virtual void CompositeStart(KyCErrorListPool& pool, const KyCComposite* composite);
 
   // The end of the node that was started last and has not ended yet.
@@ -79,6 +80,7 @@ private:
   void end() noexcept;
   static const KyCParam* nextParameter(const KyCParam* parameter) noexcept { return parameter->m_next; }
 
+  static bool checkIds(KyCErrorListPool& pool, const KyCComposite* composite) noexcept;
   TTextOut lookUp(const char* text, bool isLasting) noexcept;
   bool remember(KyCErrorListPool& pool, const TTextOut& description, const unsigned char* end) noexcept;
   static std::uint64_t valueRoom(const KyCParam& parameter) noexcept;

@@ -126,7 +126,7 @@ protected:
     return isFoundAgain ? m_found : searchChild(classId, unitId);
   }
   // False only when no child has this class id and no parameter has this id. Constant cost.
-  bool mayHave(unsigned int id) const noexcept { return (m_filterAndFlag & filterBit(id)) != 0; }
+  bool mayHave(unsigned int id) const noexcept { return (m_filterAndFlags & filterBit(id)) != 0; }
   KyCParam* getFirstParameter() const noexcept { return m_firstParameter; }    // null when none
 
   // Has findChild give this child at once when it is asked for its numbers next: the first child that has them.
@@ -142,17 +142,19 @@ protected:
   }
 
 private:
-  friend class KyCParam;    // tells of a changed id and of its end
+  friend class KyCParam;            // tells of a changed id and of its end
+  friend class KyCBinSerializer;    // stores no node with two parameters of one id
   void parameterIdChanged(KyCParam* parameter, unsigned int oldId) noexcept;
   void unlinkParameter(KyCParam* parameter) noexcept;
 
-  // One of the lower 63 bits.
+  // One of the lower 62 bits.
   static std::uint64_t filterBit(unsigned int id) noexcept
   {
     const unsigned int hash = id * 0x9E3779B9u >> 26;
-    return std::uint64_t{1} << (hash ^ (hash == 63 ? 1u : 0u));
+    return std::uint64_t{1} << (hash < 62 ? hash : hash - 2);
   }
-  void enterFilter(unsigned int id) noexcept { m_filterAndFlag |= filterBit(id); }
+  bool mayRepeatIds() const noexcept { return (m_filterAndFlags & MAY_REPEAT_IDS) != 0; }
+  void enterFilter(unsigned int id) noexcept { m_filterAndFlags |= filterBit(id); }
   void linkParameter(KyCParam* parameter) noexcept
   {
     parameter->m_parent = this;
@@ -183,10 +185,11 @@ private:
   // What look-ups read stands first, within one cache line.
   unsigned int m_classId;
   unsigned int m_unitId;
-  // A bit for each class id of a child and each id of a parameter that has ever been here; in the highest bit, whether
-  // the description is this node's own.
+  // A bit for each class id of a child and each id of a parameter that has ever been here; in the highest two, whether
+  // the description is this node's own, and whether a parameter got an id by assignment that another one may have had.
   static constexpr std::uint64_t OWNS_DESCRIPTION = std::uint64_t{1} << 63;
-  std::uint64_t m_filterAndFlag = 0;
+  static constexpr std::uint64_t MAY_REPEAT_IDS = std::uint64_t{1} << 62;
+  std::uint64_t m_filterAndFlags = 0;
   KyCParam* m_firstParameter = nullptr;
   mutable KyCComposite* m_found = nullptr;        // what findChild gave last: the first child with its numbers, still
   mutable KyCNodeIndexes* m_indexes = nullptr;    // only while there are many children or parameters, or have been

@@ -95,7 +95,8 @@ public:
 
   // Deep copies of id, description, type, flags and value. A copy is free (no owner) and keeps its value inside, wherever
   // the other one keeps its own. The assignment leaves the target where it hangs: its owner finds it under the new id
-  // from then on (the first in list order, should there be two of that id now). A target with an external location keeps
+  // from then on (the first in list order, should there be two of that id now; a composite that has two is not stored:
+  // KyCBinSerializer::CompositeStart). A target with an external location keeps
   // its value inside afterwards; what stands at the location stays there.
   //
   // They have no pool: with memory exhausted they throw std::bad_alloc, and the target is as it was.
