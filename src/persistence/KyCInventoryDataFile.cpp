@@ -78,7 +78,7 @@ unsigned int SectionReader::readData(KyCBuffer& buffer, std::int64_t position, u
 {
   if (!seek(position)) return 0;
   buffer.reset();
-  if (position + size > m_fileSize)    // before a damaged size asks for memory that nothing could fill
+  if (size != 0 && position + size > m_fileSize)    // before a damaged size asks for memory that nothing could fill
   {
     report(KY_MSG_CANNOT_READ_FILE);
     return 0;

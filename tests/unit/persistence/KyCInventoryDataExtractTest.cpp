@@ -66,6 +66,13 @@ TEST(KyCInventoryDataExtract, fileOf23BytesGivesNoTreeAndNoReport)
   EXPECT_EQ(extractFromMemory(pool, lastBytes(trailerBytes({}), 23)), nullptr);
 }
 
+TEST(KyCInventoryDataExtract, headerOfDataSize0ThatIsLongerThanTheFileGivesNoTreeAndNoReport)
+{
+  KyTestPool pool;
+  const KySectionFolder folder;
+  EXPECT_EQ(extractFromFile(pool, folder.file(headerBytes(sizesOf(0, 100)) + KyBytes(24, 0))), nullptr);
+}
+
 TEST(KyCInventoryDataExtract, nothingStoredAnywhereGivesNoTreeAndNoReport)
 {
   KyTestPool pool;

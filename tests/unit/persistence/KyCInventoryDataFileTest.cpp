@@ -130,6 +130,17 @@ TEST(KyCInventoryDataFile, dataSize0GivesNothingAndEmptiesTheBuffer)
   EXPECT_EQ(attempt.held(), KyBytes());
 }
 
+// No byte is asked for, so none is missing.
+TEST(KyCInventoryDataFile, headerOfDataSize0GivesNothingAndNoReportWhereverItsDataWouldStart)
+{
+  for (unsigned int headerSize : {25u, 48u, 49u, 100u, 0x7FFFFFFFu})
+  {
+    Attempt attempt;
+    EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(0, headerSize)) + KyBytes(24, 0xEE)), 0u);
+    EXPECT_EQ(attempt.held(), KyBytes());
+  }
+}
+
 TEST(KyCInventoryDataFile, dataReadIsTheFilesLastByte)
 {
   Attempt attempt;
