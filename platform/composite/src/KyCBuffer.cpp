@@ -99,7 +99,7 @@ bool KyCBuffer::checkArguments(KyCErrorListPool& pool, const char* function, con
     pool.setError(KY_MSG_BUFFER_FLAG, __LINE__, function, "%u", flag);
   else if (flag == FLAG_SCALAR && !isScalarSize(size))
     pool.setError(KY_MSG_BUFFER_SCALAR, __LINE__, function, "%u", size);
-  else if (position < -1)
+  else if (position < -1 && static_cast<unsigned int>(position) > m_writePosition)
     pool.setError(KY_MSG_BUFFER_POSITION, __LINE__, function, "%d", position);
   else if (bytes == nullptr && size != 0)
     pool.setError(KY_MSG_BUFFER_NULL, __LINE__, function, "%u", size);

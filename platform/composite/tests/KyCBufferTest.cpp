@@ -252,6 +252,41 @@ TEST(KyCBuffer, refusesPositionsBelowMinusOne)
                  {NO_POSITION, "readBuffer", "-2147483648 is no position in a buffer."});
 }
 
+// The upper half of a buffer has positions that are negative as int. Its pages are never touched, but for one.
+TEST(KyCBuffer, writesAndReadsBehind2GiB)
+{
+  if (sizeof(void*) == 4) GTEST_SKIP() << "no room for it in the address space";
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer takes a byte for every eight";
+#endif
+  KyTestPool pool;
+  KyCBuffer buffer(pool);
+  constexpr unsigned int FAR = 0x80000000u;
+  buffer.allocateBuffer(pool, FAR + 100);
+  if (pool.getErrorCount() != 0)
+  {
+    pool.takeReports();
+    GTEST_SKIP() << "no address space";
+  }
+  buffer.incrementWritePointer(pool, FAR + 4);
+  char text[] = "abcd";
+  buffer.writeBuffer(pool, text, 4, BYTES, -2147483647 - 1);
+  EXPECT_EQ(0, std::memcmp(buffer.getStorage() + FAR, "abcd", 4));
+  buffer.readBuffer(pool, text, 2, BYTES, -2147483647 + 1);
+  EXPECT_STREQ("cdcd", text);
+  EXPECT_NO_REPORTS(pool);
+
+  buffer.writeBuffer(pool, text, 2, BYTES, -2147483647 + 2);
+  buffer.readBuffer(pool, text, 2, BYTES, -2147483647 + 2);
+  buffer.writeBuffer(pool, text, 0, BYTES, -2147483647 + 4);
+  EXPECT_REPORTS(
+      pool,
+      {WRITE_RANGE, "writeBuffer",
+       "2 bytes at position 2147483651 cannot be overwritten: the buffer holds 2147483652 bytes."},
+      {READ_RANGE, "readBuffer", "2 bytes at position 2147483651 cannot be read: the buffer holds 2147483652 bytes."},
+      {NO_POSITION, "writeBuffer", "-2147483643 is no position in a buffer."});
+}
+
 TEST(KyCBuffer, refusesNullPointers)
 {
   KyTestPool pool;

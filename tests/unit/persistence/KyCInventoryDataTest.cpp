@@ -200,6 +200,31 @@ TEST(KyCInventoryData, writeHeaderAtAPositionThatIsNotHeldReports)
   EXPECT_EQ(bytesOf(buffer), KyBytes(30, 0xEE));
 }
 
+// The header is written again with the data size, at a position that int does not hold. Pages that nothing is written to
+// take no memory.
+TEST(KyCInventoryData, sectionBehind2GiBOfABufferHasItsDataSize)
+{
+  if (sizeof(void*) == 4) GTEST_SKIP() << "no room for it in the address space";
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer takes a byte for every eight";
+#endif
+  KyTestPool pool;
+  KyCBuffer buffer(pool);
+  constexpr unsigned int START = 0x80000000u;
+  buffer.allocateBuffer(pool, START + 4096);
+  if (pool.getErrorCount() != 0)
+  {
+    pool.takeReports();
+    GTEST_SKIP() << "no address space";
+  }
+  buffer.incrementWritePointer(pool, START);
+  KyCInventoryItem root(pool, KyNInventoryIDs::ROOT, "");
+  KyCInventoryData::generateInventorySection(pool, buffer, &root);
+  EXPECT_NO_REPORTS(pool);
+  const KyBytes held(buffer.getStorage() + START, buffer.getStorage() + buffer.getWritePosition());
+  EXPECT_EQ(held, storedSection(&root));
+}
+
 TEST(KyCInventoryData, writingWithoutMemoryReports)
 {
   KyTestPool pool;

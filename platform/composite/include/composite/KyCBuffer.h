@@ -47,14 +47,15 @@ public:
   //   flag      0  one scalar of 1, 2, 4 or 8 bytes as the machine holds it; stored in big-endian byte order
   //             1  a byte string, stored as it is; may be a part of this buffer
   //   position  -1  appends at the write position and advances it
-  //             0 .. 2^31-1  overwrites bytes held, counted from the start; the positions stay
+  //             any other, taken as unsigned: overwrites bytes held, counted from the start; the positions stay. -2 is
+  //             4294967294, and a place in a buffer that holds as much
   //
   // Errors:  "Out of memory." of the pool allocator
   //          0x01100001  more than 4294967295 bytes in all
   //          0x01100002  a null source for more than 0 bytes
   //          0x01100003  another flag
   //          0x01100004  a scalar of another size, 0 included
-  //          0x01100005  a position below -1
+  //          0x01100005  a position below -1, and so many bytes are not held
   //          0x01100006  the bytes at the position are not all held
   void writeBuffer(KyCErrorListPool& pool, const void* src, unsigned int size, unsigned int flag, int position) noexcept
   {
@@ -96,12 +97,12 @@ public:
   // Reads what writeBuffer stored: `size` bytes with the same flag.
   //
   //   position  -1  reads at the read position and advances it
-  //             0 .. 2^31-1  reads there, counted from the start; the positions stay
+  //             any other, taken as unsigned: reads there, counted from the start; the positions stay
   //
   // Errors:  0x01100002  a null target for more than 0 bytes
   //          0x01100003  a flag other than 0 and 1
   //          0x01100004  a scalar of another size than 1, 2, 4 or 8
-  //          0x01100005  a position below -1
+  //          0x01100005  a position below -1, and so many bytes are not held
   //          0x01100007  fewer bytes are held there
   void readBuffer(KyCErrorListPool& pool, void* dst, unsigned int size, unsigned int flag, int position) noexcept
   {
