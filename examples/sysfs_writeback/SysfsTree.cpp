@@ -67,8 +67,9 @@ const std::vector<Device>& devices()
        {{"cpuinfo_min_freq", PHYS_MIN, Value::Number, "kHz", nullptr, {}},
         {"cpuinfo_max_freq", PHYS_MAX, Value::Number, "kHz", nullptr, {}},
         {"scaling_cur_freq", FREQUENCY, Value::Number, "kHz", nullptr, {}},
-        {"scaling_min_freq", FREQUENCY_MIN, Value::Number, "kHz", checkFrequencyMin, FREQUENCY_MAX},
+        // The maximum first: the kernel cuts a minimum down to the maximum in force.
         {"scaling_max_freq", FREQUENCY_MAX, Value::Number, "kHz", checkFrequencyMax, FREQUENCY_MIN},
+        {"scaling_min_freq", FREQUENCY_MIN, Value::Number, "kHz", checkFrequencyMin, FREQUENCY_MAX},
         {"scaling_governor", CONFIGURATION, Value::Text, "", checkGovernor, {}}}}};
   return list;
 }
