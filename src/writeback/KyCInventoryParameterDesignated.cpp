@@ -1,5 +1,7 @@
 // Designated values: pending new values of a parameter.
 
+#include <type_traits>
+
 #include "base/KyMessageCodes.h"
 #include "errorhandling/KyNPoolAllocator.h"
 #include "inventory/KyCInventoryAuxInfo.h"
@@ -78,6 +80,16 @@ void KyCInventoryParameter::deleteDesignatedValue()
 template <typename T>
 void KyCInventoryParameter::adoptDesignatedValueAs(KyCErrorListPool& pool)
 {
+  if constexpr (std::is_floating_point_v<T>)
+  {
+    KyCInventoryParameter* const holder = designatedValueOf(m_auxInfo);
+    if (holder->getType() == getType())    // another type is reported below
+    {
+      copyNumber<T>(*holder);
+      deleteDesignatedValue();
+      return;
+    }
+  }
   const unsigned int errorCount = pool.getErrorCount();
   const T value = getDesignatedValue<T>(pool);
   if (pool.getErrorCount() != errorCount)

@@ -1,11 +1,14 @@
 // Designated values: pending new values of one parameter, and the clearing of those of a whole subtree.
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <type_traits>
 
 #include "inventory/KyCInventoryAuxInfo.h"
 #include "inventory/KyCInventoryItem.h"
+#include "inventory/KyCInventoryItemFactory.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "support/KyPendingValue.h"
 #include "support/KySampleTree.h"
@@ -288,6 +291,39 @@ TEST_F(KyCInventoryParameterDesignated, floatingPointNumbersComeThroughToTheBit)
   single.parameter->setDesignatedValue(single.pool, std::numeric_limits<float>::quiet_NaN());
   single.parameter->adoptDesignatedValue(single.pool);
   EXPECT_TRUE(std::isnan(single.parameter->getValue<float>(single.pool)));
+}
+
+// The stored bytes: a value that a function gives back passes through the x87 on x86,
+// which sets the bit that makes a signalling NaN a quiet one.
+template <typename T, typename TBits>
+void expectAdoptedToTheBit(TBits bits)
+{
+  KyTestPool pool;
+  KyCInventoryItem root(pool, ROOT, "ROOT");
+  KyCInventoryParameter* const parameter = root.createParameter<T>(pool, s_place, T(1), "", false, 0);
+  parameter->setCheckAndWriteMethod(pool, neverCalled, neverCalled, THIS_NODE, nullptr);
+  T value;
+  std::memcpy(&value, &bits, sizeof bits);
+  for (int n = 0; n < 2; ++n)    // the second one goes into a holder that is there already
+    parameter->setDesignatedValue<T>(pool, value);
+  parameter->adoptDesignatedValue(pool);
+  EXPECT_FALSE(parameter->isDesignatedValueValid());
+
+  KyCBuffer buffer(pool);
+  KyCInventoryItemFactory factory(pool);
+  factory.serializeInventoryParameter(pool, &buffer, parameter);
+  // Behind the value: a unit of no length, the modifiable flag and the relevance.
+  TBits stored = 0;
+  buffer.readBuffer(pool, &stored, sizeof stored, 0, static_cast<int>(buffer.getWritePosition() - 6 - sizeof stored));
+  EXPECT_EQ(stored, bits);
+}
+
+TEST_F(KyCInventoryParameterDesignated, signallingNaNsComeThroughToTheBit)
+{
+  expectAdoptedToTheBit<float>(std::uint32_t{0x7F800001});
+  expectAdoptedToTheBit<float>(std::uint32_t{0xFFBFFFFF});
+  expectAdoptedToTheBit<double>(std::uint64_t{0x7FF0000000000001});
+  expectAdoptedToTheBit<double>(std::uint64_t{0xFFF7FFFFFFFFFFFF});
 }
 
 TEST_F(KyCInventoryParameterDesignated, aStringIsAdoptedUpToItsFirstZeroByte)

@@ -186,6 +186,14 @@ protected:
     startVersion(pool, value);
   }
 
+  // Takes over the value of another parameter, T being the type of both, byte by byte: a getter's result passes through a
+  // register of the x87 on x86, which makes a signalling NaN a quiet one.
+  template <typename T>
+  void copyNumber(KyCParam& other) noexcept
+  {
+    std::memcpy(getLocation(), other.getLocation(), sizeof(T));
+  }
+
   KyCComposite* getParentComposite() const noexcept { return m_parent; }    // null when free
   KyCParam* getNextParam() const noexcept { return m_next; }                // in the composite's list; null at its end
 
