@@ -259,9 +259,9 @@ TEST_F(KyCInventoryItemText, errorsOfTheGettersGoToThePoolAndTheDumpGoesOn)
             "        <RELEVANCE>0</RELEVANCE>\n"
             "    </PARAM>\n"
             "</ITEM>\n");
-  const std::vector<KyReport> reports = pool.takeReports();
-  ASSERT_EQ(reports.size(), 1u);
-  EXPECT_EQ(reports[0].function, "getValueAsString");
+  const std::string id = std::to_string(KyNInventoryIDs::SIZE.getCategory());
+  EXPECT_REPORTS(pool,
+                 {0x1100802, "getValueAsString", "Parameter " + id + " has the unknown type code 0x999 and no value."});
 }
 
 TEST_F(KyCInventoryItemText, writeIndentToStreamWritesFourSpacesForEachLevelAndNoneBelow1)
