@@ -97,7 +97,7 @@ public:
   // Takes the first parameter of this ID out of the item.
   //
   // Result:  the parameter, now the caller's; null when there is none.
-  // Errors:  none of its own; the base library reports into the master error list
+  // Errors:  none; that there is none is not reported
   KyCInventoryParameter* detachParameter(unsigned int id);
 
   // Finds an item, with creating what is missing of the path to it.

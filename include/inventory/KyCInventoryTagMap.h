@@ -8,8 +8,9 @@ class KyCErrorListPool;
 // A list of names, read by position: the position is the ID. The one that counts is KyNInventoryIDs::Map, filled with
 // the predefined IDs while the library is loaded and only read afterwards.
 //
-// A map owns its list but not the names: they must outlive it. Two threads may read a map at the same time; add needs
-// the caller's exclusion.
+// A map owns its list but not the names: they must outlive it. Two threads may read a map at the same time, while nobody
+// adds to it. One lock has to cover all calls of add in the program, those on different maps too: every call sends the
+// master error list, which is one for the whole program and has no lock.
 class KY_INVENTORY_API KyCInventoryTagMap
 {
 public:
