@@ -1,5 +1,7 @@
 // KyCInventoryAddress.h: names an item or a parameter by the path that leads to it.
 //
+//   #include "inventory/KyCInventoryItem.h"
+//   #include "inventory/KyNInventoryIDs.h"
 //   const KyCInventoryAddress serial = KyNInventoryIDs::BOARD[2] / KyNInventoryIDs::SERIAL_NUMBER;
 //   const KyCString text = root.getValue<KyCString>(pool, serial);    // serial number of the second board
 #pragma once

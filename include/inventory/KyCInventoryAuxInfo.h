@@ -9,7 +9,10 @@
 // The base: says of which kind it is. Whoever holds one looks at the kind before taking it for a subclass.
 //
 // Ownership: the item or parameter that carries it deletes it with itself. Made by KyCInventoryItem::setUpdater,
-//            KyCInventoryParameter::setCheckAndWriteMethod and setUpdateMethod. No operation here can fail.
+//            KyCInventoryParameter::setCheckAndWriteMethod and setUpdateMethod.
+// Errors:    none. What is taken over is kept without a block of its own; only the address that KyCAuxInfoWrite's
+//            constructor takes is copied.
+// Threads:   this class and the three below: used by one thread at a time, together with the tree that it hangs in.
 class KY_INVENTORY_API KyCInventoryAuxInfo
 {
 public:

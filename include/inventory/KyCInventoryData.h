@@ -1,7 +1,8 @@
 // KyCInventoryData.h: stores an inventory tree as a section, and reads sections from files and memory blocks.
 //
+//   #include "inventory/KyCInventoryItem.h"
 //   KyCBuffer buffer(pool);
-//   KyCInventoryData::generateInventorySection(pool, buffer, root);    // bytes: buffer.getStorage(), getWritePosition()
+//   KyCInventoryData::generateInventorySection(pool, buffer, &root);    // bytes: buffer.getStorage(), getWritePosition()
 //
 //   KyCInventoryItem* root = nullptr;
 //   KyCInventoryData::extractInventoryTreeFromFile(pool, "system.kyinv", root);

@@ -1,6 +1,7 @@
 // KyCInventoryItem.h: the node of an inventory tree: a unit, board, channel, firmware or any other inventory object,
 // with its sub-items and its parameters.
 //
+//   #include "inventory/KyNInventoryIDs.h"
 //   KyCErrorListPool pool;
 //   KyCInventoryItem root(pool, KyNInventoryIDs::ROOT, "ROOT");
 //   root.createParameter<int>(pool, KyNInventoryIDs::BOARD[2] / KyNInventoryIDs::SIZE, 4096, "kB", false, 0);
@@ -148,7 +149,7 @@ public:
   //   T           one of the twelve value types (is_kyrel_type); another does not compile
   //   address     where, relative to this item; the last element names the parameter (its index is dropped)
   //   value       the initial value
-  //   unit        text such as "mV", copied; null is taken as empty. A stored tree keeps at most its first 100 bytes
+  //   unit        text such as "mV", copied; null is taken as empty. See KyCInventoryBinSerializer.h for what is stored
   //   modifiable  shown and stored; never enforced
   //   relevance   0 .. 2^32-1, stored and never interpreted
   //

@@ -1,7 +1,7 @@
 // KyCInventoryItemFactory.h: turns inventory trees and parameters into bytes and back.
 //
 //   KyCInventoryItemFactory factory(pool);
-//   factory.serialize(pool, &buffer, root);
+//   factory.serialize(pool, &buffer, &root);
 //
 // The bytes have no frame: they do not say where they end or that they are an inventory tree. KyCInventoryData.h puts a
 // header before them and a trailer behind them and is what most programs use.

@@ -1,6 +1,8 @@
 // KyCInventoryParameter.h: the leaf of an inventory tree: one typed value with a unit, a modifiable flag and a
 // relevance.
 //
+//   #include "inventory/KyCInventoryItem.h"
+//   #include "inventory/KyNInventoryIDs.h"
 //   KyCInventoryParameter* voltage = root.createParameter<int>(pool, KyNInventoryIDs::VOLTAGE_UPPER_MAX, 5000, "mV", true, 0);
 //   voltage->setValue<int>(pool, 3300);
 //   const int millivolts = voltage->getValue<int>(pool);
@@ -63,7 +65,7 @@ public:
   //                element counts (and the error below is reported), of an empty one the ID is 0
   //   description  null is taken as empty. Copied, unless it equals the ID's registered name, which is kept by pointer
   //   value        the initial value; its type is the parameter's for good
-  //   unit         text such as "mV", copied; null is taken as empty. A stored tree keeps at most its first 100 bytes
+  //   unit         text such as "mV", copied; null is taken as empty. See KyCInventoryBinSerializer.h for what is stored
   //   modifiable   tells users whether the value may be changed; stored and shown, never enforced
   //   relevance    0 .. 2^32-1, stored and never interpreted
   //
@@ -106,12 +108,14 @@ public:
   KyCInventoryParameter();
 
   // A free parameter with a copy of everything but the place in a tree and the auxiliary info.
+  // On failure: with no memory left, std::bad_alloc is thrown.
   KyCInventoryParameter(const KyCInventoryParameter& other);
 
   // Takes over ID, description, type, value, unit, modifiable flag and relevance; the parameter stays where it hangs and
   // is found there under its new ID from then on. On itself it does nothing.
   // Kept on purpose: the parameter's auxiliary info is dropped, not deleted, and the other's is not taken over. Whoever
   // assigns over a parameter with auxiliary info loses that memory.
+  // On failure: with no memory left, std::bad_alloc is thrown and nothing changes, the auxiliary info included.
   KyCInventoryParameter& operator=(const KyCInventoryParameter& other);
 
   ~KyCInventoryParameter() override;

@@ -149,3 +149,34 @@ TEST(KyCInventoryItemSharedDataMemory, theFormWithoutAPoolLinksEvenWithNoMemoryF
   }
   EXPECT_GE(n, 2u) << "at least the list";
 }
+
+// A parameter whose description, value and unit have blocks of their own. The texts of value and unit are shared by copies.
+TEST(KyCInventoryParameterMemory, aCopyWithoutMemoryThrows)
+{
+  KyTestPool pool;
+  const KyCInventoryParameter original(pool, SIZE, "not the name of the ID", KyCString("many characters"), "", true, 3);
+  const KyCFailingAllocation failing(0);
+  EXPECT_THROW(KyCInventoryParameter copy(original), std::bad_alloc);
+}
+
+TEST(KyCInventoryParameterMemory, anAssignmentWithoutMemoryThrowsAndChangesNothing)
+{
+  KyTestPool pool;
+  const KyCInventoryParameter source(pool, SIZE, "not the name of the ID", 12, "kB", true, 3);
+  KyCInventoryParameter target(pool, OFFSET, "OFFSET", 7.5, "mV", false, 1);
+  const KyCInventoryParameter::TMethod write = [](KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*)
+  { return true; };
+  target.setCheckAndWriteMethod(pool, nullptr, write, THIS_NODE, nullptr);
+  {
+    const KyCFailingAllocation failing(0);
+    EXPECT_THROW(target = source, std::bad_alloc);
+  }
+  EXPECT_EQ(target.getID(), KyCInventoryAddress(OFFSET));
+  EXPECT_STREQ(target.getDescription(), "OFFSET");
+  EXPECT_EQ(target.getValue<double>(pool), 7.5);
+  EXPECT_STREQ(target.getUnit(), "mV");
+  EXPECT_FALSE(target.isModifiable());
+  EXPECT_EQ(target.getRelevance(), 1u);
+  EXPECT_EQ(target.getWriteMethod(), write);
+  EXPECT_NO_REPORTS(pool);
+}

@@ -1,5 +1,6 @@
 // KyCBinDeserializer.h: reads a composite tree from a buffer.
 //
+//   #include "compositefactory/KyCCompositeFactory.h"
 //   KyCBinDeserializer deserializer(pool);
 //   KyCCompositeFactory factory(pool);
 //   factory.setBinaryDeserializer(pool, &deserializer);

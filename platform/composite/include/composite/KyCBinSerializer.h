@@ -1,5 +1,6 @@
 // KyCBinSerializer.h: writes a composite tree into a buffer.
 //
+//   #include "compositefactory/KyCCompositeFactory.h"
 //   KyCBinSerializer serializer(pool);
 //   KyCCompositeFactory factory(pool);
 //   factory.setBinarySerializer(pool, &serializer);

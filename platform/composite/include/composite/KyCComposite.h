@@ -12,6 +12,7 @@
 #include "composite/KyCParam.h"
 #include "composite/KyCompositeApi.h"
 #include "errorhandling/KyCErrorListPool.h"
+#include "errorhandling/KyNPoolAllocator.h"
 
 class KyCListIndex;
 struct KyCNodeIndexes;
@@ -23,6 +24,8 @@ struct KyCNodeIndexes;
 // Lists of more than 16 children or parameters get an index on the first look-up that walks beyond those 16, so that
 // look-ups, additions and removals cost near-constant time however long the list. Without memory for it they walk the
 // list; nothing is reported and nothing else changes.
+//
+// Programs may derive nodes of their own from it.
 //
 // Threads: a tree is used by one thread at a time. The look-ups are no exception, const as they are: they may make the
 // index.
@@ -40,6 +43,9 @@ public:
   KyCComposite& operator=(const KyCComposite&) = delete;
 
   // Virtual operations, in slot order. The base does nothing in any of them but the destructor.
+  //
+  // Called: but for the destructor, by nothing in this library or in those that stand on it. They are hooks for programs
+  //         with nodes of their own, which give them a meaning and call them, on the thread that has the tree.
 
   // Unlinks the node from its parent, if it has one, and deletes its children with all below them, and its parameters:
   // each exactly once. The destructors of derived nodes run in list order, each before those of the nodes below it: it

@@ -21,6 +21,8 @@ class KyCComposite;
 // A numeric parameter with a static description is one heap block. An own copy of a description, a version value and a
 // string value of more than 6 characters take one block each.
 //
+// Programs may derive parameters of their own from it.
+//
 // Threads: a parameter, and the composite it hangs in, are used by one thread at a time.
 class KY_COMPOSITE_API KyCParam
 {

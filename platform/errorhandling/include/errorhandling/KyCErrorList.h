@@ -1,5 +1,6 @@
 // KyCErrorList.h: a list of recorded errors, each with its finished text.
 //
+//   #include "errorhandling/KyCErrorListPool.h"
 //   KyCErrorListPool pool;
 //   const unsigned int before = pool.getErrorCount();
 //   tree.createParameter(pool, address, 12, "mV", true, 0);

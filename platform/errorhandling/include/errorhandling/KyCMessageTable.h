@@ -6,8 +6,9 @@
 
 #include "errorhandling/KyCErrorManager.h"
 
-// Registers the table with the error manager for as long as the object lives. Without memory for an error manager, and
-// when the manager has ended before, it does nothing. Made and destroyed by the loader, which uses one thread.
+// Registers the table with the error manager, which is always there, for as long as the object lives. Without memory the
+// table is not registered, and its codes show as numbers; nothing is reported. Made and destroyed by the loader, which
+// uses one thread.
 class KyCMessageTable
 {
 public:
@@ -15,12 +16,9 @@ public:
   {
     KyCErrorManager* manager = KyCErrorManager::s_pErrorManager;
     if (manager == nullptr) manager = KyCErrorManager::getSingleton();
-    if (manager != nullptr) manager->_registerMessages(&m_table);
+    manager->_registerMessages(&m_table);
   }
-  ~KyCMessageTable()
-  {
-    if (KyCErrorManager::s_pErrorManager != nullptr) KyCErrorManager::s_pErrorManager->_unregisterMessages(&m_table);
-  }
+  ~KyCMessageTable() { KyCErrorManager::s_pErrorManager->_unregisterMessages(&m_table); }
   KyCMessageTable(const KyCMessageTable&) = delete;
   KyCMessageTable& operator=(const KyCMessageTable&) = delete;
 

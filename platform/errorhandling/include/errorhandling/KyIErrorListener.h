@@ -3,9 +3,9 @@
 
 #include "errorhandling/KyCErrorList.h"
 
-// Owned by whoever installs it with KyCErrorManager::setListener. The manager calls it from whichever thread reports,
-// one call at a time: other threads' reports wait meanwhile. A call may record errors, send lists and warnings and
-// replace the listener itself; it must not wait for another thread that reports.
+// Derive from it to receive reports. Owned by whoever installs it with KyCErrorManager::setListener. The manager calls it
+// from whichever thread reports, one call at a time: other threads' reports wait meanwhile. A call may record errors,
+// send lists and warnings and replace the listener itself; it must not wait for another thread that reports.
 class KY_ERRORHANDLING_API KyIErrorListener
 {
 public:
