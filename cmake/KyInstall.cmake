@@ -71,11 +71,15 @@ endfunction()
 
 # ky_install_documents(): pages and examples.
 function(ky_install_documents)
-  install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
+  install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/CONTRIBUTING.md
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT documents
     PATTERN site EXCLUDE)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
     FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.expected" PATTERN "README.md")
   install(FILES ${PROJECT_SOURCE_DIR}/cmake/examples.cmake RENAME CMakeLists.txt
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT documents)
+  # The machine of the tutorial.
+  install(FILES ${PROJECT_SOURCE_DIR}/host/tests/data/small-machine.xml DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples
+    COMPONENT documents)
 endfunction()

@@ -1,11 +1,12 @@
 // Reads a section file, changes a value in the tree, and stores the tree again. Without a file it makes one first.
+#include <unistd.h>
 #include <cstdio>
 #include <string>
 #include "errorhandling/KyErrorHandling.h"
 #include "inventory/KyInventoryTree.h"
 using namespace KyNInventoryIDs;
 
-// The new file takes the place of the old one when it is whole: whatever happens on the way, one of the two is there.
+// The new file takes the place of the old one when it is on the disk: whatever happens on the way, one of the two is there.
 bool store(KyCErrorListPool& pool, KyCInventoryItem& root, const std::string& path)
 {
   const unsigned int errors = pool.getErrorCount();
@@ -17,7 +18,8 @@ bool store(KyCErrorListPool& pool, KyCInventoryItem& root, const std::string& pa
   std::FILE* const file = std::fopen(temporary.c_str(), "wb");
   if (file == nullptr) return false;
   const unsigned int size = section.getWritePosition();
-  const bool isWritten = std::fwrite(section.getStorage(), 1, size, file) == size;
+  const bool isWritten =
+      std::fwrite(section.getStorage(), 1, size, file) == size && std::fflush(file) == 0 && fsync(fileno(file)) == 0;
   const bool isClosed = std::fclose(file) == 0;
   return isWritten && isClosed && std::rename(temporary.c_str(), path.c_str()) == 0;
 }
