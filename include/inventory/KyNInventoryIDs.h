@@ -28,7 +28,7 @@ extern KY_INVENTORY_API KyCInventoryTagMap Map;
 // The empty address: the item itself, where an address is relative to one.
 extern KY_INVENTORY_API const KyCInventoryAddress THIS_NODE;
 
-// ID 0 is DUMMY, ID 1063 is TOPOLOGY.
+// From ID 0, DUMMY, to Map.getCount() - 1; new ones come behind the last.
 #define KY_PREDEFINED_ID(id, name) extern KY_INVENTORY_API const KyCInventoryAddress name;
 #include "inventory/KyPredefinedIDs.inc"
 #undef KY_PREDEFINED_ID

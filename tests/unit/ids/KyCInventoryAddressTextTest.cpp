@@ -54,7 +54,7 @@ TEST(KyCInventoryAddressText, toStringShowsAnIndexOnlyWhenItIsNotOne)
 
 TEST(KyCInventoryAddressText, toStringShowsAnIdWithoutANameInDecimal)
 {
-  EXPECT_EQ(textOf(KyCInventoryAddress(1064)), "1064");
+  EXPECT_EQ(textOf(KyCInventoryAddress(65536)), "65536");
   EXPECT_EQ(textOf(BOARD / KyCInventoryAddress(0xFFFFFFFF, 2)), "BOARD/4294967295[2]");
 }
 
@@ -80,7 +80,7 @@ TEST(KyCInventoryAddressText, getCategoryNameCStrNamesTheLastElement)
 
 TEST(KyCInventoryAddressText, getCategoryNameCStrIsEmptyForAnUnknownId)
 {
-  EXPECT_STREQ(KyCInventoryAddress(1064).getCategoryNameCStr(), "");
+  EXPECT_STREQ(KyCInventoryAddress(65536).getCategoryNameCStr(), "");
 }
 
 TEST(KyCInventoryAddressText, getCategoryNameCStrOfTheEmptyAddressIsTheNameOfIdZeroKeptOnPurpose)
