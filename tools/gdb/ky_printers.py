@@ -13,6 +13,9 @@ Nothing here calls a function of the program: it works on core files, too. The c
 library's debug information or from a program that is compiled with -g -femit-class-debug-always.
 """
 
+import math
+import struct
+
 import gdb
 import gdb.printing
 
@@ -58,6 +61,21 @@ def version_of(value):
     return '.'.join(str(int(value[field])) for field in ('m_major', 'm_minor', 'm_maintenance', 'm_build'))
 
 
+def number_text(number, is_single):
+    """The shortest text that reads back as this number, without ".0"."""
+    def reads_back(text):
+        try:
+            return struct.unpack('<f', struct.pack('<f', float(text)))[0] == number
+        except OverflowError:    # rounded up beyond the largest one
+            return False
+
+    if is_single and math.isfinite(number):
+        digits = ('%.*g' % (precision, number) for precision in range(1, 10))
+        number = float(next(text for text in digits if reads_back(text)))
+    text = repr(number)
+    return text[:-2] if text.endswith('.0') else text
+
+
 def siblings(first):
     node = first
     for _ in range(MOST_SIBLINGS):
@@ -82,7 +100,7 @@ def parameter_value(parameter):
     if kind not in TYPES:
         return '?'
     value = where.cast(gdb.lookup_type(TYPES[kind][1]).pointer()).dereference()
-    return '%.17g' % float(value) if kind & 0x200 else str(int(value))
+    return number_text(float(value), kind == 0x214) if kind & 0x200 else str(int(value))
 
 
 def parameter_line(parameter):

@@ -1,4 +1,6 @@
 // A tree to be looked at in gdb: test-printers stops in look().
+#include <limits>
+
 #include "inventory/KyInventoryTree.h"
 using namespace KyNInventoryIDs;
 
@@ -13,6 +15,12 @@ int main()
   root.createParameter(pool, NAME, KyCString("a rack of a certain length"), "", false, 1);
   root.createParameter(pool, VERSION, KyCVersion(2, 1, 0, 417), "", false, 1);
   root.createParameter<signed char>(pool, BOARD[2] / TEMPERATURE, -5, "C", false, 1);
+  root.createParameter(pool, BOARD[2] / IOCHANNEL[4] / VOLTAGE_MAX, 0.1, "V", false, 1);
+  root.createParameter(pool, BOARD[2] / IOCHANNEL[4] / VOLTAGE_MIN, -100.0, "V", false, 1);
+  root.createParameter(pool, BOARD[2] / IOCHANNEL[4] / RESOLUTION, 0.1f, "", false, 1);
+  root.createParameter(pool, BOARD[2] / IOCHANNEL[4] / MAX, std::numeric_limits<float>::max(), "", false, 1);
+  root.createParameter(pool, BOARD[2] / IOCHANNEL[4] / OFFSET, std::numeric_limits<float>::infinity(), "", false, 1);
+  root.createParameter(pool, BOARD[2] / IOCHANNEL[4] / MIN, std::numeric_limits<double>::quiet_NaN(), "", false, 1);
   const KyCString text("short");
   const KyCString longText("longer than six characters");
   const KyCInventoryAddress empty;
