@@ -296,6 +296,19 @@ TEST(KyPatch, deepNestingAndManyFieldsAreRefusedAtOnce)
   EXPECT_EQ(problemOf("{\"changes\":[" + wide), "line 1: an object has too many fields.");
 }
 
+TEST(KyPatch, fiveLevelsAndSixteenFieldsAreTakenAndNoMore)
+{
+  const std::string five = R"({"changes":[{"old":{"value":{"bytes":)";
+  EXPECT_NE(problemOf(five + "1}}}]}"), "line 1: values are nested too deeply.");
+  EXPECT_EQ(problemOf(five + "[1]}}}]}"), "line 1: values are nested too deeply.");
+
+  std::string sixteen = "{\"changes\":[{\"0\":1";
+  for (int n = 1; n < 16; ++n)
+    sixteen += ",\"" + std::to_string(n) + "\":1";
+  EXPECT_NE(problemOf(sixteen + "}]}"), "line 1: an object has too many fields.");
+  EXPECT_EQ(problemOf(sixteen + ",\"16\":1}]}"), "line 1: an object has too many fields.");
+}
+
 TEST(KyPatch, aChangeNamesWhatItIsAboutAndHow)
 {
   EXPECT_EQ(problemOfChange("5"), "line 1: a change is an object.");

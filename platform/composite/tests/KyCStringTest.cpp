@@ -330,6 +330,23 @@ TEST(KyCString, assignReportsExhaustedMemoryAndKeepsTheText)
   EXPECT_REPORTS(pool, {OUT_OF_MEMORY, "", "Out of memory."});
 }
 
+// With 64 bits a block of that size might be had, so it is made to fail; with 32 it is not even asked for.
+TEST(KyCString, theLargestLengthIsRefusedBeforeTheTextIsTouched)
+{
+  KyTestPool pool;
+  KyCString text("before");
+  {
+    const KyFailNext fail(0);
+    EXPECT_FALSE(text.assign(pool, "short", 0xFFFFFFFF));
+  }
+  EXPECT_STREQ("before", text.c_str());
+  if (sizeof(void*) == 8)
+    EXPECT_REPORTS(pool, {OUT_OF_MEMORY, "", "Out of memory."});
+  else
+    EXPECT_REPORTS(pool,
+                   {0x01100000, "assign", "A text of 4294967295 characters does not fit into the address space."});
+}
+
 TEST(KyCString, takeOverMakesACollectedTextItsOwn)
 {
   for (const unsigned int length : {0u, 1u, 7u, 4096u, 1000000u})
