@@ -1,7 +1,11 @@
 // What the tool does at a terminal: colour, the pager, progress, and control characters of stored texts.
 #include <sys/stat.h>
 
+#include <ctime>
 #include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
 
 #include "integration/KyTerminalTest.h"
 
@@ -266,4 +270,43 @@ TEST_F(ToolAtTerminal, quickWorkShowsNoProgress)
   EXPECT_EQ(terminal.waitForEnd(), 0);
   EXPECT_EQ(terminal.output(), "<ITEM ID=\"BOARD[2]\">\n</ITEM>\n");
 }
+
+#ifdef KY_HAVE_HOST
+// The second of a day 13 hours and 37 minutes ahead of UTC.
+long aheadOfUtc(std::time_t time) { return static_cast<long>((time + 13 * 3600 + 37 * 60) % 86400); }
+
+TEST_F(ToolAtTerminal, watchAlignsItsLinesAndTellsTheLocalTime)
+{
+  const std::time_t before = std::time(nullptr);
+  // Complaints about what this machine does not let us read are none of its lines.
+  KyTerminal terminal("PAGER= TZ=AHEAD-13:37 " + tool("watch --initial --interval 0.05 --count 1 2>/dev/null"));
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  const std::time_t after = std::time(nullptr);
+
+  const std::regex initial(R"((\d\d):(\d\d):(\d\d)\.\d{3}  (\S+ +)    ( *\S+)( \S+)?)");
+  const std::regex change(R"(\d\d:\d\d:\d\d\.\d{3}  \S+ +\S+ -> +\S+( \S+)?)");
+  std::set<std::size_t> endsOfValues;
+  bool isTimerThere = false;
+  unsigned int changes = 0;
+  std::istringstream lines(terminal.output());
+  for (std::string line; std::getline(lines, line);)
+  {
+    std::smatch parts;
+    if (line.find(" -> ") != line.npos)
+    {
+      EXPECT_TRUE(std::regex_match(line, change)) << line;
+      ++changes;
+      continue;
+    }
+    ASSERT_TRUE(std::regex_match(line, parts, initial)) << line;
+    const long shown = std::stol(parts[1]) * 3600 + std::stol(parts[2]) * 60 + std::stol(parts[3]);
+    EXPECT_LE((shown - aheadOfUtc(before) + 86400) % 86400, after - before) << line;
+    endsOfValues.insert(static_cast<std::size_t>(parts.position(5) + parts.length(5)));
+    isTimerThere |= line.find("  OS_INFO/TIMER ") != line.npos;
+  }
+  EXPECT_EQ(endsOfValues.size(), 1u) << terminal.output();
+  EXPECT_TRUE(isTimerThere) << terminal.output();
+  EXPECT_GE(changes, 1u) << terminal.output();
+}
+#endif
 }    // namespace
