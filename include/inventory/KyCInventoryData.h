@@ -79,8 +79,9 @@ public:
   //   root        null gives a section without data, 48 bytes
   //
   // Errors:     0x130000F  the factory cannot be created (the count grew); the buffer is untouched
-  //             0x130000A  the count grew while the tree was written; the header, with the data size 0, and what was
-  //                        written of the tree stay in the buffer
+  //             0x130000A  the count grew while the tree was written, for instance because it is too deep (0x1101802) or
+  //                        an item has two parameters of one ID (0x110180A); the header, with the data size 0, and what
+  //                        was written of the tree stay in the buffer
   //             0x1300004  header or trailer cannot be written, see below; generating goes on all the same
   // Cost:       linear in the size of the tree.
   static void generateInventorySection(KyCErrorListPool& pool, KyCBuffer& buffer, KyCInventoryItem* root);

@@ -112,7 +112,8 @@ public:
   KyCInventoryParameter(const KyCInventoryParameter& other);
 
   // Takes over ID, description, type, value, unit, modifiable flag and relevance; the parameter stays where it hangs and
-  // is found there under its new ID from then on. On itself it does nothing.
+  // is found there under its new ID from then on. On itself it does nothing. A tree with two parameters of one ID in an
+  // item cannot be stored (0x110180A).
   // Kept on purpose: the parameter's auxiliary info is dropped, not deleted, and the other's is not taken over. Whoever
   // assigns over a parameter with auxiliary info loses that memory.
   // On failure: with no memory left, std::bad_alloc is thrown and nothing changes, the auxiliary info included.
