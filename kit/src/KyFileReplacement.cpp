@@ -5,11 +5,13 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <memory>
 #include <new>
 #include <vector>
@@ -61,7 +63,7 @@ void flushFolderOf(const std::string& path)
   ::close(file);
 }
 
-// A name of this beginning in the same folder, however long the target's own is.
+// A name of this beginning in the same folder, however long the target's own is; the X stand for what is to be another.
 std::string patternBeside(const std::string& path)
 {
   constexpr std::size_t s_longest = NAME_MAX - 7;
@@ -75,6 +77,34 @@ std::string patternBeside(const std::string& path)
     pattern.resize(end);
   }
   return pattern + ".XXXXXX";
+}
+
+// Other numbers for every call of every thread and process. Nothing depends on their being secret: what is there already
+// is not opened.
+unsigned long long nextNumber()
+{
+  static std::atomic<unsigned long long> s_calls{0};
+  timespec now = {};
+  ::clock_gettime(CLOCK_REALTIME, &now);
+  const auto time =
+      static_cast<unsigned long long>(now.tv_sec) * 1000000000ULL + static_cast<unsigned long long>(now.tv_nsec);
+  return (time ^ static_cast<unsigned long long>(::getpid()) << 32) + ++s_calls * 0x9E3779B97F4A7C15ULL;
+}
+
+// Makes a file under a name that the pattern becomes; -1 when it cannot be had. The kernel takes the umask from the mode:
+// asking for the umask would set it, for all threads.
+int makeFile(std::vector<char>& pattern, mode_t mode)
+{
+  constexpr char s_letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
+  for (unsigned int tries = 0; tries < 1000; ++tries)
+  {
+    unsigned long long number = nextNumber();
+    for (auto letter = pattern.end() - 7; letter != pattern.end() - 1; ++letter, number /= 36)
+      *letter = s_letters[number % 36];
+    const int file = ::open(pattern.data(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    if (file >= 0 || errno != EEXIST) return file;
+  }
+  return -1;
 }
 
 // Holds the signals back that would end the program and leave a temporary file behind. Writing beyond the limit for files is
@@ -113,12 +143,13 @@ private:
 class TemporaryFile
 {
 public:
-  TemporaryFile(KyCErrorListPool& pool, const std::string& target) : m_pool(pool), m_target(target)
+  // The mode is that of a new file, before the umask.
+  TemporaryFile(KyCErrorListPool& pool, const std::string& target, mode_t mode) : m_pool(pool), m_target(target)
   {
     const std::string pattern = patternBeside(target);
     m_path.assign(pattern.begin(), pattern.end());
     m_path.push_back('\0');
-    m_file = ::mkostemp(m_path.data(), O_CLOEXEC);
+    m_file = makeFile(m_path, mode);
     m_isThere = m_file >= 0;
     if (!m_isThere) cannotWrite(pool, target, errno);
   }
@@ -143,9 +174,9 @@ public:
                       std::strerror(errno));
       return false;
     }
-    return takeExtendedAttributes() && setMode(old.st_mode & 07777);
+    if (!takeExtendedAttributes()) return false;
+    return ::fchmod(m_file, old.st_mode & 07777) == 0 || cannotWrite(m_pool, m_target, errno);
   }
-  bool setMode(mode_t mode) { return ::fchmod(m_file, mode) == 0 || cannotWrite(m_pool, m_target, errno); }
 
   bool store(const std::string& bytes)
   {
@@ -231,11 +262,8 @@ bool replaceFile(KyCErrorListPool& pool, const std::string& givenPath, const std
   }
   if (exists && !S_ISREG(existing.st_mode)) return writeThrough(pool, path, bytes);
 
-  TemporaryFile file(pool, path);
+  TemporaryFile file(pool, path, exists ? 0600 : 0666);    // nobody reads in it what the old one does not show
   if (!file.isOpen()) return false;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return (exists ? file.takeAttributes(existing) : file.setMode(0666 & ~mask)) && file.store(bytes) &&
-         file.takePlaceOfTarget();
+  return (!exists || file.takeAttributes(existing)) && file.store(bytes) && file.takePlaceOfTarget();
 }
 }    // namespace KyNInventoryKit

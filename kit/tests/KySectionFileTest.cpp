@@ -11,6 +11,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <functional>
 
@@ -20,6 +21,7 @@
 #include "support/KyFiles.h"
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
+#include "threads/KyThreads.h"
 
 using namespace KyNInventoryKit;
 
@@ -28,9 +30,15 @@ namespace
 std::string s_watchedFile;
 std::string s_flushes;      // "f" or "d" for a file or a folder, and what the watched file held by then
 int s_signalAtFlush = 0;    // what the process gets then; 0: nothing
+std::atomic<unsigned int> s_umaskCalls{0};
 }    // namespace
 
-// Stands in front of the system's.
+// These stand in front of the system's.
+extern "C" __attribute__((visibility("default"))) mode_t umask(mode_t mask) noexcept
+{
+  ++s_umaskCalls;
+  return static_cast<mode_t>(::syscall(SYS_umask, mask));
+}
 extern "C" __attribute__((visibility("default"))) int fsync(int file)
 {
   struct stat status = {};
@@ -391,6 +399,47 @@ TEST_F(KySectionFile, aFileOfTheLongestNameIsReplaced)
   EXPECT_TRUE(writeBytes(m_pool, other, "new", Overwrite::YES));
   EXPECT_EQ(contentOf(other), "new");
   EXPECT_EQ(filesIn(m_folder.path()).size(), 2u);
+}
+
+TEST_F(KySectionFile, aNewFileHasTheModeThatTheUmaskLeaves)
+{
+  const auto under = [&](mode_t mask)
+  {
+    ::umask(mask);
+    const std::string path = m_folder.path("a");
+    ::unlink(path.c_str());
+    struct stat status = {};
+    const std::string outcome = written(path, "new");
+    ::stat(path.c_str(), &status);
+    return outcome + (::umask(mask) == mask ? " " : " and the umask is another ") +
+           std::to_string(status.st_mode & 07777);
+  };
+  EXPECT_EQ(inAnotherProcess([&] { return under(0027); }), "done " + std::to_string(0640));
+  EXPECT_EQ(inAnotherProcess([&] { return under(0); }), "done " + std::to_string(0666));
+  EXPECT_EQ(filesIn(m_folder.path()), Names{"a"});
+}
+
+TEST_F(KySectionFile, threadsThatWriteFilesLeaveTheUmaskAlone)
+{
+  const mode_t before = ::umask(022);
+  s_umaskCalls = 0;
+  std::atomic<unsigned int> wrong{0};
+  inThreads(4,
+            [&](unsigned int n)
+            {
+              const std::string path = m_folder.path(std::to_string(n));
+              for (unsigned int round = 0; round < 10; ++round)
+              {
+                ::unlink(path.c_str());
+                struct stat status = {};
+                const bool isRight = written(path, "x") == "done" && ::stat(path.c_str(), &status) == 0 &&
+                                     (status.st_mode & 07777) == 0644;
+                wrong += isRight ? 0 : 1;
+              }
+            });
+  EXPECT_EQ(wrong, 0u);
+  EXPECT_EQ(s_umaskCalls, 0u) << "asking for it sets it, for all threads";
+  EXPECT_EQ(::umask(before), 022u);
 }
 
 TEST_F(KySectionFile, extendedAttributesAreKept)

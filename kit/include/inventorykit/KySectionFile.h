@@ -12,15 +12,18 @@
 // links) keep the old content. The target is the old or the new file, whole, whatever happens. A link stays a link; the
 // file that it leads to is replaced. What is no ordinary file is never replaced: bytes that are to be written there go to
 // terminals, pipes and the like as they are, and to disks not at all. "-" is standard input or standard output.
+// A new file gets the mode 0666 without what the umask, or the folder's access list, takes away.
 //
 // Errors of all of these, besides those of KyCInventoryData:
 //             0x1500000  the file cannot be read; 0x1500001 it is a folder; 0x1500002 it holds no section
 //             0x1500003  it cannot be written; 0x1500004 it is a link that leads to no file; 0x1500005 its owner cannot be kept
 //             0x1500006  it exists already and may not be written over
 //             0x1500007  what was to be written does not read back equal
-//             0x1500008  there is no memory
 //             0x1500009  it is no ordinary file
 // On failure: null or false, with reports in the pool; files are as they were.
+// Threads:    may read and write files at once, each with a pool and trees of its own. Of several that write the same file, the
+//             last one wins, whole; nothing is locked. What belongs to the process (umask, folder, signal handlers) is not
+//             touched; while it writes, the calling thread alone holds back signals that would end the program.
 #pragma once
 
 #include <string>
@@ -46,7 +49,10 @@ KY_INVENTORYKIT_API bool readBytes(KyCErrorListPool& pool, const std::string& pa
 KY_INVENTORYKIT_API bool writeBytes(KyCErrorListPool& pool, const std::string& path, const std::string& bytes,
                                     Overwrite overwrite);
 
-// Whether `writeBytes` would leave an existing file alone; reports 0x1500006 then. For asking before long work.
+// Whether `writeBytes` may write there. For asking before long work: nothing keeps the answer true until then.
+//
+// Result:     false with 0x1500006 when an ordinary file is there and may not be written over; else true, also where writing
+//             fails for other reasons.
 KY_INVENTORYKIT_API bool mayWrite(KyCErrorListPool& pool, const std::string& path, Overwrite overwrite);
 
 // Where a section lies in a file; [begin, end) with header and trailer.
