@@ -1,4 +1,7 @@
 // Sessions of `kyinventory shell` at a terminal: prompt, history, completion, and the ways out.
+#include <fcntl.h>
+#include <sys/file.h>
+
 #include <vector>
 
 #include "integration/KyTerminalTest.h"
@@ -254,6 +257,28 @@ TEST_F(ShellAtTerminal, saveDoesNotWriteOverWhatSomeoneElseHasStored)
   terminal.type("quit\n");
   EXPECT_EQ(terminal.waitForEnd(), 0);
   EXPECT_EQ(run("shell " + m_file + " -c 'get BOARD[2]/SIZE'").out, "5\n");
+}
+
+TEST_F(ShellAtTerminal, saveWaitsForWhoeverChangesTheFileAndKeepsTheirChange)
+{
+  const int other = ::open(m_file.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(::flock(other, LOCK_EX), 0);
+  KyTerminal terminal(shell());
+  terminal.waitFor("> ");
+  terminal.type("set BOARD[2]/SIZE=5; save\n");
+  terminal.waitFor("waiting for " + m_file + " ... 1 s");
+  store("rack.kyinv", "ROOT/BOARD[2] SIZE=9");
+  ::close(other);
+  terminal.waitFor("kyinventory: " + m_file +
+                   " has been changed by someone else since it was read. (0x1503005, save)\r\n");
+  terminal.waitFor("> ");
+  EXPECT_EQ(difference("rack.kyinv", "ROOT/BOARD[2] SIZE=9"), "");
+  const int next = ::open(m_file.c_str(), O_RDONLY | O_CLOEXEC);
+  EXPECT_EQ(::flock(next, LOCK_EX | LOCK_NB), 0) << "not locked any longer";
+  ::close(next);
+  terminal.type("save --force; quit\n");
+  EXPECT_EQ(terminal.waitForEnd(), 0);
+  EXPECT_EQ(run("get " + m_file + " BOARD[2]/SIZE").out, "5\n");
 }
 
 TEST_F(ShellAtTerminal, theNameOfTheFileCannotSteerTheTerminal)

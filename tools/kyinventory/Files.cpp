@@ -38,20 +38,20 @@ bool hasLocked(int file, const std::string& path)
   return writable >= 0 && lock(writable) && ::dup3(writable, file, O_CLOEXEC) >= 0 && ::close(writable) == 0;
 }
 
-// Waits until nobody else changes the file. The lock stays until the program ends: what is read from now on is what will
-// be replaced. Whoever had it before has put another file in the place of the one that was waited for. A file system
-// without locks is no reason not to change a file.
-void waitForLock(const std::string& path)
+// Waits until nobody else changes the file, and locks it; gives what is open for that, -1 when nothing is. Whoever had it
+// before has put another file in the place of the one that was waited for. A file system without locks is no reason not to
+// change a file.
+int waitForLock(const std::string& path)
 {
   const Progress progress("waiting for " + path);
   for (;;)
   {
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file < 0 || !hasLocked(file, path)) return;
+    if (file < 0 || !hasLocked(file, path)) return file;
     struct stat locked = {};
     struct stat named = {};
     const bool isThere = ::fstat(file, &locked) == 0 && ::stat(path.c_str(), &named) == 0;
-    if (!isThere || isSameFile(locked, named)) return;
+    if (!isThere || isSameFile(locked, named)) return file;
     ::close(file);
   }
 }
@@ -175,6 +175,14 @@ bool mayStore(const std::string& input, const TargetOptions& target, Lock lock)
   return true;
 }
 
+ChangeLock::ChangeLock(const std::string& path) : m_file(waitForLock(path)) {}
+
+ChangeLock::~ChangeLock()
+{
+  if (m_file >= 0) ::close(m_file);
+}
+
+// It stays until the program ends: what is read from now on is what will be replaced.
 void lockForChange(const std::string& input, const TargetOptions& target)
 {
   if (target.output.empty() && !input.empty()) waitForLock(input);

@@ -55,6 +55,19 @@ enum class Lock
 bool mayStore(const std::string& input, const TargetOptions& target, Lock lock = Lock::NOW);
 void lockForChange(const std::string& input, const TargetOptions& target);
 
+// As above, for a program that goes on: nobody else changes the file as long as this is there.
+class ChangeLock
+{
+public:
+  explicit ChangeLock(const std::string& path);
+  ~ChangeLock();
+  ChangeLock(const ChangeLock&) = delete;
+  ChangeLock& operator=(const ChangeLock&) = delete;
+
+private:
+  const int m_file;    // -1: there is no lock to be had
+};
+
 // The exit code where mayStore has said no: the command line is wrong, or the target is not to be written over.
 int exitCodeOfRefusal(const std::string& input, const TargetOptions& target);
 

@@ -346,6 +346,7 @@ int Shell::save(const Words& words)
   KyCErrorListPool pool;
   bool isDone = false;
   {
+    const ChangeLock lock(m_session.path());    // from before the comparison with the file
     const Progress progress("storing " + m_session.path());
     isDone = m_session.save(pool, isForced ? Session::Others::REPLACE : Session::Others::KEEP);
   }

@@ -180,7 +180,9 @@ void addShellCommand(CLI::App& program, int& exitCode)
       *command,
       {"At a terminal, asks for commands: the Tab key completes them and addresses, the arrow keys bring former "
        "ones back. Ctrl-C gives up the line. Ctrl-D leaves as quit does; where there are unsaved changes it has to be "
-       "pressed once more, which drops them and gives exit code 1. Changes stay in memory until they are saved.\n\n"
+       "pressed once more, which drops them and gives exit code 1. Changes stay in memory until they are saved. save "
+       "waits until no other command changes the file; where one has done so since it was read, it saves nothing, and "
+       "gives exit code 4, unless forced.\n\n"
        "With -c, or when standard input is not a terminal, carries out the commands that it is given and asks for "
        "nothing. Each command of standard input is carried out and answered as soon as its line has come, so that "
        "another program can ask through a pair of pipes. The first one that fails ends the session with its exit code; "

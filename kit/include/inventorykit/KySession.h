@@ -141,7 +141,8 @@ public:
     REPLACE
   };
 
-  // Stores the tree in place of the section in the file, like replaceTree.
+  // Stores the tree in place of the section in the file, like replaceTree. Between comparing and replacing others may write
+  // to the file: a program that is not alone with it locks it around this call.
   bool save(KyCErrorListPool& pool, Others others);
 
   // As completeAddress, for an address as these methods take it.
