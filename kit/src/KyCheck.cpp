@@ -630,6 +630,6 @@ std::string checkAsJson(const std::vector<CheckResult>& results)
     file["findings"] = std::move(findings);
     files.push_back(std::move(file));
   }
-  return files.dump(2) + "\n";
+  return dumped(files, 2) + "\n";
 }
 }    // namespace KyNInventoryKit

@@ -42,11 +42,11 @@ void writeJsonLines(const KyCInventoryItem& root, std::string& text)
                    {
                      text += "{\"address\":\"" + address;    // names, numbers, "/" and brackets
                      text += "\",\"type\":\"" + std::string(parameter.getTypeAsCString());
-                     text += "\",\"value\":" + jsonOfValue(parameter).dump();
-                     text += ",\"unit\":" + jsonOfText(parameter.getUnit()).dump();
+                     text += "\",\"value\":" + dumped(jsonOfValue(parameter));
+                     text += ",\"unit\":" + dumped(jsonOfText(parameter.getUnit()));
                      text += parameter.isModifiable() ? ",\"modifiable\":true" : ",\"modifiable\":false";
                      text += ",\"relevance\":" + std::to_string(parameter.getRelevance());
-                     text += ",\"description\":" + jsonOfText(parameter.getDescription()).dump();
+                     text += ",\"description\":" + dumped(jsonOfText(parameter.getDescription()));
                      text += "}\n";
                    });
 }

@@ -456,7 +456,7 @@ std::string inspectionAsJson(const Inspection& inspection)
     damage["offset"] = inspection.damageOffset;
     damage["reason"] = inspection.damage;
   }
-  return json.dump(2) + "\n";
+  return dumped(json, 2) + "\n";
 }
 
 std::string noteAsJson(const ByteNote& note)
@@ -475,6 +475,6 @@ std::string noteAsJson(const ByteNote& note)
   json["bytes"] = std::move(hex);
   json["meaning"] = note.meaning;
   json["address"] = note.address;
-  return json.dump() + "\n";
+  return dumped(json) + "\n";
 }
 }    // namespace KyNInventoryKit

@@ -64,7 +64,7 @@ private:
     m_text += "\"id\": " + idText(id);
     if (indexOf(item) != 1) member("index", std::to_string(indexOf(item)));
     if (defaultDescription(id) != item.getDescription())
-      member("description", jsonOfText(item.getDescription()).dump());
+      member("description", dumped(jsonOfText(item.getDescription())));
     const KyCInventoryParameter* parameter = item.getParameterByOrdinalNumber(0);
     if (parameter == nullptr) return;
     startList("parameters");
@@ -83,12 +83,12 @@ private:
     const unsigned int id = idOf(parameter);
     m_text += "{\"id\": " + idText(id);
     m_text += ", \"type\": \"" + std::string(parameter.getTypeAsCString()) + "\"";
-    m_text += ", \"value\": " + jsonOfValue(parameter).dump();
-    if (*parameter.getUnit() != '\0') m_text += ", \"unit\": " + jsonOfText(parameter.getUnit()).dump();
+    m_text += ", \"value\": " + dumped(jsonOfValue(parameter));
+    if (*parameter.getUnit() != '\0') m_text += ", \"unit\": " + dumped(jsonOfText(parameter.getUnit()));
     if (parameter.isModifiable()) m_text += ", \"modifiable\": true";
     if (parameter.getRelevance() != 0) m_text += ", \"relevance\": " + std::to_string(parameter.getRelevance());
     if (defaultDescription(id) != parameter.getDescription())
-      m_text += ", \"description\": " + jsonOfText(parameter.getDescription()).dump();
+      m_text += ", \"description\": " + dumped(jsonOfText(parameter.getDescription()));
     m_text += '}';
   }
 

@@ -22,6 +22,31 @@ bool isFloat(unsigned int type) { return type == KyCParam::TYPE_FLOAT32 || type 
 // The last digit of the code of an integer type is its size in bytes.
 bool isSmallInteger(unsigned int type) { return isInteger(type) && (type & 0xFu) <= 4; }
 
+// ---- Characters ----
+
+// The code point of the character of so many bytes that starts at byte n.
+unsigned int pointAt(std::string_view text, std::size_t n, std::size_t length)
+{
+  unsigned int point = length == 1 ? byteAt(text, n) : byteAt(text, n) & (0x7Fu >> length);
+  for (std::size_t m = 1; m < length; ++m)
+    point = point << 6 | (byteAt(text, n + m) & 0x3Fu);
+  return point;
+}
+
+// What a terminal obeys, or what changes the order in which a line is read. None is beyond U+FFFF.
+bool isControl(unsigned int point)
+{
+  return point < 0x20 || (point >= 0x7F && point <= 0x9F) || point == 0x61C || point == 0x200E || point == 0x200F ||
+         (point >= 0x2028 && point <= 0x202E) || (point >= 0x2066 && point <= 0x2069);
+}
+
+std::string escapeOf(unsigned int point)
+{
+  char escaped[8];
+  std::snprintf(escaped, sizeof(escaped), "\\u%04x", point);
+  return escaped;
+}
+
 Json numberOf(const std::string& digits)
 {
   long long number = 0;
@@ -88,6 +113,26 @@ bool textOfJson(const Json& json, std::string& text)
   return bytes != json.end() && bytes->is_string() && readBase64(bytes->get_ref<const std::string&>(), text);
 }
 
+// Beyond ASCII, characters stand in strings alone.
+std::string dumped(const Json& json, int indent)
+{
+  const std::string text = json.dump(indent);
+  std::string safe;
+  std::size_t taken = 0;
+  for (std::size_t n = 0; n < text.size();)
+  {
+    const std::size_t length = utf8Length(text, n);
+    const unsigned int point = pointAt(text, n, length);
+    if (point >= 0x7F && isControl(point))
+    {
+      safe.append(text, taken, n - taken).append(escapeOf(point));
+      taken = n + length;
+    }
+    n += length;
+  }
+  return taken == 0 ? text : safe.append(text, taken, std::string::npos);
+}
+
 std::string jsonText(std::string_view text)
 {
   std::string json = "\"";
@@ -95,17 +140,14 @@ std::string jsonText(std::string_view text)
   {
     const std::size_t length = utf8Length(text, n);
     if (length == 0) return "{\"bytes\": \"" + base64Of(text) + "\"}";
-    const bool isBeyondAscii = length == 2 && byteAt(text, n) == 0xC2 && byteAt(text, n + 1) < 0xA0;
-    const unsigned int character = byteAt(text, isBeyondAscii ? n + 1 : n);
-    if (isBeyondAscii || character < 0x20 || character == 0x7F)
+    const unsigned int point = pointAt(text, n, length);
+    if (isControl(point))
     {
-      char escaped[8];
-      std::snprintf(escaped, sizeof(escaped), "\\u%04x", character);
-      json += character == '\n' ? "\\n" : character == '\t' ? "\\t" : escaped;
+      json += point == '\n' ? "\\n" : point == '\t' ? "\\t" : escapeOf(point);
     }
     else
     {
-      if (character == '"' || character == '\\') json += '\\';
+      if (point == '"' || point == '\\') json += '\\';
       json += text.substr(n, length);
     }
     n += length;

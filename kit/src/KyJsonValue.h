@@ -62,6 +62,10 @@ inline bool isJsonText(const Json& json, std::string_view text)
   return own != nullptr && *own == text;
 }
 
+// A document as text, on one line or indented. In its strings, what a terminal obeys or what changes the order in which a
+// line is read is escaped, also beyond ASCII.
+std::string dumped(const Json& json, int indent = -1);
+
 // A text, whatever its bytes: a string, or an object with its bytes in base64.
 Json jsonOfText(std::string_view text);
 

@@ -136,7 +136,7 @@ std::string differenceToJson(const Difference& difference)
   const char* separator = "\n    ";
   for (const Change& change : difference.changes())
   {
-    text += separator + writer.write(change).dump();
+    text += separator + dumped(writer.write(change));
     separator = ",\n    ";
   }
   return text + (difference.changes().empty() ? "]\n}\n" : "\n  ]\n}\n");

@@ -168,6 +168,9 @@ TEST(KyValueText, textsAsJsonAreEscapedStringsAndElseBytes)
   EXPECT_EQ(jsonText("a\"\\\n\t\x1B\x7F\xC3\xA9\xE2\x82\xAC"), "\"a\\\"\\\\\\n\\t\\u001b\\u007f\xC3\xA9\xE2\x82\xAC\"");
   EXPECT_EQ(jsonText(std::string("a\0b", 3)), "\"a\\u0000b\"");
   EXPECT_EQ(jsonText("\xC2\x85\xC2\x9F\xC2\xA0"), "\"\\u0085\\u009f\xC2\xA0\"");
+  EXPECT_EQ(jsonText("a\xE2\x80\xAE\xE2\x81\xA6\xD8\x9C\xE2\x80\x90"), "\"a\\u202e\\u2066\\u061c\xE2\x80\x90\"")
+      << "what turns the direction, and a hyphen";
+  EXPECT_EQ(jsonText("\xF0\x9F\x98\x80"), "\"\xF0\x9F\x98\x80\"");
   EXPECT_EQ(jsonText("ab\xFF"), "{\"bytes\": \"YWL/\"}");
   EXPECT_EQ(jsonText("\xC3"), "{\"bytes\": \"ww==\"}");
 }

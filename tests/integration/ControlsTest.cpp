@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Terminal.h"
+#include "inventorykit/KyValueText.h"
 
 TEST(Controls, ordinaryTextStaysAsItIs)
 {
@@ -36,4 +37,26 @@ TEST(Controls, bytesThatAreNoUtf8AreShown)
             "a\\x9B31m\\xFF");
   EXPECT_EQ(withoutControls("\xC3"), "\\xC3") << "cut";
   EXPECT_EQ(withoutControls("\xC0\x80\xED\xA0\x80"), "\\xC0\\x80\\xED\\xA0\\x80") << "too long, and a surrogate";
+}
+
+// The kit has its own list, since programs show its JSON, too.
+TEST(Controls, jsonEscapesTheSameCharacters)
+{
+  for (unsigned int point = 1; point < 0x30000; ++point)
+  {
+    if (point == '"' || point == '\\' || (point >= 0xD800 && point <= 0xDFFF)) continue;
+    std::string text;
+    if (point < 0x80)
+      text = {static_cast<char>(point)};
+    else if (point < 0x800)
+      text = {static_cast<char>(0xC0 | point >> 6), static_cast<char>(0x80 | (point & 0x3F))};
+    else if (point < 0x10000)
+      text = {static_cast<char>(0xE0 | point >> 12), static_cast<char>(0x80 | (point >> 6 & 0x3F)),
+              static_cast<char>(0x80 | (point & 0x3F))};
+    else
+      text = {static_cast<char>(0xF0 | point >> 18), static_cast<char>(0x80 | (point >> 12 & 0x3F)),
+              static_cast<char>(0x80 | (point >> 6 & 0x3F)), static_cast<char>(0x80 | (point & 0x3F))};
+    const bool isEscaped = KyNInventoryKit::jsonText(text) != '"' + text + '"';
+    ASSERT_EQ(isEscaped, withoutControls(text, "") != text) << std::hex << point;
+  }
 }

@@ -77,4 +77,30 @@ TEST_F(Stream, anEmptyNameForTheOutputIsWrongUsage)
   EXPECT_EQ(outcome.exitCode, 2);
   EXPECT_NE(outcome.err.find("must not be empty"), std::string::npos);
 }
+// U+202E, U+2066 and U+009B, in the file and in its name.
+TEST_F(Stream, jsonOfEveryCommandHasNoCharacterThatSteersATerminalOrTurnsALine)
+{
+  const std::string controls = "\xE2\x80\xAE\xE2\x81\xA6\xC2\x9B";
+  const std::string unit = controls.substr(0, 6);
+  const std::string name = "a" + controls;
+  const std::string file =
+      store(name, "ROOT/BOARD NAME String \"" + controls + "\" unit=\"" + unit + "\" description=\"" + controls +
+                      "\"\nROOT/BOARD description=\"" + controls + "\"");
+  const std::string other = store("b", "ROOT/BOARD NAME=\"b\"");
+  for (const std::string& arguments :
+       {"get " + file + " BOARD/NAME --json", "find " + file + " '**' --json", "diff " + file + " " + other + " --json",
+        "check " + file + " --json", "inspect " + file + " --json", "inspect " + file + " --bytes --json",
+        "export " + file + " --format json", "export " + file + " --format jsonl"})
+  {
+    const Outcome outcome = run(arguments);
+    EXPECT_LE(outcome.exitCode, 1) << outcome.err;
+    for (const std::string& one : {controls.substr(0, 3), controls.substr(3, 3), controls.substr(6)})
+      EXPECT_EQ(outcome.out.find(one), std::string::npos) << arguments << "\n" << outcome.out;
+    EXPECT_NE(outcome.out.find("\\u202e\\u2066"), std::string::npos) << arguments << "\n" << outcome.out;
+  }
+  const std::string json = path("a.json");
+  EXPECT_EQ(run("export " + file + " -o " + json).exitCode, 0);
+  EXPECT_EQ(run("import " + json + " -o " + path("again")).exitCode, 0);
+  EXPECT_EQ(run("diff " + file + " " + path("again")).exitCode, 0) << "nothing is lost on the way";
+}
 }    // namespace

@@ -35,7 +35,7 @@ std::size_t decode(std::string_view bytes, unsigned int& point)
 // What a terminal obeys, or what changes the order in which a line is read.
 bool isControl(unsigned int point)
 {
-  return point < 0x20 || (point >= 0x7F && point <= 0x9F) || point == 0x200E || point == 0x200F ||
+  return point < 0x20 || (point >= 0x7F && point <= 0x9F) || point == 0x61C || point == 0x200E || point == 0x200F ||
          (point >= 0x2028 && point <= 0x202E) || (point >= 0x2066 && point <= 0x2069);
 }
 

@@ -1,7 +1,7 @@
 // KyValueText.h: values of parameters as texts, and back.
 //
-//   KyNInventoryKit::valueText(parameter)                      "4096", "1.5", "nan", "1.2.3.4", a string as it is
-//   KyNInventoryKit::setValueText(pool, parameter, "70000")    an Int16 reports its bounds
+//   KyNInventoryKit::valueText(parameter);                      // "4096", "1.5", "nan", "1.2.3.4", a string as it is
+//   KyNInventoryKit::setValueText(pool, parameter, "70000");    // an Int16 reports its bounds
 //
 // The texts: integers in decimal; floating-point numbers as the shortest text that reads back to the same value, "inf",
 // "-inf", "nan"; versions as four numbers joined by dots; strings byte by byte. Read are also: integers with 0x in front;
@@ -28,8 +28,9 @@ KY_INVENTORYKIT_API std::string typeNames();
 // The value as text; empty for a parameter whose type is none of the twelve.
 KY_INVENTORYKIT_API std::string valueText(const KyCInventoryParameter& parameter);
 
-// A text as a piece of JSON: a string, with control characters escaped, also those beyond ASCII. Bytes that are no UTF-8
-// give an object {"bytes": "..."} with the text in base64, so that nothing is lost.
+// A text as a piece of JSON: a string, with control characters escaped, also those beyond ASCII and those that change the
+// order in which a line is read (U+061C, U+200E, U+200F, U+2028 .. U+202E, U+2066 .. U+2069): a terminal may show it. Bytes
+// that are no UTF-8 give an object {"bytes": "..."} with the text in base64, so that nothing is lost.
 KY_INVENTORYKIT_API std::string jsonText(std::string_view text);
 
 // The value as a piece of JSON: integers of up to 32 bits are numbers, everything else is a string, since many readers
