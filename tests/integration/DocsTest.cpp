@@ -1,6 +1,7 @@
 // Help, man pages and completions say the same: what the command line knows stands in each of them.
 #include <algorithm>
 #include <filesystem>
+#include <sstream>
 
 #include "Command.h"
 #include "Program.h"
@@ -140,6 +141,66 @@ TEST_F(Docs, everyOptionAndArgumentStandsInHelpManPageAndCompletions)
     }
   }
   EXPECT_GT(options, 20u);
+}
+
+TEST_F(Docs, whatIsRequiredStandsInTheSynopsis)
+{
+  unsigned int required = 0;
+  for (const auto& [name, command] : commands())
+    for (const CLI::Option* option : command->get_options())
+    {
+      if (!option->get_required() || option->get_positional()) continue;
+      ++required;
+      const std::string man = plain(contentOf(manPageOf(name)));
+      EXPECT_TRUE(contains(man, "\nkyinventory " + name + " [OPTIONS] -o FILE ")) << man;
+      EXPECT_TRUE(contains(man, "\n" + option->get_description() + ".\nRequired.\n")) << man;
+    }
+  EXPECT_EQ(required, 4u) << "merge, import, anonymize, extract";
+}
+
+TEST_F(Docs, mergeTakesTwoFilesOrMore)
+{
+  const std::string help = run("merge --help").out;
+  EXPECT_TRUE(contains(help, "Usage: kyinventory merge [OPTIONS] FILE FILE...\n")) << help;
+  EXPECT_TRUE(contains(help, "\n  FILE FILE... REQUIRED ")) << help;
+  EXPECT_TRUE(contains(plain(contentOf(manPageOf("merge"))), "[OPTIONS] -o FILE FILE FILE...\n"));
+}
+
+TEST_F(Docs, anOutputLeavesTheFileThatIsNamedAsItIs)
+{
+  unsigned int outputs = 0;
+  for (const auto& [name, command] : commands())
+    for (const CLI::Option* option : command->get_options())
+    {
+      const std::string meaning = option->get_description();
+      const std::size_t behind = meaning.find(" staying as it is");
+      if (behind == meaning.npos) continue;
+      ++outputs;
+      const std::size_t begin = meaning.rfind(' ', behind - 1) + 1;
+      const CLI::Option* const first =
+          command->get_options([](const CLI::Option* any) { return any->get_positional(); }).at(0);
+      EXPECT_EQ(meaning.substr(begin, behind - begin), first->get_name()) << name;
+    }
+  EXPECT_GE(outputs, 6u);
+}
+
+// "| 0x1 | `NAME` | effect |"
+TEST_F(Docs, theOptionMaskOfShowIsThatOfTheLibrarysPage)
+{
+  const std::string help = run("show --help").out;
+  std::istringstream page(contentOf(KY_SOURCE_DIR "/docs/text-dump.md"));
+  unsigned int bits = 0;
+  for (std::string line; std::getline(page, line);)
+  {
+    if (line.compare(0, 4, "| 0x") != 0) continue;
+    const std::string bit = line.substr(2, line.find(' ', 2) - 2);
+    std::string effect = line.substr(line.find("` | ") + 4);
+    effect.resize(effect.size() - 2);
+    effect.erase(std::remove(effect.begin(), effect.end(), '`'), effect.end());
+    EXPECT_TRUE(contains(help, "  " + bit + std::string(10 - bit.size(), ' ') + effect + "\n")) << bit;
+    ++bits;
+  }
+  EXPECT_EQ(bits, 22u);
 }
 
 TEST_F(Docs, everySubCommandHasDetailsAndExamplesInHelpAndManPage)

@@ -79,7 +79,8 @@ void addAppendCommand(CLI::App& program, int& exitCode)
       ->required();
   addSectionEndOption(*command, arguments->at, "Where the section goes; default: end");
   command->add_flag("--replace", arguments->replace, "Replace a section that is there already");
-  addTargetOptions(*command, arguments->target);
+  addTargetOptions(*command, arguments->target,
+                   "File to store the result in, IMAGE staying as it is; - is standard output");
   setManual(
       *command,
       {"Puts the section of FILE behind the content of IMAGE, or in front of it with --at start. IMAGE is changed in "

@@ -56,7 +56,8 @@ void addImportCommand(CLI::App& program, int& exitCode)
   setManual(
       *command,
       {"Reads what export writes. Of mark-up it also reads what show prints, as far as that says it: texts that are "
-       "not UTF-8 were changed there, and IDs without a name are there only with --options 0x200000.\n\n"
+       "not UTF-8 were changed there, and IDs without a name are there only with --options 0x200000. "
+       "A program that was built without the pugixml library reads no mark-up: it says so, with exit code 3.\n\n"
        "JSON lines say nothing of items: those on the way to a parameter are made, with the names of their IDs as "
        "descriptions, below a root item ROOT.\n\n"
        "The first thing that is wrong is told with line, column and address, and nothing is written then.",

@@ -152,7 +152,8 @@ void addMergeCommand(CLI::App& program, int& exitCode)
       ->add_option("FILE", arguments->inputs,
                    "Files with a section each; later ones are merged into the first; - is standard input")
       ->required()
-      ->expected(2, 1 << 20);
+      ->expected(2, 1 << 20)
+      ->option_text("FILE... REQUIRED");
   addTargetOptions(*command, arguments->target, "Section file to store the merged tree in; - is standard output")
       ->required();
   command->add_flag("--no-parameters", arguments->noParameters,

@@ -63,6 +63,17 @@ std::string wrapped(const std::string& paragraph, const std::string& indentation
   return text + line + "\n";
 }
 
+// Of an argument that must be given twice or more, the name stands twice.
+class HelpFormatter : public CLI::Formatter
+{
+public:
+  std::string make_option_usage(const CLI::Option* option) const override
+  {
+    const std::string name = make_option_name(option, true);
+    return option->get_expected_min() < 2 ? CLI::Formatter::make_option_usage(option) : name + " " + name + "...";
+  }
+};
+
 // What stands below the options in a help.
 std::string footerOf(const CLI::App& command)
 {
@@ -190,6 +201,7 @@ std::unique_ptr<CLI::App> makeProgram(int& exitCode)
                                             "kyinventory");
   program->set_version_flag("--version", "kyinventory " KY_VERSION);
   program->require_subcommand(1);
+  program->formatter(std::make_shared<HelpFormatter>());    // the sub-commands take it over
   for (auto add : s_commands)
     add(*program, exitCode);
   complete(*program);

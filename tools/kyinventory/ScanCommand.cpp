@@ -105,7 +105,8 @@ void addScanCommand(CLI::App& program, int& exitCode)
   addKeyOptions(*command, arguments->key, anonymize);
   setManual(*command,
             {"Takes the inventory of the machine that the program runs on: processors, caches, memory, buses, devices, "
-             "network interfaces, disks and the operating system. Some serial numbers are shown to root only.",
+             "network interfaces, disks and the operating system. Some serial numbers are shown to root only.\n\n"
+             "A program that was built without the hwloc library takes no inventories: it says so, with exit code 3.",
              {{"kyinventory scan", "prints the inventory of this machine"},
               {"kyinventory scan -o machine.kyinv", "stores it in a file"},
               {"kyinventory scan --topology rack.xml -o rack.kyinv",

@@ -112,6 +112,31 @@ int show(const ShowArguments& arguments)
   return EXIT_NOT_FOUND;
 }
 
+// As docs/text-dump.md has them.
+constexpr const char* s_dumpOptions =
+    "  0x1       parameters, values and sub-items stay at the item's depth\n"
+    "  0x2       the unit line also when the unit is empty\n"
+    "  0x4       the index of an item's ID also when it is 1\n"
+    "  0x8       no parameters\n"
+    "  0x10      neither head nor closing line of items; parameters and sub-items stay\n"
+    "  0x20      .2 instead of [2]\n"
+    "  0x40      IDs as decimal numbers instead of names\n"
+    "  0x80      plain mode: no marks\n"
+    "  0x100     string values with line feeds as they are\n"
+    "  0x200     item head without the ID\n"
+    "  0x400     item head never with the description; wins over 0x800\n"
+    "  0x800     item head always with the description\n"
+    "  0x1000    parameter head without the ID\n"
+    "  0x2000    parameter head never with the description; wins over 0x4000\n"
+    "  0x4000    parameter head always with the description\n"
+    "  0x8000    parameter head without the type\n"
+    "  0x10000   no value line\n"
+    "  0x20000   no unit line\n"
+    "  0x40000   no modifiable line\n"
+    "  0x80000   no relevance line\n"
+    "  0x100000  string values without escaping\n"
+    "  0x200000  an ID without a registered name as its number instead of its description";
+
 // Empty when the text is an option mask.
 std::string checkMask(const std::string& text)
 {
@@ -140,12 +165,14 @@ void addShowCommand(CLI::App& program, int& exitCode)
   command->add_option("--indent", arguments->indent, "Levels by which everything is indented")
       ->check(wholeNumber(0, s_mostIndentation))
       ->type_name("UINT");
-  setManual(*command,
-            {"The text is that of the library's dump, whose options docs/text-dump.md lists. On a terminal, control "
-             "characters "
-             "of the file's texts are shown as \\xNN; elsewhere every byte is printed as it is stored.",
-             {{"kyinventory show rack.kyinv", "prints the whole tree"},
-              {"kyinventory show rack.kyinv BOARD[2] --depth 1", "prints the second board and what is right below it"},
-              {"kyinventory show rack.kyinv BOARD[2]/SIZE --plain", "prints one parameter, without mark-up"}}});
+  setManual(
+      *command,
+      {std::string("The text is that of the library's dump. On a terminal, control characters of the file's texts "
+                   "are shown as \\xNN; elsewhere every byte is printed as it is stored.\n\n"
+                   "The mask of --options is the sum of these:\n\n") +
+           s_dumpOptions,
+       {{"kyinventory show rack.kyinv", "prints the whole tree"},
+        {"kyinventory show rack.kyinv BOARD[2] --depth 1", "prints the second board and what is right below it"},
+        {"kyinventory show rack.kyinv BOARD[2]/SIZE --plain", "prints one parameter, without mark-up"}}});
   command->callback([arguments, &exitCode]() { exitCode = show(*arguments); });
 }

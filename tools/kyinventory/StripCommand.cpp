@@ -42,7 +42,8 @@ void addStripCommand(CLI::App& program, int& exitCode)
       ->required();
   addSectionEndOption(*command, arguments->at,
                       "Which section, in a file with two; default: the one that reading takes");
-  addTargetOptions(*command, arguments->target);
+  addTargetOptions(*command, arguments->target,
+                   "File to store the result in, IMAGE staying as it is; - is standard output");
   setManual(
       *command,
       {"Leaves the image as it was before the section was appended, byte for byte. IMAGE is changed in place, and "

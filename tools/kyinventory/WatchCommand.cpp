@@ -252,6 +252,7 @@ void addWatchCommand(CLI::App& program, int& exitCode)
        "changed: available memory, clock frequencies, state, speed and duplex mode of network links, temperatures, "
        "the time since the start. The first round compares with the inventory as it was taken. SIGINT and SIGTERM "
        "end it after the current round, with exit code 0; a second signal ends it at once.\n\n"
+       "A program that was built without the hwloc library takes no inventories: it says so, with exit code 3.\n\n"
        "On a terminal the lines are aligned and begin with the local time. Elsewhere each change is one line of "
        "five fields separated by tabs: UTC time with milliseconds, address, old value, new value, unit. Control "
        "characters in values are shown as \\xNN. A value that cannot be read is complained about once, until it can "

@@ -37,6 +37,7 @@ OptionRow optionRow(const CLI::Option& option)
   for (const std::string& name : option.get_lnames())
     row.names.push_back("--" + name);
   row.meaning = option.get_description();
+  row.isRequired = option.get_required();
   if (option.get_items_expected_max() == 0) return row;
   const std::string type = option.get_type_name();
   row.choices = choicesIn(type);
@@ -72,7 +73,8 @@ CommandRow commandRow(const CLI::App& command, const std::string& name)
     }
     const std::string argument = option->get_name(true);
     row.arguments.push_back({argument, option->get_description(), option->get_required(),
-                             option->get_items_expected_max() > 1, completionOf(argument, row.arguments.empty())});
+                             option->get_items_expected_max() > 1, option->get_items_expected_min() > 1,
+                             completionOf(argument, row.arguments.empty())});
   }
   return row;
 }

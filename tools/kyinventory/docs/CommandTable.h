@@ -22,6 +22,7 @@ struct OptionRow
   std::string value;                 // what stands behind it: "FILE"; empty: nothing
   std::vector<std::string> choices;
   std::string meaning;
+  bool isRequired = false;
   Completion completion = Completion::NOTHING;
 };
 
@@ -31,6 +32,7 @@ struct ArgumentRow
   std::string meaning;
   bool isRequired = false;
   bool isMany = false;
+  bool isTwice = false;    // must be given twice or more
   Completion completion = Completion::NOTHING;
 };
 

@@ -47,9 +47,12 @@ std::string synopsis(const CommandRow& row)
 {
   if (row.name.empty()) return bold("kyinventory") + " [" + italic("OPTIONS") + "] " + italic("COMMAND") + " ...\n";
   std::string text = bold("kyinventory " + row.name) + " [" + italic("OPTIONS") + "]";
+  for (const OptionRow& option : row.options)
+    if (option.isRequired) text += " " + bold(option.names.front()) + " " + italic(option.value);
   for (const ArgumentRow& argument : row.arguments)
   {
-    const std::string word = italic(argument.name) + (argument.isMany ? "..." : "");
+    const std::string once = italic(argument.name);
+    const std::string word = (argument.isTwice ? once + " " : "") + once + (argument.isMany ? "..." : "");
     text += argument.isRequired ? " " + word : " [" + word + "]";
   }
   return text + "\n";
@@ -90,6 +93,7 @@ std::string options(const CommandRow& row)
       names += (names.empty() ? "" : ", ") + bold(name);
     text += ".TP\n" + names + (option.value.empty() ? "" : " " + italic(option.value)) + "\n";
     text += escaped(option.meaning) + ".\n";
+    if (option.isRequired) text += "Required.\n";
     if (option.choices.empty()) continue;
     text += "One of";
     for (const std::string& choice : option.choices)
