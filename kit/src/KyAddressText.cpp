@@ -180,7 +180,7 @@ std::vector<std::string> nearestOf(const std::string& name, const std::vector<st
 std::vector<std::string> nearestNames(const std::string& name, unsigned int count)
 {
   std::vector<std::string> candidates;
-  for (unsigned int id = 1; id < KyNInventoryIDs::Map.getCount(); ++id)
+  for (unsigned int id = 0; id < KyNInventoryIDs::Map.getCount(); ++id)
     candidates.emplace_back(KyNInventoryIDs::Map.get(id));
   return nearestOf(name, candidates, count);
 }

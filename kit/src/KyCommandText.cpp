@@ -146,7 +146,7 @@ std::vector<std::string> completeAddress(KyCInventoryItem& item, const std::stri
 std::vector<std::string> completeName(const std::string& begun)
 {
   std::vector<std::string> names;
-  for (unsigned int id = 1; id < KyNInventoryIDs::Map.getCount(); ++id)
+  for (unsigned int id = 0; id < KyNInventoryIDs::Map.getCount(); ++id)
   {
     const std::string name = KyNInventoryIDs::Map.get(id);
     if (!name.empty() && beginsWith(name, begun)) names.push_back(name);

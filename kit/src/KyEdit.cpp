@@ -179,7 +179,7 @@ bool isPredefined(KyCErrorListPool& pool, const KyCInventoryAddress& id)
     return false;
   }
   const unsigned int number = id.getCategory();
-  if (number != 0 && KyNInventoryIDs::Map.get(number) != nullptr) return true;
+  if (KyNInventoryIDs::Map.get(number) != nullptr) return true;
   pool.setError(KY_KIT_MSG_NO_SUCH_ID, __LINE__, "renameItem", "%s%s", std::to_string(number).c_str(), "");
   return false;
 }

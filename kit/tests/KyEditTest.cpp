@@ -2,6 +2,7 @@
 #include "inventorykit/KyEdit.h"
 
 #include "inventory/KyNInventoryIDs.h"
+#include "inventorykit/KyAddressText.h"
 #include "inventorykit/KyFind.h"
 #include "inventorykit/KyLookUp.h"
 #include "inventorykit/KyValueText.h"
@@ -217,6 +218,26 @@ TEST(KyEdit, anItemGetsAnotherIdAndItsName)
   EXPECT_TRUE(renameItem(pool, sample.root(), KyCInventoryAddress(), KyNInventoryIDs::CPU));
   EXPECT_NO_REPORTS(pool);
   EXPECT_EQ(difference(sample, "CPU/DEVICE[5] ID=1"), "");
+}
+
+TEST(KyEdit, theIdZeroIsTakenLikeOthers)
+{
+  KySampleTree sample("ROOT/BOARD[2] SIZE=1; CPU");
+  KyTestPool pool;
+  KyCInventoryAddress dummy;
+  ASSERT_TRUE(readElement(pool, "DUMMY[3]", dummy));
+  EXPECT_TRUE(renameItem(pool, sample.root(), kyAddress("BOARD[2]"), dummy));
+  EXPECT_FALSE(renameItem(pool, sample.root(), kyAddress("CPU"), dummy));
+  EXPECT_REPORTS(pool,
+                 {0x1504003, "renameItem",
+                  "CPU cannot get the ID DUMMY[3]: the root item has an item or a parameter of this ID already."});
+  EXPECT_STREQ(sample.root().getFirstSubItem()->getDescription(), "DUMMY");
+  KyCInventoryAddress size;
+  ASSERT_TRUE(readAddress(pool, "DUMMY[3]/SIZE", size));
+  EXPECT_NE(changeParameter(pool, sample.root(), size, valueChange("2")), nullptr);
+  EXPECT_TRUE(renameItem(pool, sample.root(), dummy, KyNInventoryIDs::BOARD[2]));
+  EXPECT_NO_REPORTS(pool);
+  EXPECT_EQ(difference(sample, "ROOT/BOARD[2] SIZE=2; CPU"), "");
 }
 
 TEST(KyEdit, renamingToTheOwnIdChangesNothing)

@@ -38,4 +38,16 @@ TEST(KyIDs, aNumberNamesItsIdAlone)
   EXPECT_EQ(namesOf("4294967295"), "");
 }
 
-TEST(KyIDs, theEmptyTextNamesAllOfThem) { EXPECT_EQ(findIDs("").size(), KyNInventoryIDs::Map.getCount() - 1); }
+TEST(KyIDs, theNumberZeroIsAnIdLikeOthers)
+{
+  EXPECT_EQ(namesOf("dummy"), "DUMMY=0 ");
+  EXPECT_EQ(namesOf("D?MMY"), "DUMMY=0 ");
+  EXPECT_EQ(namesOf("0"), "DUMMY=0 ");
+  EXPECT_EQ(namesOf("0x0"), "DUMMY=0 ");
+}
+
+TEST(KyIDs, theEmptyTextNamesAllOfThem)
+{
+  EXPECT_EQ(findIDs("").size(), 1064u);
+  EXPECT_EQ(findIDs("").front().id, 0u);
+}

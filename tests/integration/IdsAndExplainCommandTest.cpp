@@ -16,7 +16,8 @@ TEST_F(IdsAndExplain, idsPrintsNamesAndNumbers)
   EXPECT_EQ(outcome.out, "VOLTAGE_MIN\t45\nVOLTAGE_MAX\t74\n");
   EXPECT_EQ(run("ids number_plugon").out, "SERIAL_NUMBER_PLUGON\t176\nSERIAL_NUMBER_PLUGON2\t656\n");
   EXPECT_EQ(run("ids 585").out, "BOARD\t585\n");
-  EXPECT_EQ(run("ids").out.substr(0, 7), "ROOT\t1\n");
+  EXPECT_EQ(run("ids").out.substr(0, 15), "DUMMY\t0\nROOT\t1\n");
+  EXPECT_EQ(run("ids 0").out, "DUMMY\t0\n");
 }
 
 TEST_F(IdsAndExplain, idsAsJson)

@@ -154,6 +154,9 @@ TEST_F(PatchCommand, itemsOfTheID0AreComparedPatchedAndRemovedLikeOthers)
   EXPECT_EQ(run("get " + path("c.kyinv") + " 0[2]/SIZE").out, "7\n");
   EXPECT_EQ(run("set " + a + " DUMMY[2]/SIZE=8").exitCode, 0);
   EXPECT_EQ(run("get " + a + " DUMMY[2]/SIZE").out, "8\n");
+  EXPECT_EQ(run("rename " + a + " DUMMY[2] BOARD").exitCode, 0);
+  EXPECT_EQ(run("rename " + a + " BOARD 0[2]").exitCode, 0);
+  EXPECT_EQ(run("get " + a + " DUMMY[2]/SIZE").out, "8\n");
   EXPECT_EQ(run("rm " + a + " 0[2]/DUMMY").exitCode, 0);
   EXPECT_EQ(run("rm " + a + " DUMMY[2]").exitCode, 0);
   EXPECT_EQ(run("find " + a + " '**'").out, ".\t\t\n");

@@ -65,7 +65,8 @@ KY_INVENTORYKIT_API bool removeNodes(KyCErrorListPool& pool, KyCInventoryItem& t
 // Gives an item another ID and index, and the ID's name as its description; of several siblings that share the address,
 // the first one. The item that has this ID and index already stays as it is.
 //
-//   id          one element, predefined
+//   id          one element, predefined. DUMMY, whose number is 0, is one: everything here finds such an item again, but the
+//               library's own reader of addresses takes neither its name nor its number
 //
 // Errors:     0x1504000  there is no such item (function "lookUp")
 //             0x1504003  its parent has another item of this ID and index, or a parameter of this ID

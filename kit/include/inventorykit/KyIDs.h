@@ -16,8 +16,8 @@ struct NamedID
   const char* name;    // holds as long as the inventory library is loaded
 };
 
-// The predefined IDs that a text asks for, in the order of their numbers. Upper and lower case count as the same
-// letter.
+// The predefined IDs that a text asks for, in the order of their numbers, which begin with the 0 of DUMMY. Upper and lower
+// case count as the same letter.
 //
 //   pattern     empty: all. With "*" (any characters) or "?" (any one): the names of this form. A number, decimal or
 //               with 0x in front: the ID of this number. Any other text: the names that contain it
