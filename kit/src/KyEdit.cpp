@@ -7,6 +7,7 @@
 
 #include "KyEditMessages.h"
 #include "KyKitMessages.h"
+#include "KyNewItems.h"
 #include "inventory/KyNInventoryIDs.h"
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KyLookUp.h"
@@ -14,23 +15,6 @@
 
 namespace KyNInventoryKit
 {
-namespace
-{
-constexpr std::size_t s_longestUnit = 100;    // bytes that are stored
-
-// ---- Parameters ----
-
-std::string textOf(const std::optional<std::string>& text) { return text.value_or(std::string()); }
-
-bool isStorable(KyCErrorListPool& pool, const ParameterChange& change)
-{
-  if (!change.unit || change.unit->size() <= s_longestUnit) return true;
-  pool.setError(KY_EDIT_MSG_UNIT_TOO_LONG, __LINE__, "changeParameter", "%s%zu", change.unit->c_str(), s_longestUnit);
-  return false;
-}
-
-// Takes away what an address leads to, from the first item on that is not there yet. Of the address, `known` elements
-// lead to items that were there before.
 void removeNewItems(KyCInventoryItem& top, const KyCInventoryAddress& address, unsigned int known)
 {
   KyCInventoryAddress first = address;
@@ -53,6 +37,21 @@ unsigned int countKnownItems(KyCInventoryItem& top, const KyCInventoryAddress& a
     if (item == nullptr) break;
   }
   return known;
+}
+
+namespace
+{
+constexpr std::size_t s_longestUnit = 100;    // bytes that are stored
+
+// ---- Parameters ----
+
+std::string textOf(const std::optional<std::string>& text) { return text.value_or(std::string()); }
+
+bool isStorable(KyCErrorListPool& pool, const ParameterChange& change)
+{
+  if (!change.unit || change.unit->size() <= s_longestUnit) return true;
+  pool.setError(KY_EDIT_MSG_UNIT_TOO_LONG, __LINE__, "changeParameter", "%s%zu", change.unit->c_str(), s_longestUnit);
+  return false;
 }
 
 KyCInventoryParameter* createWholly(KyCErrorListPool& pool, KyCInventoryItem& top, const KyCInventoryAddress& address,

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "KyNearest.h"
+#include "KyNewItems.h"
 #include "KySessionMessages.h"
 #include "inventorykit/KyAddressText.h"
 #include "inventorykit/KySectionFile.h"
@@ -198,21 +199,73 @@ bool isSame(const KyCInventoryParameter& a, const KyCInventoryParameter& b)
   return sameValue(a, b) && std::string(a.getUnit()) == b.getUnit() && a.isModifiable() == b.isModifiable() &&
          a.getRelevance() == b.getRelevance();
 }
+
+// One of several changes, and the way back.
+class Step
+{
+public:
+  Step(KyCInventoryItem& top, const KyCInventoryAddress& address)
+      : m_top(&top), m_address(address), m_known(countKnownItems(top, address))
+  {
+    const KyCInventoryParameter* const old = lookUp(top, address).parameter;
+    if (old != nullptr) m_old = std::make_unique<KyCInventoryParameter>(*old);
+  }
+
+  // Done wholly or, with a report, not at all.
+  bool carryOut(KyCErrorListPool& pool, const ParameterChange& change)
+  {
+    m_parameter = changeParameter(pool, *m_top, m_address, change);
+    return m_parameter != nullptr;
+  }
+
+  bool hasChanged() const { return m_old == nullptr || !isSame(*m_old, *m_parameter); }
+
+  void takeBack()
+  {
+    if (m_old != nullptr)
+      *m_parameter = *m_old;
+    else if (m_known + 1 < m_address.getLength())
+      removeNewItems(*m_top, m_address, m_known);
+    else
+      delete m_top->getItem(m_address.getHeadAddress())->detachParameter(m_address.getCategory());
+  }
+
+private:
+  KyCInventoryItem* m_top;
+  KyCInventoryAddress m_address;
+  unsigned int m_known;                            // elements
+  std::unique_ptr<KyCInventoryParameter> m_old;    // null: it was not there
+  KyCInventoryParameter* m_parameter = nullptr;
+};
 }    // namespace
 
 bool Session::change(KyCErrorListPool& pool, const std::string& address, const ParameterChange& change)
 {
-  std::string rest;
-  KyCInventoryItem* const from = base(pool, address, rest);
-  KyCInventoryAddress relative;
-  if (from == nullptr || !readAddress(pool, withoutSlashAtEnd(rest), relative)) return false;
-  const KyCInventoryParameter* const target =
-      change.createType == 0 ? parameter(pool, address) : lookUp(*from, relative).parameter;
-  if (target == nullptr && change.createType == 0) return false;
-  const auto old = target == nullptr ? nullptr : std::make_unique<KyCInventoryParameter>(*target);
-  const KyCInventoryParameter* const changed = changeParameter(pool, *from, relative, change);
-  if (changed == nullptr) return false;
-  m_isChanged = m_isChanged || old == nullptr || !isSame(*old, *changed);
+  std::size_t ignored = 0;
+  return changeAll(pool, {{address, change}}, ignored);
+}
+
+bool Session::changeAll(KyCErrorListPool& pool, const std::vector<Assignment>& assignments, std::size_t& failed)
+{
+  std::vector<Step> steps;
+  for (failed = 0; failed < assignments.size(); ++failed)
+  {
+    const std::string& address = assignments[failed].address;
+    const ParameterChange& change = assignments[failed].change;
+    std::string rest;
+    KyCInventoryItem* const from = base(pool, address, rest);
+    KyCInventoryAddress relative;
+    bool isDone = from != nullptr && readAddress(pool, withoutSlashAtEnd(rest), relative);
+    isDone = isDone && (change.createType != 0 || parameter(pool, address) != nullptr);
+    if (isDone) steps.emplace_back(*from, relative);
+    if (isDone && steps.back().carryOut(pool, change)) continue;
+    if (isDone) steps.pop_back();
+    for (auto step = steps.rbegin(); step != steps.rend(); ++step)
+      step->takeBack();
+    return false;
+  }
+  for (const Step& step : steps)
+    m_isChanged = m_isChanged || step.hasChanged();
   return true;
 }
 

@@ -242,6 +242,47 @@ TEST_F(KySessionTest, missingAddressesAreReportedWithTheNearestOnes)
   EXPECT_NO_REPORTS(m_pool);
 }
 
+TEST_F(KySessionTest, severalChangesAreMadeWhollyOrNotAtAll)
+{
+  const std::string before = "ROOT NAME=\"a\"\nROOT/BOARD SIZE Int32 1 unit=\"mm\" modifiable relevance=3";
+  const std::unique_ptr<Session> session = open(before);
+  const auto assignment = [](const char* address, const char* value, const char* type)
+  {
+    KyNInventoryKit::ParameterChange change;
+    change.value = value;
+    change.unit = "kB";
+    change.isModifiable = false;
+    change.relevance = 9;
+    change.createType = KyNInventoryKit::typeOfName(type);
+    return Session::Assignment{address, change};
+  };
+  std::vector<Session::Assignment> assignments = {assignment("NAME", "b", "String"),
+                                                  assignment("BOARD/SIZE", "2", ""),
+                                                  assignment("BOARD/SIZE", "3", ""),
+                                                  assignment("BOARD/COUNT", "4", "Int8"),
+                                                  assignment("BOARD[2]/CPU/NAME", "c", "String"),
+                                                  assignment("BOARD[2]/CPU/../SIZE", "5", "Int32"),
+                                                  assignment("BOARD[2]/CPU/SIZE", "many", "Int32")};
+  std::size_t failed = 0;
+  EXPECT_FALSE(session->changeAll(m_pool, assignments, failed));
+  EXPECT_REPORTS(m_pool, {0x1500803, "createParameter", ""});
+  EXPECT_EQ(failed, 6u);
+  EXPECT_EQ(KyTreeDifference(session->root(), KySampleTree(before).root()), "");
+  EXPECT_FALSE(session->isChanged());
+
+  assignments.pop_back();
+  EXPECT_TRUE(session->changeAll(m_pool, assignments, failed));
+  EXPECT_EQ(
+      KyTreeDifference(session->root(), KySampleTree("ROOT NAME String \"b\" unit=\"kB\" relevance=9\n"
+                                                     "ROOT/BOARD SIZE Int32 3 unit=\"kB\" relevance=9\n"
+                                                     "ROOT/BOARD COUNT Int8 4 unit=\"kB\" relevance=9\n"
+                                                     "ROOT/BOARD[2]/CPU NAME String \"c\" unit=\"kB\" relevance=9\n"
+                                                     "ROOT/BOARD[2] SIZE Int32 5 unit=\"kB\" relevance=9")
+                                            .root()),
+      "");
+  EXPECT_TRUE(session->isChanged());
+}
+
 TEST_F(KySessionTest, changeTakesEverythingOfAParameterAndTellsWhetherThereIsAChange)
 {
   const auto session = open("ROOT/BOARD SIZE=1; CPU");

@@ -260,6 +260,17 @@ TEST_F(Shell, setAndSaveChangeTheFile)
   EXPECT_EQ(carryOut("get NAME BOARD[2]/SIZE BOARD[2]/OFFSET").out, "a b\n16\n-0.25\n");
 }
 
+TEST_F(Shell, setOfSeveralIsDoneWhollyOrNotAtAll)
+{
+  write("commands", "set NAME=b BOARD[2]/VENDOR=x");
+  Outcome outcome = runCommand(std::string(kyToolPath) + " shell " + m_file + " <" + path("commands"));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.err.find("the changes were not saved"), std::string::npos) << "there is nothing to save";
+  outcome = carryOut("set NAME=b BOARD[2]/SIZE=5 --unit mm; diff; quit!");
+  EXPECT_NE(outcome.out, "");
+  EXPECT_EQ(carryOut("set NAME=b BOARD[2]/SIZE=many").exitCode, 2);
+}
+
 TEST_F(Shell, setTakesEqualSignsAndNothingAsValues)
 {
   EXPECT_EQ(carryOut("set NAME=a=b; save").exitCode, 0);

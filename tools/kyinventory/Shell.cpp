@@ -163,7 +163,7 @@ const Shell::Command Shell::s_commands[] = {
     {"save", "[--force]", "store the tree in its file; forced, also when someone else has changed the file", 0, 1,
      &Shell::save},
     {"set", "ADDRESS[=VALUE]... [--create TYPE] [--unit UNIT] [--relevance NUMBER] [--modifiable yes|no]",
-     "change parameters, or create them", 1, s_any, &Shell::set},
+     "change parameters, or create them: all of them or none", 1, s_any, &Shell::set},
 };
 
 const Shell::Command* Shell::commandOf(const std::string& name)
@@ -319,19 +319,21 @@ int Shell::set(const Words& words)
       return wrongUsage("set: " + text + ": a value is missing: write " + text + "=VALUE");
   KyCErrorListPool pool;
   if (!isUnit(pool, change.unit.value_or(""))) return told(pool, "set");
-  int exitCode = EXIT_OK;
-  for (std::size_t n = 0; n < assignments.size() && exitCode == EXIT_OK; ++n)
-    exitCode = assign(assignments[n], change);
-  return exitCode;
+  return assign(assignments, change);
 }
 
-int Shell::assign(const std::string& text, KyNInventoryKit::ParameterChange change)
+int Shell::assign(const Words& texts, const KyNInventoryKit::ParameterChange& common)
 {
-  const std::size_t equals = text.find('=');
-  const std::string address = text.substr(0, equals);
-  if (equals != text.npos) change.value = text.substr(equals + 1);
+  std::vector<Session::Assignment> assignments;
+  for (const std::string& text : texts)
+  {
+    const std::size_t equals = text.find('=');
+    assignments.push_back({text.substr(0, equals), common});
+    if (equals != text.npos) assignments.back().change.value = text.substr(equals + 1);
+  }
   KyCErrorListPool pool;
-  return m_session.change(pool, address, change) ? EXIT_OK : told(pool, address);
+  std::size_t failed = 0;
+  return m_session.changeAll(pool, assignments, failed) ? EXIT_OK : told(pool, assignments[failed].address);
 }
 
 int Shell::save(const Words& words)

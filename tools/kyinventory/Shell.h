@@ -56,7 +56,7 @@ private:
   int quit(const Words& words);
   int save(const Words& words);
   int set(const Words& words);
-  int assign(const std::string& text, KyNInventoryKit::ParameterChange change);
+  int assign(const Words& texts, const KyNInventoryKit::ParameterChange& common);
   void printNodes(Output& out, const std::vector<KyNInventoryKit::Node>& nodes, const Words& headings);
 
   KyNInventoryKit::Session& m_session;

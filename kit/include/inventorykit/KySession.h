@@ -125,6 +125,16 @@ public:
   // Errors:  those of changeParameter; for what is missing 0x1503003
   bool change(KyCErrorListPool& pool, const std::string& address, const ParameterChange& change);
 
+  // As change, for several, one after the other: all of them or, with the reports of the first that cannot be made, none.
+  //
+  //   failed   gets the place of that one in the list
+  struct Assignment
+  {
+    std::string address;
+    ParameterChange change;
+  };
+  bool changeAll(KyCErrorListPool& pool, const std::vector<Assignment>& assignments, std::size_t& failed);
+
   // Creates a parameter of a type (a code), without limits to changing it; missing items on the way are made.
   //
   // Errors:  those of createParameter. Items made on the way stay, and count as a change.
