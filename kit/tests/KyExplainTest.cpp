@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
+#include <map>
 #include <set>
 
 #include "inventory/KyCInventoryItem.h"
@@ -45,6 +47,44 @@ TEST(KyExplain, marksOfThePageAreTakenAwayAndQuotesStay)
                "pool allocations, as \"operator new\", \"operator new[]\", \"allocate\" or \"reallocate\"");
   ASSERT_TRUE(explain(0x1300802, explanation));
   EXPECT_STREQ(explanation.remedy, "") << "nothing can be done";
+}
+
+// "Reported by" is what stands in reports as their function. Functions that are handed on stand in the second list.
+TEST(KyExplain, everyFunctionOfTheKitThatReportsIsNamed)
+{
+  namespace fs = std::filesystem;
+  std::map<std::string, unsigned int> codes;
+  std::vector<std::pair<std::string, std::string>> reports;    // code's name, function
+  for (const auto& entry : fs::directory_iterator(KY_SOURCE_DIR "/kit/src"))
+  {
+    const std::string source = contentOf(entry.path());
+    for (std::size_t at = 0; (at = source.find("_MSG_", at)) != source.npos; ++at)
+    {
+      const std::size_t begin = source.rfind("KY_", at);
+      const std::size_t end = source.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", begin);
+      const std::string name = source.substr(begin, end - begin);
+      const std::string line = ", __LINE__, \"";
+      if (source.compare(end, line.size(), line) == 0)
+        reports.emplace_back(name,
+                             source.substr(end + line.size(), source.find('"', end + line.size()) - end - line.size()));
+      const std::size_t number = source.find_first_not_of("= \n", end);
+      if (source[end] == ' ' && source.compare(number, 2, "0x") == 0)
+        codes[name] = static_cast<unsigned int>(std::stoul(source.substr(number, 9), nullptr, 16));
+    }
+  }
+  for (const char* function : {"inspectBytes", "extractSection", "stripSection", "appendSection", "checkBytes"})
+    reports.emplace_back("KY_KIT_MSG_NO_SECTION", function);
+  for (const char* function : {"extractSection", "stripSection", "appendSection"})
+    reports.emplace_back("KY_CHECK_MSG_CANNOT_BE_FOUND", function);
+  for (const char* function : {"stripSection", "replaceTree"})
+    reports.emplace_back("KY_CHECK_MSG_NOT_BOUNDED", function);
+  EXPECT_GT(reports.size(), 50u);
+  for (const auto& [name, function] : reports)
+  {
+    Explanation explanation = {};
+    ASSERT_TRUE(explain(codes[name], explanation)) << name;
+    EXPECT_NE(std::strstr(explanation.reporters, function.c_str()), nullptr) << name << " " << function;
+  }
 }
 
 TEST(KyExplain, anUnknownCodeLeavesTheExplanationAlone)
