@@ -1,9 +1,11 @@
 // KyEdit.h: changes trees as people ask for it: by address and by text.
 //
+//   #include "inventorykit/KyValueText.h"    // typeOfName
+//
 //   KyNInventoryKit::ParameterChange change;
 //   change.value = "12.5";
 //   change.createType = KyNInventoryKit::typeOfName("Float64");    // make it when it is missing
-//   if (changeParameter(pool, *tree, address, change) != nullptr) ...
+//   if (KyNInventoryKit::changeParameter(pool, *tree, address, change) != nullptr) ...
 //
 // Each of these is done wholly or, with a report, not at all. Whoever wants several of them wholly or not at all stores
 // the tree when all have succeeded, and throws it away otherwise.

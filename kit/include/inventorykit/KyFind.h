@@ -1,9 +1,9 @@
 // KyFind.h: finds items and parameters by the form of their addresses, and by values.
 //
 //   KyNInventoryKit::Query query;
-//   readPattern(pool, "BOARD[*]/IOCHANNEL[2-8]/VOLTAGE_*", query);
-//   readCondition(pool, "VOLTAGE_MAX > 10", query);
-//   for (const KyNInventoryKit::Node& node : find(*tree, query)) ...
+//   KyNInventoryKit::readPattern(pool, "BOARD[*]/IOCHANNEL[2-8]/VOLTAGE_*", query);
+//   KyNInventoryKit::readCondition(pool, "VOLTAGE_MAX > 10", query);
+//   for (const KyNInventoryKit::Node& node : KyNInventoryKit::find(*tree, query)) ...
 //
 // Patterns. Elements joined by "/", as in addresses:
 //

@@ -2,7 +2,7 @@
 //
 //   std::string text;
 //   KyNInventoryKit::exportTree(pool, *tree, KyNInventoryKit::Format::JSON, text);
-//   TreePointer same = KyNInventoryKit::importTree(pool, text, KyNInventoryKit::Format::JSON);
+//   KyNInventoryKit::TreePointer same = KyNInventoryKit::importTree(pool, text, KyNInventoryKit::Format::JSON);
 //
 // JSON and mark-up carry everything that a section stores and give it back the same: IDs without a name, the root's own
 // ID, siblings of one ID, order, descriptions, each type's every value (the bits of a NaN, texts with control bytes and

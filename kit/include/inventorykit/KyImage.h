@@ -1,7 +1,8 @@
 // KyImage.h: sections at the end or the start of firmware and other images.
 //
 //   std::string image;    // its bytes
-//   if (KyNInventoryKit::appendSection(pool, image, "firmware.bin", section, SectionEnd::END, Replace::NO)) ...
+//   if (KyNInventoryKit::appendSection(pool, image, "firmware.bin", section, KyNInventoryKit::SectionEnd::END,
+//                                      KyNInventoryKit::Replace::NO)) ...
 //
 // Only the bytes are looked after here; files are read and written with readImage and writeBytes. Nothing is searched for:
 // marks that stand anywhere but at an end are content like any other.

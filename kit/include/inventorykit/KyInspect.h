@@ -1,7 +1,7 @@
 // KyInspect.h: what a file with a section consists of: places, sizes, counts, and the meaning of every byte.
 //
 //   KyNInventoryKit::Inspection inspection;
-//   if (KyNInventoryKit::inspectFile(pool, "rack.kyinv", SectionEnd::READ, inspection)) ...
+//   if (KyNInventoryKit::inspectFile(pool, "rack.kyinv", KyNInventoryKit::SectionEnd::READ, inspection)) ...
 //
 // Both look at the stored bytes through StreamReader and make no tree. Damaged sections are described as far as they can
 // be read.
@@ -101,6 +101,7 @@ struct ByteNote
 //
 //   sink        called once per note; false ends the whole without an error
 //
+// Result:     whether there is a section, damaged or not; also true when the sink has ended it.
 // Errors:     those of inspectBytes
 // Cost:       linear in the size of the section; memory does not grow with the notes.
 KY_INVENTORYKIT_API bool annotateBytes(KyCErrorListPool& pool, const std::string& bytes, const std::string& name,

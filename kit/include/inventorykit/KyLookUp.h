@@ -1,6 +1,8 @@
 // KyLookUp.h: what an address names, and what it may have been meant to name.
 //
-//   const KyNInventoryKit::Node node = lookUp(pool, *tree, address);    // missing: the report names the nearest ones
+//   #include "inventorykit/KyValueText.h"
+//
+//   const KyNInventoryKit::Node node = KyNInventoryKit::lookUp(pool, *tree, address);    // or a report names the nearest ones
 //   if (node.parameter != nullptr) std::puts(KyNInventoryKit::valueText(*node.parameter).c_str());
 #pragma once
 

@@ -1,5 +1,7 @@
 // KyPatch.h: applies a recorded difference to a tree: wholly or not at all.
 //
+//   #include "inventorykit/KyDiff.h"
+//
 //   const std::string json = KyNInventoryKit::differenceToJson(KyNInventoryKit::compareTrees(*before, *after));
 //   KyNInventoryKit::Patch patch;
 //   if (KyNInventoryKit::readPatch(pool, json, "changes.json", patch))

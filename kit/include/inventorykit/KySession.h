@@ -3,7 +3,7 @@
 //   const std::unique_ptr<KyNInventoryKit::Session> session = KyNInventoryKit::Session::open(pool, "rack.kyinv");
 //   session->enter(pool, "BOARD[2]");
 //   session->set(pool, "SLOT_COUNT", "5");
-//   session->save(pool, Session::Others::KEEP);
+//   session->save(pool, KyNInventoryKit::Session::Others::KEEP);
 #pragma once
 
 #include <memory>
