@@ -238,37 +238,76 @@ bool isLeftOut(const Command& command)
 
 // Whether it fails once or with all behind it: no signal, no half result. It is done as if nothing had failed, or ends with
 // exit code 3 or 4 and tells why.
-TEST_F(ToolFaults, withoutMemoryEveryCommandIsDoneOrTellsWhy)
+class ToolWithoutMemory : public ToolFaults
 {
+protected:
+  // False when the command makes fewer allocations.
+  bool failAt(const Command& command, const Outcome& whole, unsigned int n, const char* end)
+  {
+    const std::string fault = "KY_FAIL_ALLOCATION=" + std::to_string(n) + end;
+    SCOPED_TRACE(traceOf(command, fault));
+    const Outcome outcome = run(command, {fault});
+    if (!outcome.isHit) return false;
+    EXPECT_EQ(outcome.signal, 0);
+    const bool isDone =
+        outcome.exitCode == whole.exitCode && isSameOutput(command, outcome, whole) && outcome.files == whole.files;
+    // The C library's stream that could not be had once is had when the reason is looked for; hwloc gives no reason.
+    const char* const reasons[] = {"emory", "Cannot open file", "not a hardware topology that hwloc can read"};
+    const bool isReason =
+        std::any_of(std::begin(reasons), std::end(reasons),
+                    [&](const char* reason) { return outcome.err.find(reason) != std::string::npos; });
+    const bool isTold = (outcome.exitCode == 3 || outcome.exitCode == 4) && isReason;
+    EXPECT_TRUE(isDone || isTold) << "exit code " << outcome.exitCode << "\n" << outcome.err;
+    expectWhole(command, outcome, whole.files);
+    return !HasFailure();
+  }
+
+  bool makes(const Command& command, unsigned int allocations)
+  {
+    return run(command, {"KY_FAIL_ALLOCATION=" + std::to_string(allocations)}).isHit;
+  }
+
+  // The allocations that all commands have in front: those of reading the options, but for some of the last.
+  unsigned int commonAllocations()
+  {
+    const Command none = {"--version", {"--version"}, nullptr};
+    constexpr unsigned int margin = 300;
+    unsigned int made = 0;
+    unsigned int notMade = 1u << 20;
+    while (notMade - made > 1)
+    {
+      const unsigned int middle = made + (notMade - made) / 2;
+      (makes(none, middle) ? made : notMade) = middle;
+    }
+    return made > margin ? made - margin : 0;
+  }
+};
+
+TEST_F(ToolWithoutMemory, everyCommandIsDoneOrTellsWhy)
+{
+  const unsigned int common = commonAllocations();
+  ASSERT_GT(common, 0u);
   unsigned int runs = 0;
   for (const Command& command : s_commands)
   {
+    // watch has hwloc look at the running machine, in its own process, and hwloc ends that without memory
+    // (KyNInventoryHost.h); faults_host tries what comes behind it.
+    if (std::strcmp(command.name, "watch") == 0) continue;
+    const bool isFirst = &command == &s_commands[0];
     const Outcome whole = run(command, {});
     for (const char* end : {"", "+"})
     {
+      // In CI, ever larger steps; what is common is tried with the first command.
       unsigned int step = 1;
-      for (unsigned int n = 1;; n += step)
+      for (unsigned int n = isFirst ? 1 : common; failAt(command, whole, n, end); n += step)
       {
-        const std::string fault = "KY_FAIL_ALLOCATION=" + std::to_string(n) + end;
-        SCOPED_TRACE(traceOf(command, fault));
-        const Outcome outcome = run(command, {fault});
-        if (!outcome.isHit) break;
         ++runs;
-        EXPECT_EQ(outcome.signal, 0);
-        const bool isDone =
-            outcome.exitCode == whole.exitCode && isSameOutput(command, outcome, whole) && outcome.files == whole.files;
-        // The C library's stream that could not be had once is had when the reason is looked for.
-        const bool isReason =
-            outcome.err.find("emory") != std::string::npos || outcome.err.find("Cannot open file") != std::string::npos;
-        const bool isTold = (outcome.exitCode == 3 || outcome.exitCode == 4) && isReason;
-        EXPECT_TRUE(isDone || isTold) << "exit code " << outcome.exitCode << "\n" << outcome.err;
-        expectWhole(command, outcome, whole.files);
-        if (HasFailure()) return;
-        if (!isAllWanted()) step = 9 * n;
+        if (!isAllWanted()) step *= 2;
       }
+      if (HasFailure()) return;
     }
   }
-  std::printf("%u runs\n", runs);
+  std::printf("%u runs; %u allocations are common to all commands\n", runs, common);
 }
 
 TEST_F(ToolFaults, killedAtAnyCallTheTargetIsTheOldOneOrTheNewOneAndTheCommandCanBeRunAgain)
