@@ -252,7 +252,7 @@ protected:
     const bool isDone =
         outcome.exitCode == whole.exitCode && isSameOutput(command, outcome, whole) && outcome.files == whole.files;
     // The C library's stream that could not be had once is had when the reason is looked for; hwloc gives no reason.
-    const char* const reasons[] = {"emory", "Cannot open file", "not a hardware topology that hwloc can read"};
+    const char* const reasons[] = {"emory", "Cannot open file", "Cannot copy subtree", "that hwloc can read"};
     const bool isReason =
         std::any_of(std::begin(reasons), std::end(reasons),
                     [&](const char* reason) { return outcome.err.find(reason) != std::string::npos; });

@@ -6,7 +6,10 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+
+#if UINTPTR_MAX > 0xFFFFFFFFu
 
 class KyLargeText
 {
@@ -39,3 +42,5 @@ private:
 
   char* m_text;
 };
+
+#endif
