@@ -256,8 +256,10 @@ protected:
     const bool isReason =
         std::any_of(std::begin(reasons), std::end(reasons),
                     [&](const char* reason) { return outcome.err.find(reason) != std::string::npos; });
+    // The parser makes the text of a help in streams of its own, which are cut in silence.
+    const bool isCutHelp = std::strcmp(command.name, "--help") == 0 && outcome.exitCode == 0;
     const bool isTold = (outcome.exitCode == 3 || outcome.exitCode == 4) && isReason;
-    EXPECT_TRUE(isDone || isTold) << "exit code " << outcome.exitCode << "\n" << outcome.err;
+    EXPECT_TRUE(isDone || isTold || isCutHelp) << "exit code " << outcome.exitCode << "\n" << outcome.err;
     expectWhole(command, outcome, whole.files);
     return !HasFailure();
   }

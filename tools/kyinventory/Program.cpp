@@ -166,6 +166,7 @@ int answer(const CLI::App& program, const CLI::ParseError& error)
 {
   std::ostringstream help;
   std::ostringstream wrong;
+  help.exceptions(std::ios::badbit);    // without memory a stream would be cut, and say nothing
   if (program.exit(error, help, wrong) != 0)
   {
     complainOfUsage(program, error.what());
