@@ -6,6 +6,7 @@
 #include <string>
 
 #include "composite/KyCBuffer.h"
+#include "support/KyFarBuffer.h"
 #include "support/KyTestPool.h"
 
 namespace
@@ -255,19 +256,10 @@ TEST(KyCBuffer, refusesPositionsBelowMinusOne)
 // The upper half of a buffer has positions that are negative as int. Its pages are never touched, but for one.
 TEST(KyCBuffer, writesAndReadsBehind2GiB)
 {
-  if (sizeof(void*) == 4) GTEST_SKIP() << "no room for it in the address space";
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the sanitizer takes a byte for every eight";
-#endif
   KyTestPool pool;
   KyCBuffer buffer(pool);
   constexpr unsigned int FAR = 0x80000000u;
-  buffer.allocateBuffer(pool, FAR + 100);
-  if (pool.getErrorCount() != 0)
-  {
-    pool.takeReports();
-    GTEST_SKIP() << "no address space";
-  }
+  if (const char* const reason = kyReserveFar(pool, buffer, FAR + 100)) GTEST_SKIP() << reason;
   buffer.incrementWritePointer(pool, FAR + 4);
   char text[] = "abcd";
   buffer.writeBuffer(pool, text, 4, BYTES, -2147483647 - 1);
