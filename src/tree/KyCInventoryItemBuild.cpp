@@ -54,27 +54,23 @@ struct TPathEnd
   KyCInventoryItem* loose;
 };
 
-// Goes on behind the items of a path that are there; at least one is missing.
+// Goes on behind the items of a path that are there: the first one is missing, and a new item has none below it.
 TPathEnd createPath(KyCErrorListPool& pool, KyCInventoryItem* item, const TElement* path, const TElement* end)
 {
   KyCInventoryItem* loose = nullptr;
   for (; path != end; ++path)
   {
-    KyCInventoryItem* next = KyInventoryAccess::findSubItem(*item, *path);
+    KyCInventoryItem* const next = createSubItem(pool, *item, KyCInventoryAddress(path->id, path->index));
     if (next == nullptr)
     {
-      next = createSubItem(pool, *item, KyCInventoryAddress(path->id, path->index));
-      if (next == nullptr)
-      {
-        delete loose;    // nobody could reach it
-        return {nullptr, nullptr};
-      }
-      if (KyInventoryAccess::getFriend(*item) == nullptr)
-        KyInventoryAccess::attachUnseenItem(*item, next);
-      else
-        item->addItem(KyNInventoryIDs::THIS_NODE, next);
-      if (next->getParent() == nullptr) loose = next;
+      delete loose;    // nobody could reach it
+      return {nullptr, nullptr};
     }
+    if (KyInventoryAccess::getFriend(*item) == nullptr)
+      KyInventoryAccess::attachUnseenItem(*item, next);
+    else
+      item->addItem(KyNInventoryIDs::THIS_NODE, next);
+    if (next->getParent() == nullptr) loose = next;
     item = next;
   }
   return {item, loose};

@@ -16,8 +16,8 @@ void KyCInventoryParameter::setCheckAndWriteMethod(KyCErrorListPool& pool, TMeth
     kyReportParameter(pool, KY_MSG_CANNOT_SET_WRITE_OR_UPDATE_METHOD, __LINE__, "setCheckAndWriteMethod", *this);
     return;
   }
-  m_auxInfo =
-      new KyNInventoryParameter::KyCAuxInfoWrite(checkMethod, writeMethod, std::move(relativeAddress), customPointer);
+  using KyNInventoryParameter::KyCAuxInfoWrite;
+  m_auxInfo = new KyCAuxInfoWrite(checkMethod, writeMethod, std::move(relativeAddress), customPointer);
 }
 
 void KyCInventoryParameter::setUpdateMethod(KyCErrorListPool& pool, TMethod updateMethod)

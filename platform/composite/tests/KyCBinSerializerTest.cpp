@@ -7,6 +7,8 @@
 #include <fstream>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "KyLargeText.h"
 #include "KyStreamBench.h"
@@ -312,6 +314,85 @@ TEST(KyCBinSerializer, longTextsAreWrittenAgainBeforeTheirRepetitionsOutgrowTheS
   ASSERT_NE(back, nullptr);
   KyStreamBench second(pool);
   EXPECT_EQ(second.store(back.get()), hexOf(bench.buffer));
+}
+
+// Two words that the table's hash does not tell apart.
+TEST(KyCBinSerializer, differentTextsOfOneHashAreEachWritten)
+{
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyCComposite root(pool, 1, 1, "liquid");
+  addNode(pool, &root, 1, 2, "costarring");
+  addNode(pool, &root, 1, 3, "costarring");
+  addNode(pool, &root, 1, 4, "liquid");
+  EXPECT_EQ(bench.store(&root),
+            "01 01 01 01 00 06 6C 69 71 75 69 64 "
+            "01 01 02 00 0A 63 6F 73 74 61 72 72 69 6E 67 02 "
+            "01 01 03 03 02 01 01 04 02 02 02");
+}
+
+TEST(KyCBinSerializer, textsThatCrowdOnePlaceOfTheTableAreWrittenAgainFromThe65thOn)
+{
+  // The last 12 bits of the hash are the same for all: more than a table for 100 texts looks at.
+  std::vector<std::string> crowd;
+  for (unsigned int n = 1000000; crowd.size() < 100; ++n)
+  {
+    const std::string text = std::to_string(n);
+    std::uint32_t hash = 2166136261u;
+    for (const char c : text)
+      hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
+    if (((hash ^ hash >> 15) & 0xFFF) == 0x123) crowd.push_back(text);
+  }
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyCComposite root(pool, 1, 1, "");
+  for (int round = 0; round < 2; ++round)
+    for (const std::string& text : crowd)
+      addNode(pool, &root, 1, 1, text.c_str());
+  bench.store(&root);
+  // Version, start and end of the root 6; a text written: start 3, number and length 2, text 7, end 1; a known one:
+  // start 3, number 1, end 1.
+  EXPECT_EQ(bench.buffer.getWritePosition(), 6u + (100u + 36u) * 13u + 64u * 5u);
+
+  std::unique_ptr<KyCComposite> back(bench.factory.deserialize(pool, nullptr, &bench.buffer));
+  EXPECT_NO_REPORTS(pool);
+  ASSERT_NE(back, nullptr);
+  const KyCComposite* node = back->getChild();
+  for (unsigned int n = 0; n < 200; ++n, node = node->getSibling())
+    EXPECT_STREQ(node->getDescription(), crowd[n % 100].c_str());
+}
+
+// Then nothing of it can be referred to any longer.
+TEST(KyCBinSerializer, textsThatAHookHasTakenFromTheBufferAreWrittenAgain)
+{
+  class KyCEmptyingSerializer : public KyCBinSerializer
+  {
+  public:
+    using KyCBinSerializer::KyCBinSerializer;
+    void handleCustomParameter(KyCErrorListPool&, const KyCParam*) override { getBuffer()->reset(); }
+  };
+
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyCEmptyingSerializer serializer(pool);
+  bench.factory.setBinarySerializer(pool, &serializer);
+  const char longer[] = "longer";
+  const char last[] = "Z";
+  const unsigned int lasting = KyCParam::FLAG_STATIC_DESCRIPTION;
+  KyCComposite root(pool, 1, 1, "");
+  addParam(pool, &root, 1, longer, static_cast<unsigned char>(0), lasting);
+  addParam(pool, &root, 2, "other", static_cast<unsigned char>(0));
+  addParam(pool, &root, 3, last, static_cast<unsigned char>(0), lasting);
+  addParam(pool, &root, 4, "", static_cast<unsigned char>(0), KyCParam::FLAG_CUSTOM);    // empty from here on
+  addParam(pool, &root, 5, longer, static_cast<unsigned char>(0), lasting);
+  addParam(pool, &root, 6, last, static_cast<unsigned char>(0), lasting);
+  addParam(pool, &root, 7, "other", static_cast<unsigned char>(0));
+  addParam(pool, &root, 8, "longer", static_cast<unsigned char>(0));
+  EXPECT_EQ(bench.store(&root),
+            "14 05 00 06 6C 6F 6E 67 65 72 00 "
+            "14 06 00 01 5A 00 "
+            "14 07 00 05 6F 74 68 65 72 00 "
+            "14 08 05 00 02");
 }
 
 // ---- Placement in the buffer ----
@@ -650,12 +731,11 @@ TEST(KyCBinSerializer, constructionWithoutMemoryIsReportedAndStreamsAreRefused)
   }
 }
 
-TEST(KyCBinSerializer, everyAllocationMayFail)
+namespace
+{
+void expectTheStartOfTheStreamWhateverAllocationFails(const KyCComposite& root)
 {
   KyTestPool pool;
-  KyCComposite root(pool, 1, 1, "");
-  for (unsigned int n = 0; n < 300; ++n)
-    addNode(pool, &root, 1, n, ("text " + std::to_string(n)).c_str());
   KyStreamBench whole(pool);
   const std::string expected = whole.store(&root);
   for (unsigned int n = 0;; ++n)
@@ -673,6 +753,78 @@ TEST(KyCBinSerializer, everyAllocationMayFail)
     EXPECT_EQ(stored, expected.substr(0, stored.size()));    // what was written stays
     ASSERT_LT(n, 100u);
   }
+}
+
+// Until it has room for this many bytes alone, and cannot get more.
+void fillUp(KyTestPool& pool, KyCBuffer& buffer, unsigned int left)
+{
+  const unsigned int errors = pool.getErrorCount();
+  const unsigned char byte = 0xEE;
+  buffer.reset();
+  buffer.allocateBuffer(pool, left + 1);
+  KyNPoolAllocator::failAfter(0);
+  while (pool.getErrorCount() == errors)
+    buffer.writeBuffer(pool, &byte, 1, 0, -1);
+  const unsigned int size = buffer.getWritePosition();
+  pool.takeReports();
+  KyNPoolAllocator::reset();
+  buffer.reset();
+  for (unsigned int n = left; n < size; ++n)
+    buffer.writeBuffer(pool, &byte, 1, 0, -1);
+  KyNPoolAllocator::failAfter(0);
+}
+}    // namespace
+
+TEST(KyCBinSerializer, everyAllocationMayFail)
+{
+  KyTestPool pool;
+  KyCComposite nodes(pool, 1, 1, "");
+  KyCComposite parameters(pool, 1, 1, "");
+  for (unsigned int n = 0; n < 300; ++n)
+  {
+    const std::string text = "text " + std::to_string(n);
+    addNode(pool, &nodes, 1, n, text.c_str());
+    addParam(pool, &parameters, n, text.c_str(), 1);
+  }
+  expectTheStartOfTheStreamWhateverAllocationFails(nodes);
+  expectTheStartOfTheStreamWhateverAllocationFails(parameters);
+}
+
+// Each record, the smallest too, may be the one that the buffer has no room for.
+TEST(KyCBinSerializer, aBufferThatCannotGrowHoldsTheStartOfTheStream)
+{
+  constexpr unsigned int LEVELS = 40;
+  KyTestPool pool;
+  const std::unique_ptr<KyCComposite> root(makeChain(pool, LEVELS));
+  KyStreamBench whole(pool);
+  const std::string expected = whole.store(root.get());
+  for (unsigned int left = 0; left < 1 + LEVELS * 5; ++left)
+  {
+    KyStreamBench bench(pool);
+    fillUp(pool, bench.buffer, left);
+    const unsigned int start = bench.buffer.getWritePosition();
+    bench.factory.serialize(pool, root.get(), 0, &bench.buffer);
+    KyNPoolAllocator::reset();
+    EXPECT_REPORTS(pool, {0x01000000, "reallocate", "Out of memory."}) << left;
+    const std::string stored = hexOf(bench.buffer.getStorage() + start, bench.buffer.getWritePosition() - start);
+    EXPECT_EQ(stored, expected.substr(0, stored.size())) << left;
+    EXPECT_LE(bench.buffer.getWritePosition(), start + left);
+    EXPECT_EQ(hexOf(bench.buffer.getStorage(), start), hexOf(KyBytes(start, 0xEE))) << left;
+    // The serializer is ready for the next stream.
+    EXPECT_EQ(bench.store(root.get()), expected) << left;
+  }
+}
+
+TEST(KyCBinSerializer, aVersionThatGotNoMemoryIsStoredAsZeros)
+{
+  KyTestPool pool;
+  KyStreamBench bench(pool);
+  KyNPoolAllocator::failAfter(0);
+  const KyCParam parameter(pool, 5, "", 0, KyCVersion(1, 2, 3, 4), nullptr);
+  KyNPoolAllocator::reset();
+  EXPECT_EQ(pool.takeReports().size(), 1u);
+  EXPECT_EQ(bench.store(parameter), "01 1B 05 01 00 00 00 00");
+  EXPECT_NO_REPORTS(pool);
 }
 
 #if UINTPTR_MAX > 0xFFFFFFFFu    // otherwise no text is so long

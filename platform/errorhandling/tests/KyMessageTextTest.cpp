@@ -125,6 +125,7 @@ TEST(KyMessageText, longConversionsReadLongs)
 {
   EXPECT_EQ(render("%1 %2 %3 %4", "%ld%li%lu%lx", -2147483647L, 5L, 4294967295UL, 0xFFUL),
             "-2147483647 5 4294967295 ff");
+  EXPECT_EQ(render("%1 %2", "%lX%s", 0xABCUL, "A"), "ABC A");
 }
 
 TEST(KyMessageText, longLongConversionsReadLongLongsAndWhatFollowsIsReadRightly)
@@ -139,6 +140,7 @@ TEST(KyMessageText, sizeConversionsReadSizes)
 {
   EXPECT_EQ(render("%1 %2 %3", "%zu%zd%zx", std::size_t{4294967295u}, std::ptrdiff_t{-5}, std::size_t{255}),
             "4294967295 -5 ff");
+  EXPECT_EQ(render("%1 %2", "%zX%s", std::size_t{0xABC}, "A"), "ABC A");
 }
 
 TEST(KyMessageText, characterConversions)
@@ -150,6 +152,7 @@ TEST(KyMessageText, characterConversions)
 TEST(KyMessageText, floatingPointConversions)
 {
   EXPECT_EQ(render("%1 %2 %3", "%f%lf%g", 0.5, -2.25, 1.5), "0.500000 -2.250000 1.5");
+  EXPECT_EQ(render("%1 %2", "%lg%s", 1.5, "A"), "1.5 A");
 }
 
 TEST(KyMessageText, theLargestNumberFits)
@@ -176,8 +179,13 @@ TEST(KyMessageText, anUnknownConversionEndsTheArguments)
   EXPECT_EQ(render("%1-%2", "%n%s", "A", "B"), "%1-%2");
   EXPECT_EQ(render("%1-%2", "%s%5d", "A", 5), "A-%2");    // no widths
   EXPECT_EQ(render("%1-%2", "%s%*d", "A", 5), "A-%2");
-  EXPECT_EQ(render("%1-%2", "%s%ls", "A", "B"), "A-%2");
   EXPECT_EQ(render("%1-%2", "%s%hd", "A", 5), "A-%2");
+  // Sizes that the conversion does not have.
+  EXPECT_EQ(render("%1-%2", "%s%ls", "A", "B"), "A-%2");
+  EXPECT_EQ(render("%1-%2", "%s%lc", "A", 'B'), "A-%2");
+  EXPECT_EQ(render("%1-%2", "%s%zp", "A", nullptr), "A-%2");
+  EXPECT_EQ(render("%1-%2", "%s%llf", "A", 1.5), "A-%2");
+  EXPECT_EQ(render("%1-%2", "%s%zg", "A", 1.5), "A-%2");
 }
 
 TEST(KyMessageText, aFormatThatEndsInsideAConversionEndsTheArguments)

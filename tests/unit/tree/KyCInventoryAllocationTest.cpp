@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -122,16 +123,51 @@ TEST_F(KyCInventoryAllocation, anAddressIsAtMostOneBlock)
   EXPECT_EQ(blocks.get(), 2u);
 }
 
+namespace
+{
+// The text of the place of an address, item or parameter.
+template <typename T>
+std::string placeWithoutMemory(const T& what)
+{
+  char text[300] = "";
+  {
+    const KyCBlockLimit limit(0);
+    std::snprintf(text, sizeof text, "%s", KyPlaceText(what).c_str());
+  }
+  return text;
+}
+
+void expectTheEndOf(const KyCInventoryAddress& address, const std::string& place)
+{
+  const std::string whole = address.toString().c_str();
+  EXPECT_EQ(place.substr(0, 3), "...");
+  EXPECT_GT(place.size(), 200u);
+  EXPECT_EQ(whole.substr(whole.size() - (place.size() - 3)), place.substr(3));
+}
+}    // namespace
+
 TEST_F(KyCInventoryAllocation, aLongPlaceIsNamedByItsEndWhenThereIsNoMemory)
 {
   KyCInventoryAddress address;
   for (unsigned int n = 0; n < 100; ++n)
-    address.append(KyNInventoryIDs::BOARD[10 + n % 90]);
-  const std::string whole = address.toString().c_str();
-  const KyCBlockLimit limit(0);
-  const KyPlaceText place(address);
-  const std::size_t length = std::strlen(place.c_str());
-  EXPECT_EQ(std::strncmp(place.c_str(), "...", 3), 0);
-  EXPECT_GT(length, 200u);
-  EXPECT_EQ(whole.compare(whole.size() - (length - 3), std::string::npos, place.c_str() + 3), 0);
+    address.append(BOARD[10 + n % 90]);
+  KyTestPool pool;
+  KySampleTree sample("ROOT");
+  KyCInventoryParameter* const parameter = sample.root().createParameter(pool, address / SIZE, 1, "", false, 0);
+  ASSERT_NE(parameter, nullptr);
+  expectTheEndOf(address, placeWithoutMemory(address));
+  expectTheEndOf(address, placeWithoutMemory(*parameter->getParent()));
+  expectTheEndOf(address / SIZE, placeWithoutMemory(*parameter));
+}
+
+TEST_F(KyCInventoryAllocation, aPlaceWhoseLastElementIsTooLongIsTheMarkAloneWhenThereIsNoMemory)
+{
+  static const std::string s_name(300, 'X');
+  const KyCInventoryAddress id(Map.add(Map.getCount(), s_name.c_str()));
+  KyTestPool pool;
+  KySampleTree sample("ROOT");
+  const KyCInventoryParameter* const parameter = sample.root().createParameter(pool, id, 1, "", false, 0);
+  ASSERT_NE(parameter, nullptr);
+  EXPECT_EQ(placeWithoutMemory(id), "...");
+  EXPECT_EQ(placeWithoutMemory(*parameter), "...");
 }
