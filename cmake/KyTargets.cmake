@@ -22,6 +22,14 @@ if(KY_SANITIZE)
   target_link_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE})
 endif()
 
+# ky_join_sources(<target>): with KY_JOIN_SOURCES, several sources of the target are compiled as one: headers that take
+# longer than the sources themselves are read less often. Names that are a source's own must then differ among them.
+function(ky_join_sources target)
+  if(KY_JOIN_SOURCES)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+  endif()
+endfunction()
+
 # ky_make_unloadable(<target>): keeps GNU's "unique" symbols out of a library's code. The loader never lets go of a
 # library that has one, and any inline function of the standard library may bring one along.
 function(ky_make_unloadable target)

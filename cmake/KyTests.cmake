@@ -40,6 +40,7 @@ function(ky_add_test name)
   # Test code is compiled once and run once: optimising it takes longer than it saves, five times longer with sanitizers.
   target_compile_options(${name} PRIVATE -O0)
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
+  ky_join_sources(${name})
   # Known to those alone who ask: the others are the same in every clone, for a compiler cache.
   foreach(source IN LISTS arg_SOURCES)
     get_filename_component(file ${source} ABSOLUTE)

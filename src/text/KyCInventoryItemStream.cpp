@@ -67,10 +67,7 @@ KyCString KyCInventoryItem::MyStream::getString() const
 bool KyCInventoryItem::MyStream::takeString(KyCErrorListPool& pool, KyCString& text)
 {
   if (m_buffer == nullptr) return false;
-  if (m_length < takenOverFrom || !text.takeOver(m_buffer, m_length)) return text.assign(pool, m_buffer, m_length);
-  m_capacity = 0;
-  m_length = 0;
-  return true;
+  return (m_length >= takenOverFrom && text.takeOver(m_buffer, m_length)) || text.assign(pool, m_buffer, m_length);
 }
 
 // Makes room for a text that does not fit; without memory the sink is left without a buffer.
@@ -82,9 +79,7 @@ bool KyCInventoryItem::MyStream::grow(unsigned int textLength)
   if (grown == nullptr)
   {
     std::free(m_buffer);
-    m_buffer = nullptr;
-    m_capacity = 0;
-    m_length = 0;
+    m_buffer = nullptr;    // which ends the sink, whatever the numbers say
     return false;
   }
   m_buffer = static_cast<char*>(grown);

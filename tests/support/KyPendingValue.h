@@ -1,4 +1,4 @@
-// KyPendingValue.h: the pending new value of a parameter, as its write info holds it.
+// KyPendingValue.h: the pending new value of a parameter, as its write info holds it, and a method to hang it beside.
 #pragma once
 
 #include "inventory/KyCInventoryAuxInfo.h"
@@ -12,3 +12,6 @@ inline KyNInventoryParameter::KyCAuxInfoWrite* writeInfoOf(const KyCInventoryPar
   const bool isWrite = info != nullptr && info->getType() == KyCInventoryAuxInfo::AUX_PARAM_WRITE;
   return isWrite ? static_cast<KyNInventoryParameter::KyCAuxInfoWrite*>(info) : nullptr;
 }
+
+// A check, write or update method that nobody is expected to call.
+inline bool neverCalled(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }

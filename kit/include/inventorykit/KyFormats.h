@@ -38,7 +38,8 @@ KY_INVENTORYKIT_API bool formatOfName(const std::string& name, Format& format);
 // Result:     false, without a report, when it looks like none.
 KY_INVENTORYKIT_API bool detectFormat(const std::string& text, Format& format);
 
-// The text of an item and all below it.
+// The text of an item and all below it, as it is: also of what importTree refuses, as it could not be stored in a section,
+// namely two parameters of one ID in an item and more than 4096 levels.
 //
 //   text        receives the text, which ends with a line feed
 //

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "KyPoolFailure.h"
 #include "composite/KyCBuffer.h"
 #include "support/KyFarBuffer.h"
 #include "support/KyTestPool.h"
@@ -12,7 +13,6 @@
 namespace
 {
 
-constexpr unsigned int OUT_OF_MEMORY = 0x01000000;
 constexpr unsigned int TOO_LARGE = 0x01100001;
 constexpr unsigned int NULL_POINTER = 0x01100002;
 constexpr unsigned int UNKNOWN_FLAG = 0x01100003;
@@ -34,13 +34,6 @@ void appendText(KyTestPool& pool, KyCBuffer& buffer, const char* text)
 {
   buffer.writeBuffer(pool, text, static_cast<unsigned int>(std::strlen(text)), BYTES, -1);
 }
-
-class KyFailNext
-{
-public:
-  explicit KyFailNext(unsigned int n) { KyNPoolAllocator::failAfter(n); }
-  ~KyFailNext() { KyNPoolAllocator::reset(); }
-};
 
 }    // namespace
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "KyPoolFailure.h"
 #include "KyTestNode.h"
 #include "composite/KyCComposite.h"
 #include "support/KyTestPool.h"
@@ -12,7 +13,6 @@
 namespace
 {
 
-constexpr unsigned int OUT_OF_MEMORY = 0x01000000;
 constexpr unsigned int PARAM_NULL = 0x01101000;
 constexpr unsigned int PARAM_OWNED = 0x01101001;
 constexpr unsigned int PARAM_DUPLICATE = 0x01101002;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "KyPoolFailure.h"
 #include "composite/KyCComposite.h"
 #include "composite/KyCParam.h"
 #include "support/KyTestPool.h"
@@ -14,7 +15,6 @@
 namespace
 {
 
-constexpr unsigned int OUT_OF_MEMORY = 0x01000000;
 constexpr unsigned int UNKNOWN_TYPE = 0x01100802;
 
 constexpr unsigned int OWN = 0;    // flags: nothing special

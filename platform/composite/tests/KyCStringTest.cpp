@@ -10,13 +10,12 @@
 #include <utility>
 #include <vector>
 
+#include "KyPoolFailure.h"
 #include "composite/KyCString.h"
 #include "support/KyTestPool.h"
 
 namespace
 {
-
-constexpr unsigned int OUT_OF_MEMORY = 0x01000000;
 
 // Texts on both sides of the limit between inside and block, which is 6 characters.
 const char* const s_texts[] = {
@@ -29,13 +28,6 @@ bool isInside(const KyCString& text)
   const char* const object = reinterpret_cast<const char*>(&text);
   return text.c_str() >= object && text.c_str() < object + sizeof(text);
 }
-
-class KyFailNext
-{
-public:
-  explicit KyFailNext(unsigned int n) { KyNPoolAllocator::failAfter(n); }
-  ~KyFailNext() { KyNPoolAllocator::reset(); }
-};
 
 }    // namespace
 

@@ -21,11 +21,6 @@ static_assert(offsetof(KyResText, messages) == 0 && offsetof(KyResText, groupBou
               "registration record");
 static_assert(sizeof(void*) != 4 || sizeof(KyResText) == 16, "registration record on x86");
 
-namespace
-{
-KyCErrorManager& manager() { return *KyCErrorManager::getSingleton(); }
-}    // namespace
-
 TEST(KyCErrorManager, getSingletonGivesTheSameManagerAndSetsThePointer)
 {
   KyCErrorManager* const singleton = KyCErrorManager::getSingleton();

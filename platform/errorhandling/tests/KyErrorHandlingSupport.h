@@ -7,6 +7,8 @@
 
 #include "errorhandling/KyErrorHandling.h"
 
+inline KyCErrorManager& manager() { return *KyCErrorManager::getSingleton(); }
+
 // A message table that is registered as long as this object lives.
 class KyTestTable
 {

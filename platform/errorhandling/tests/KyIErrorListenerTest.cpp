@@ -12,8 +12,6 @@
 
 namespace
 {
-KyCErrorManager& manager() { return *KyCErrorManager::getSingleton(); }
-
 // Number of a virtual member function's slot. The C++ ABI of Linux stores its offset in bytes, plus one.
 template <typename Member>
 std::size_t slotOf(Member member)

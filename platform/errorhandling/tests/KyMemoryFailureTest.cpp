@@ -55,8 +55,6 @@ private:
 };
 bool KyFailingMalloc::s_forEver = false;
 bool KyFailingMalloc::s_hit = false;
-
-KyCErrorManager& manager() { return *KyCErrorManager::getSingleton(); }
 }    // namespace
 
 #if KY_OWN_MALLOC

@@ -14,8 +14,6 @@ namespace
 constexpr unsigned int threadCount = 4;
 constexpr unsigned int rounds = 500;
 
-KyCErrorManager& manager() { return *KyCErrorManager::getSingleton(); }
-
 // Runs work(0) .. work(threadCount - 1) at once, started together.
 template <typename Work>
 void runAtOnce(Work work)

@@ -9,13 +9,13 @@
 
 namespace
 {
-constexpr unsigned int NAME = 3;    // KyNInventoryIDs::NAME
+constexpr unsigned int NAME_ID = 3;    // KyNInventoryIDs::NAME
 
 // A stored parameter up to its custom part.
 KyBytes standardPart()
 {
   KyTestPool pool;
-  const KyCInventoryParameter parameter(pool, KyCInventoryAddress(NAME), "NAME", 7, "", false, 0);
+  const KyCInventoryParameter parameter(pool, KyCInventoryAddress(NAME_ID), "NAME", 7, "", false, 0);
   const KyBytes bytes = storedParameter(parameter);
   return firstBytes(bytes, bytes.size() - 6);
 }
@@ -25,7 +25,9 @@ class CustomPart : public KyCInventoryBinDeSerializer
 {
 public:
   explicit CustomPart(KyCErrorListPool& pool)
-      : KyCInventoryBinDeSerializer(pool), m_bytes(pool), m_parameter(createCustomParameter(pool, NAME, 0x114, "NAME"))
+      : KyCInventoryBinDeSerializer(pool),
+        m_bytes(pool),
+        m_parameter(createCustomParameter(pool, NAME_ID, 0x114, "NAME"))
   {
   }
 
@@ -198,11 +200,11 @@ TEST(KyCInventoryBinDeSerializer, createdParameterKeepsTheRegisteredNameByPointe
   KyTestPool pool;
   KyCInventoryBinDeSerializer deserializer(pool);
   const std::string name = "NAME";
-  const KyParameterPtr named(asParameter(deserializer.createCustomParameter(pool, NAME, 0x124, name.c_str())));
-  EXPECT_EQ(named->getDescription(), KyNInventoryIDs::Map.get(NAME));
+  const KyParameterPtr named(asParameter(deserializer.createCustomParameter(pool, NAME_ID, 0x124, name.c_str())));
+  EXPECT_EQ(named->getDescription(), KyNInventoryIDs::Map.get(NAME_ID));
 
   std::string other = "other";
-  const KyParameterPtr copied(asParameter(deserializer.createCustomParameter(pool, NAME, 0x124, other.c_str())));
+  const KyParameterPtr copied(asParameter(deserializer.createCustomParameter(pool, NAME_ID, 0x124, other.c_str())));
   other = "gone!";
   EXPECT_STREQ(copied->getDescription(), "other");
 }
@@ -213,7 +215,7 @@ TEST(KyCInventoryBinDeSerializer, createdParameterIgnoresAStaticDescriptionFlagI
   KyCInventoryBinDeSerializer deserializer(pool);
   std::string text = "text of the stream";
   const KyParameterPtr parameter(
-      asParameter(deserializer.createCustomParameter(pool, NAME, 0x20000 | 0x124, text.c_str())));
+      asParameter(deserializer.createCustomParameter(pool, NAME_ID, 0x20000 | 0x124, text.c_str())));
   text = "memory used otherwise";
   EXPECT_STREQ(parameter->getDescription(), "text of the stream");
 }
@@ -223,7 +225,7 @@ TEST(KyCInventoryBinDeSerializer, createdParameterIsNullWithoutMemory)
   KyTestPool pool;
   KyCInventoryBinDeSerializer deserializer(pool);
   KyNPoolAllocator::failAfter(0);
-  EXPECT_EQ(deserializer.createCustomParameter(pool, NAME, 0x124, "NAME"), nullptr);
+  EXPECT_EQ(deserializer.createCustomParameter(pool, NAME_ID, 0x124, "NAME"), nullptr);
   KyNPoolAllocator::reset();
   EXPECT_REPORTS(pool, allocatorOutOfMemory());    // the allocator's, and none of its own
 }

@@ -10,8 +10,8 @@
 
 namespace
 {
-constexpr const char* AT_END = "readInventoryDataTrailerFromFile";
-constexpr const char* AT_START = "readInventoryDataHeaderFromFile";
+constexpr const char* IN_FILE_AT_END = "readInventoryDataTrailerFromFile";
+constexpr const char* IN_FILE_AT_START = "readInventoryDataHeaderFromFile";
 
 // One attempt on bytes or a scripted stream, into a buffer that holds "old" before.
 struct Attempt
@@ -43,7 +43,6 @@ struct Attempt
 };
 
 const KyBytes OLD = {'o', 'l', 'd'};
-const KyBytes DATA = {'d', 'a', 't', 'a', '!'};
 }    // namespace
 
 // --- One end ------------------------------------------------------------------------------------------------------------
@@ -51,38 +50,38 @@ const KyBytes DATA = {'d', 'a', 't', 'a', '!'};
 TEST(KyCInventoryDataFile, trailerGivesTheDataInFrontOfItAndReplacesTheBuffersContent)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atEnd(sectionAround(DATA)), 5u);
-  EXPECT_EQ(attempt.held(), DATA);
+  EXPECT_EQ(attempt.atEnd(sectionAround(FIVE_BYTES)), 5u);
+  EXPECT_EQ(attempt.held(), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, headerGivesTheDataBehindItAndReplacesTheBuffersContent)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(sectionAround(DATA)), 5u);
-  EXPECT_EQ(attempt.held(), DATA);
+  EXPECT_EQ(attempt.atStart(sectionAround(FIVE_BYTES)), 5u);
+  EXPECT_EQ(attempt.held(), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, headerNeedsNoTrailerAndTrailerNoHeader)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5)) + DATA), 5u);
-  EXPECT_EQ(attempt.held(), DATA);
-  EXPECT_EQ(attempt.atEnd(DATA + trailerBytes(sizesOf(5))), 5u);
-  EXPECT_EQ(attempt.held(), DATA);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5)) + FIVE_BYTES), 5u);
+  EXPECT_EQ(attempt.held(), FIVE_BYTES);
+  EXPECT_EQ(attempt.atEnd(FIVE_BYTES + trailerBytes(sizesOf(5))), 5u);
+  EXPECT_EQ(attempt.held(), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, longerHeaderIsSkipped)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 32)) + KyBytes(8, 0xEE) + DATA + KyBytes(3, 0xEE)), 5u);
-  EXPECT_EQ(attempt.held(), DATA);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 32)) + KyBytes(8, 0xEE) + FIVE_BYTES + KyBytes(3, 0xEE)), 5u);
+  EXPECT_EQ(attempt.held(), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, longerTrailerIsSkippedAndTheRecordedHeaderSizeIsNotUsed)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atEnd(DATA + KyBytes(8, 0xEE) + trailerBytes(sizesOf(5, 0xFFFFFFFF, 32))), 5u);
-  EXPECT_EQ(attempt.held(), DATA);
+  EXPECT_EQ(attempt.atEnd(FIVE_BYTES + KyBytes(8, 0xEE) + trailerBytes(sizesOf(5, 0xFFFFFFFF, 32))), 5u);
+  EXPECT_EQ(attempt.held(), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, fileOf23BytesGivesNothingAndNoReport)
@@ -144,8 +143,8 @@ TEST(KyCInventoryDataFile, headerOfDataSize0GivesNothingAndNoReportWhereverItsDa
 TEST(KyCInventoryDataFile, dataReadIsTheFilesLastByte)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5)) + DATA), 5u);    // one byte less is reported, see below
-  EXPECT_EQ(attempt.atEnd(DATA + trailerBytes(sizesOf(5))), 5u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5)) + FIVE_BYTES), 5u);    // one byte less is reported, see below
+  EXPECT_EQ(attempt.atEnd(FIVE_BYTES + trailerBytes(sizesOf(5))), 5u);
 }
 
 TEST(KyCInventoryDataFile, headerWhoseDataExceedsTheFileCannotBeReadAndEmptiesTheBuffer)
@@ -154,9 +153,9 @@ TEST(KyCInventoryDataFile, headerWhoseDataExceedsTheFileCannotBeReadAndEmptiesTh
   {
     Attempt attempt;
     KyNPoolAllocator::failAfter(0);    // nothing is to be allocated for what cannot be there
-    EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(dataSize)) + DATA), 0u);
+    EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(dataSize)) + FIVE_BYTES), 0u);
     KyNPoolAllocator::reset();
-    EXPECT_REPORTS(attempt.pool, cannotRead(AT_START));
+    EXPECT_REPORTS(attempt.pool, cannotRead(IN_FILE_AT_START));
     EXPECT_EQ(attempt.held(), KyBytes());
   }
 }
@@ -164,23 +163,23 @@ TEST(KyCInventoryDataFile, headerWhoseDataExceedsTheFileCannotBeReadAndEmptiesTh
 TEST(KyCInventoryDataFile, headerWhoseDataStartsBehindTheFileCannotBeRead)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 100)) + DATA), 0u);
-  EXPECT_REPORTS(attempt.pool, cannotRead(AT_START));
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 100)) + FIVE_BYTES), 0u);
+  EXPECT_REPORTS(attempt.pool, cannotRead(IN_FILE_AT_START));
   EXPECT_EQ(attempt.held(), KyBytes());
 }
 
 TEST(KyCInventoryDataFile, headerSizeThatLongDoesNotHoldIsAPositionThatCannotBeSet)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 0xFFFFFFFF)) + DATA), 0u);
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(5, 0xFFFFFFFF)) + FIVE_BYTES), 0u);
   if (sizeof(long) == 4)
   {
-    EXPECT_REPORTS(attempt.pool, cannotSetPosition(AT_START));
+    EXPECT_REPORTS(attempt.pool, cannotSetPosition(IN_FILE_AT_START));
     EXPECT_EQ(attempt.held(), OLD);
   }
   else
   {
-    EXPECT_REPORTS(attempt.pool, cannotRead(AT_START));
+    EXPECT_REPORTS(attempt.pool, cannotRead(IN_FILE_AT_START));
     EXPECT_EQ(attempt.held(), KyBytes());
   }
 }
@@ -194,8 +193,8 @@ TEST(KyCInventoryDataFile, trailerWhoseDataWouldBeginBeforeTheFileIsAPositionTha
         trailerBytes(sizesOf(0xFFFFFFFF, 24, 0xFFFFFFFF))})
   {
     Attempt attempt;
-    EXPECT_EQ(attempt.atEnd(DATA + trailer), 0u);
-    EXPECT_REPORTS(attempt.pool, cannotSetPosition(AT_END));
+    EXPECT_EQ(attempt.atEnd(FIVE_BYTES + trailer), 0u);
+    EXPECT_REPORTS(attempt.pool, cannotSetPosition(IN_FILE_AT_END));
     EXPECT_EQ(attempt.held(), OLD);
   }
 }
@@ -203,26 +202,26 @@ TEST(KyCInventoryDataFile, trailerWhoseDataWouldBeginBeforeTheFileIsAPositionTha
 TEST(KyCInventoryDataFile, headerSizesThatWrapIn32BitsCannotBeRead)
 {
   Attempt attempt;
-  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(0xFFFFFFE8, 29)) + DATA), 0u);    // adds up to 5 in 32 bits
-  EXPECT_REPORTS(attempt.pool, cannotRead(AT_START));
+  EXPECT_EQ(attempt.atStart(headerBytes(sizesOf(0xFFFFFFE8, 29)) + FIVE_BYTES), 0u);    // adds up to 5 in 32 bits
+  EXPECT_REPORTS(attempt.pool, cannotRead(IN_FILE_AT_START));
 }
 
 TEST(KyCInventoryDataFile, everySeekThatFailsIsReported)
 {
-  const KyBytes file = sectionAround(DATA);
+  const KyBytes file = sectionAround(FIVE_BYTES);
   for (int step = 0; step < 3; ++step)    // to the end, to the record, to the data
   {
     Attempt attempt;
     KyScriptedStream end(file);
     end.failingSeek = step;
     EXPECT_EQ(attempt.atEnd(end), 0u);
-    EXPECT_REPORTS(attempt.pool, cannotSetPosition(AT_END));
+    EXPECT_REPORTS(attempt.pool, cannotSetPosition(IN_FILE_AT_END));
     EXPECT_EQ(end.getStep(), step);
 
     KyScriptedStream start(file);
     start.failingSeek = step;
     EXPECT_EQ(attempt.atStart(start), 0u);
-    EXPECT_REPORTS(attempt.pool, cannotSetPosition(AT_START));
+    EXPECT_REPORTS(attempt.pool, cannotSetPosition(IN_FILE_AT_START));
     EXPECT_EQ(start.getStep(), step);
     EXPECT_EQ(attempt.held(), OLD);    // the buffer is emptied only behind the last seek
   }
@@ -230,7 +229,7 @@ TEST(KyCInventoryDataFile, everySeekThatFailsIsReported)
 
 TEST(KyCInventoryDataFile, everyReadThatFailsOrFallsShortIsReported)
 {
-  const KyBytes file = sectionAround(DATA);
+  const KyBytes file = sectionAround(FIVE_BYTES);
   for (int step = 1; step < 3; ++step)    // of the record, of the data
   {
     for (bool isShort : {false, true})
@@ -239,7 +238,7 @@ TEST(KyCInventoryDataFile, everyReadThatFailsOrFallsShortIsReported)
       KyScriptedStream end(file);
       (isShort ? end.shortRead : end.failingRead) = step;
       EXPECT_EQ(attempt.atEnd(end), 0u);
-      EXPECT_REPORTS(attempt.pool, cannotRead(AT_END));
+      EXPECT_REPORTS(attempt.pool, cannotRead(IN_FILE_AT_END));
       EXPECT_EQ(end.getStep(), step);
       EXPECT_EQ(attempt.held(), step == 1 ? OLD : KyBytes());
 
@@ -247,7 +246,7 @@ TEST(KyCInventoryDataFile, everyReadThatFailsOrFallsShortIsReported)
       KyScriptedStream start(file);
       (isShort ? start.shortRead : start.failingRead) = step;
       EXPECT_EQ(other.atStart(start), 0u);
-      EXPECT_REPORTS(other.pool, cannotRead(AT_START));
+      EXPECT_REPORTS(other.pool, cannotRead(IN_FILE_AT_START));
       EXPECT_EQ(start.getStep(), step);
       EXPECT_EQ(other.held(), step == 1 ? OLD : KyBytes());
     }
@@ -257,15 +256,15 @@ TEST(KyCInventoryDataFile, everyReadThatFailsOrFallsShortIsReported)
 TEST(KyCInventoryDataFile, sizeThatCannotBeToldIsReported)
 {
   Attempt attempt;
-  KyScriptedStream end(sectionAround(DATA));
+  KyScriptedStream end(sectionAround(FIVE_BYTES));
   end.failingTell = true;
   EXPECT_EQ(attempt.atEnd(end), 0u);
-  EXPECT_REPORTS(attempt.pool, cannotGetPosition(AT_END));
+  EXPECT_REPORTS(attempt.pool, cannotGetPosition(IN_FILE_AT_END));
   EXPECT_EQ(end.getStep(), 0);
-  KyScriptedStream start(sectionAround(DATA));
+  KyScriptedStream start(sectionAround(FIVE_BYTES));
   start.failingTell = true;
   EXPECT_EQ(attempt.atStart(start), 0u);
-  EXPECT_REPORTS(attempt.pool, cannotGetPosition(AT_START));
+  EXPECT_REPORTS(attempt.pool, cannotGetPosition(IN_FILE_AT_START));
   EXPECT_EQ(start.getStep(), 0);
   EXPECT_EQ(attempt.held(), OLD);
 }
@@ -277,14 +276,14 @@ TEST(KyCInventoryDataFile, noMemoryForTheDataIsReportedBehindTheAllocator)
   KyNPoolAllocator::failAfter(0);
   EXPECT_EQ(attempt.atEnd(sectionAround(data)), 0u);
   KyNPoolAllocator::reset();
-  EXPECT_REPORTS(attempt.pool, allocatorOutOfMemory(), outOfMemory(AT_END));
+  EXPECT_REPORTS(attempt.pool, allocatorOutOfMemory(), outOfMemory(IN_FILE_AT_END));
   EXPECT_EQ(attempt.held(), KyBytes());    // emptied before
 
   put(attempt.pool, attempt.buffer, OLD);
   KyNPoolAllocator::failAfter(0);
   EXPECT_EQ(attempt.atStart(sectionAround(data)), 0u);
   KyNPoolAllocator::reset();
-  EXPECT_REPORTS(attempt.pool, allocatorOutOfMemory(), outOfMemory(AT_START));
+  EXPECT_REPORTS(attempt.pool, allocatorOutOfMemory(), outOfMemory(IN_FILE_AT_START));
   EXPECT_EQ(attempt.held(), KyBytes());
 }
 
@@ -295,7 +294,7 @@ TEST(KyCInventoryDataFile, streamThatCannotSeekIsReported)
   std::FILE* const file = fdopen(ends[0], "rb");
   Attempt attempt;
   EXPECT_EQ(KyCInventoryData::readInventoryDataTrailerFromFile(attempt.pool, file, attempt.buffer), 0u);
-  EXPECT_REPORTS(attempt.pool, cannotSetPosition(AT_END));
+  EXPECT_REPORTS(attempt.pool, cannotSetPosition(IN_FILE_AT_END));
   std::fclose(file);
   close(ends[1]);
 }
@@ -335,7 +334,7 @@ TEST(KyCInventoryDataFile, wholeSectionFileIsRead)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA))), DATA);
+  EXPECT_EQ(readFile(pool, folder.file(sectionAround(FIVE_BYTES))), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, fileWithoutASectionEmptiesTheBufferWithoutAReport)
@@ -351,7 +350,7 @@ TEST(KyCInventoryDataFile, sectionAppendedToALargerFileIsReadThroughItsTrailer)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  EXPECT_EQ(readFile(pool, folder.file(KyBytes(100000, 0x7F) + sectionAround(DATA))), DATA);
+  EXPECT_EQ(readFile(pool, folder.file(KyBytes(100000, 0x7F) + sectionAround(FIVE_BYTES))), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, sectionAtTheEndWinsAndTheStartIsNotExamined)
@@ -362,29 +361,29 @@ TEST(KyCInventoryDataFile, sectionAtTheEndWinsAndTheStartIsNotExamined)
             bytesOf("last"));
   KySizes wrong;
   wrong.version = 2;    // would be reported if it were looked at
-  EXPECT_EQ(readFile(pool, folder.file(headerBytes(wrong) + sectionAround(DATA))), DATA);
+  EXPECT_EQ(readFile(pool, folder.file(headerBytes(wrong) + sectionAround(FIVE_BYTES))), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, fileThatDoesNotEndWithATrailerIsReadThroughItsHeader)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA) + KyBytes(1, 'x'))), DATA);
-  EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA) + KyBytes(70000, 'x'))), DATA);
+  EXPECT_EQ(readFile(pool, folder.file(sectionAround(FIVE_BYTES) + KyBytes(1, 'x'))), FIVE_BYTES);
+  EXPECT_EQ(readFile(pool, folder.file(sectionAround(FIVE_BYTES) + KyBytes(70000, 'x'))), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, sectionInTheMiddleIsNotSearchedFor)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  EXPECT_EQ(readFile(pool, folder.file(KyBytes(1, 'x') + sectionAround(DATA) + KyBytes(1, 'x'))), KyBytes());
+  EXPECT_EQ(readFile(pool, folder.file(KyBytes(1, 'x') + sectionAround(FIVE_BYTES) + KyBytes(1, 'x'))), KyBytes());
 }
 
 TEST(KyCInventoryDataFile, sectionWithoutDataAtTheEndLetsTheStartBeRead)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  EXPECT_EQ(readFile(pool, folder.file(sectionAround(DATA) + sectionAround({}))), DATA);
+  EXPECT_EQ(readFile(pool, folder.file(sectionAround(FIVE_BYTES) + sectionAround({}))), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataFile, failureAtTheEndIsReportedAndTheStartIsReadAllTheSame)
@@ -393,8 +392,8 @@ TEST(KyCInventoryDataFile, failureAtTheEndIsReportedAndTheStartIsReadAllTheSame)
   const KySectionFolder folder;
   KySizes wrong;
   wrong.version = 2;
-  const std::string path = folder.file(sectionAround(DATA) + trailerBytes(wrong));
-  EXPECT_EQ(readFile(pool, path), DATA);
+  const std::string path = folder.file(sectionAround(FIVE_BYTES) + trailerBytes(wrong));
+  EXPECT_EQ(readFile(pool, path), FIVE_BYTES);
   EXPECT_REPORTS(pool, versionIncompatible("checkTrailer", "2"), errorWhileReading(path));
 }
 
@@ -404,7 +403,7 @@ TEST(KyCInventoryDataFile, failuresAtBothEndsAreReportedEachWithTheFile)
   const KySectionFolder folder;
   const std::string path = folder.file(headerBytes(sizesOf(1000)) + trailerBytes(sizesOf(2000)));
   EXPECT_EQ(readFile(pool, path), KyBytes());
-  EXPECT_REPORTS(pool, cannotSetPosition(AT_END), errorWhileReading(path), cannotRead(AT_START),
+  EXPECT_REPORTS(pool, cannotSetPosition(IN_FILE_AT_END), errorWhileReading(path), cannotRead(IN_FILE_AT_START),
                  errorWhileReading(path));
 }
 
@@ -412,7 +411,7 @@ TEST(KyCInventoryDataFile, failureAtTheStartAloneIsReportedOnce)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  const std::string path = folder.file(headerBytes(sizesOf(5, 23)) + DATA);
+  const std::string path = folder.file(headerBytes(sizesOf(5, 23)) + FIVE_BYTES);
   EXPECT_EQ(readFile(pool, path), KyBytes());
   EXPECT_REPORTS(pool, headerSizeIncompatible("23"), errorWhileReading(path));
 }
@@ -421,7 +420,7 @@ TEST(KyCInventoryDataFile, pathIsReportedAsItIsAndNeverTakenAsAFormat)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  std::filesystem::rename(folder.file(headerBytes(sizesOf(5, 23)) + DATA), folder.path("%s%n%2 %1"));
+  std::filesystem::rename(folder.file(headerBytes(sizesOf(5, 23)) + FIVE_BYTES), folder.path("%s%n%2 %1"));
   const std::string path = folder.path("%s%n%2 %1");
   readFile(pool, path);
   EXPECT_REPORTS(pool, headerSizeIncompatible("23"), errorWhileReading(path));
@@ -443,14 +442,14 @@ TEST(KyCInventoryDataFile, fileBeyondTheRangeOfLongIsOpenedAndItsSizeReported)
 {
   KyTestPool pool;
   const KySectionFolder folder;
-  const std::string path = folder.file(sectionAround(DATA));
+  const std::string path = folder.file(sectionAround(FIVE_BYTES));
   if (truncate64(path.c_str(), 3LL * 1024 * 1024 * 1024) != 0) GTEST_SKIP() << "no file of 3 GiB here";
   if (sizeof(long) == 4)
   {
     EXPECT_EQ(readFile(pool, path), KyBytes());
-    EXPECT_REPORTS(pool, cannotGetPosition(AT_END), errorWhileReading(path), cannotGetPosition(AT_START),
-                   errorWhileReading(path));
+    EXPECT_REPORTS(pool, cannotGetPosition(IN_FILE_AT_END), errorWhileReading(path),
+                   cannotGetPosition(IN_FILE_AT_START), errorWhileReading(path));
   }
   else
-    EXPECT_EQ(readFile(pool, path), DATA);
+    EXPECT_EQ(readFile(pool, path), FIVE_BYTES);
 }

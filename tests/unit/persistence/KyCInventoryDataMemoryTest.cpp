@@ -6,11 +6,10 @@
 
 namespace
 {
-constexpr const char* AT_END = "seekInventoryDataTrailerInMem";
-constexpr const char* AT_START = "seekInventoryDataHeaderInMem";
+constexpr const char* IN_MEM_AT_END = "seekInventoryDataTrailerInMem";
+constexpr const char* IN_MEM_AT_START = "seekInventoryDataHeaderInMem";
 constexpr const char* SIZES = "getInventorySectionSizeFromMem";
 
-const KyBytes DATA = {'d', 'a', 't', 'a', '!'};
 constexpr long NOT_FOUND = -1;
 
 // Where in the block the data starts; NOT_FOUND when nothing is found. dataSize starts poisoned.
@@ -67,9 +66,9 @@ TEST(KyCInventoryDataMemory, dataOfAWholeSectionIsFoundFromBothEnds)
 {
   KyTestPool pool;
   unsigned int dataSize;
-  EXPECT_EQ(seekStart(pool, sectionAround(DATA), dataSize), 24);
+  EXPECT_EQ(seekStart(pool, sectionAround(FIVE_BYTES), dataSize), 24);
   EXPECT_EQ(dataSize, 5u);
-  EXPECT_EQ(seekEnd(pool, sectionAround(DATA), dataSize), 24);
+  EXPECT_EQ(seekEnd(pool, sectionAround(FIVE_BYTES), dataSize), 24);
   EXPECT_EQ(dataSize, 5u);
 }
 
@@ -77,9 +76,9 @@ TEST(KyCInventoryDataMemory, headerAndDataWithoutATrailerAreAcceptedAndTheOtherW
 {
   KyTestPool pool;
   unsigned int dataSize;
-  EXPECT_EQ(seekStart(pool, headerBytes(sizesOf(5)) + DATA, dataSize), 24);
+  EXPECT_EQ(seekStart(pool, headerBytes(sizesOf(5)) + FIVE_BYTES, dataSize), 24);
   EXPECT_EQ(dataSize, 5u);
-  EXPECT_EQ(seekEnd(pool, DATA + trailerBytes(sizesOf(5)), dataSize), 0);
+  EXPECT_EQ(seekEnd(pool, FIVE_BYTES + trailerBytes(sizesOf(5)), dataSize), 0);
   EXPECT_EQ(dataSize, 5u);
 }
 
@@ -87,9 +86,10 @@ TEST(KyCInventoryDataMemory, longerRecordsAreSkipped)
 {
   KyTestPool pool;
   unsigned int dataSize;
-  EXPECT_EQ(seekStart(pool, headerBytes(sizesOf(5, 32)) + KyBytes(8, 0xEE) + DATA, dataSize), 32);
+  EXPECT_EQ(seekStart(pool, headerBytes(sizesOf(5, 32)) + KyBytes(8, 0xEE) + FIVE_BYTES, dataSize), 32);
   EXPECT_EQ(dataSize, 5u);
-  EXPECT_EQ(seekEnd(pool, KyBytes(3, 0xEE) + DATA + KyBytes(8, 0xEE) + trailerBytes(sizesOf(5, 24, 32)), dataSize), 3);
+  EXPECT_EQ(
+      seekEnd(pool, KyBytes(3, 0xEE) + FIVE_BYTES + KyBytes(8, 0xEE) + trailerBytes(sizesOf(5, 24, 32)), dataSize), 3);
   EXPECT_EQ(dataSize, 5u);
 }
 
@@ -137,11 +137,11 @@ TEST(KyCInventoryDataMemory, sizesThatExceedTheBlockAreCorruptAndGiveNothing)
        {sizesOf(6), sizesOf(0xFFFFFFFF), sizesOf(0xFFFFFFE8), sizesOf(0xFFFFFFF0, 45, 45), sizesOf(5, 25, 25),
         sizesOf(0, 0xFFFFFFFF, 0xFFFFFFFF), sizesOf(0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF)})
   {
-    EXPECT_EQ(seekStart(pool, headerBytes(wrong) + DATA, dataSize), NOT_FOUND);
-    EXPECT_REPORTS(pool, sectionCorrupt(AT_START));
+    EXPECT_EQ(seekStart(pool, headerBytes(wrong) + FIVE_BYTES, dataSize), NOT_FOUND);
+    EXPECT_REPORTS(pool, sectionCorrupt(IN_MEM_AT_START));
     EXPECT_EQ(dataSize, 0u);
-    EXPECT_EQ(seekEnd(pool, DATA + trailerBytes(wrong), dataSize), NOT_FOUND);
-    EXPECT_REPORTS(pool, sectionCorrupt(AT_END));
+    EXPECT_EQ(seekEnd(pool, FIVE_BYTES + trailerBytes(wrong), dataSize), NOT_FOUND);
+    EXPECT_REPORTS(pool, sectionCorrupt(IN_MEM_AT_END));
     EXPECT_EQ(dataSize, 0u);
   }
 }
@@ -163,7 +163,7 @@ TEST(KyCInventoryDataMemory, blockMayHaveAnyAlignment)
   KyTestPool pool;
   for (std::size_t shift = 0; shift < 8; ++shift)
   {
-    const KyBytes shifted = KyBytes(shift, 0) + sectionAround(DATA);
+    const KyBytes shifted = KyBytes(shift, 0) + sectionAround(FIVE_BYTES);
     const unsigned char* const block = shifted.data() + shift;
     unsigned int dataSize = 0;
     EXPECT_EQ(KyCInventoryData::seekInventoryDataHeaderInMem(pool, block, 53, dataSize), block + 24);
@@ -182,9 +182,9 @@ TEST(KyCInventoryDataMemory, blockMayHaveAnyAlignment)
 TEST(KyCInventoryDataMemory, sectionAtEitherEndIsRead)
 {
   KyTestPool pool;
-  EXPECT_EQ(readBlock(pool, sectionAround(DATA)), DATA);
-  EXPECT_EQ(readBlock(pool, KyBytes(77, 'x') + sectionAround(DATA)), DATA);
-  EXPECT_EQ(readBlock(pool, sectionAround(DATA) + KyBytes(77, 'x')), DATA);
+  EXPECT_EQ(readBlock(pool, sectionAround(FIVE_BYTES)), FIVE_BYTES);
+  EXPECT_EQ(readBlock(pool, KyBytes(77, 'x') + sectionAround(FIVE_BYTES)), FIVE_BYTES);
+  EXPECT_EQ(readBlock(pool, sectionAround(FIVE_BYTES) + KyBytes(77, 'x')), FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataMemory, sectionAtTheEndWins)
@@ -196,7 +196,7 @@ TEST(KyCInventoryDataMemory, sectionAtTheEndWins)
 TEST(KyCInventoryDataMemory, sectionWithoutDataAtTheEndStopsTheSearch)
 {
   KyTestPool pool;
-  EXPECT_EQ(readBlock(pool, sectionAround(DATA) + sectionAround({})), KyBytes());
+  EXPECT_EQ(readBlock(pool, sectionAround(FIVE_BYTES) + sectionAround({})), KyBytes());
 }
 
 TEST(KyCInventoryDataMemory, blockWithoutASectionAddsNothing)
@@ -213,9 +213,9 @@ TEST(KyCInventoryDataMemory, readingTwiceWithoutAResetLeavesTheDataTwiceKeptOnPu
 {
   KyTestPool pool;
   KyCBuffer buffer(pool);
-  readBlock(pool, sectionAround(DATA), buffer);
-  readBlock(pool, sectionAround(DATA), buffer);
-  EXPECT_EQ(bytesOf(buffer), DATA + DATA);
+  readBlock(pool, sectionAround(FIVE_BYTES), buffer);
+  readBlock(pool, sectionAround(FIVE_BYTES), buffer);
+  EXPECT_EQ(bytesOf(buffer), FIVE_BYTES + FIVE_BYTES);
 }
 
 TEST(KyCInventoryDataMemory, blockOf100BytesWhoseTrailerClaims224IsReportedAndTheStartTriedNext)
@@ -224,19 +224,19 @@ TEST(KyCInventoryDataMemory, blockOf100BytesWhoseTrailerClaims224IsReportedAndTh
   const KyBytes wrong = KyBytes(76, 'x') + trailerBytes(sizesOf(200));
   ASSERT_EQ(wrong.size(), 100u);
   EXPECT_EQ(readBlock(pool, wrong), KyBytes());
-  EXPECT_REPORTS(pool, sectionCorrupt(AT_END), errorWhileSeeking());
+  EXPECT_REPORTS(pool, sectionCorrupt(IN_MEM_AT_END), errorWhileSeeking());
 
-  const KyBytes withStart = headerBytes(sizesOf(5)) + DATA + KyBytes(47, 'x') + trailerBytes(sizesOf(200));
+  const KyBytes withStart = headerBytes(sizesOf(5)) + FIVE_BYTES + KyBytes(47, 'x') + trailerBytes(sizesOf(200));
   ASSERT_EQ(withStart.size(), 100u);
-  EXPECT_EQ(readBlock(pool, withStart), DATA);
-  EXPECT_REPORTS(pool, sectionCorrupt(AT_END), errorWhileSeeking());
+  EXPECT_EQ(readBlock(pool, withStart), FIVE_BYTES);
+  EXPECT_REPORTS(pool, sectionCorrupt(IN_MEM_AT_END), errorWhileSeeking());
 }
 
 TEST(KyCInventoryDataMemory, failuresAtBothEndsAreReportedEachWithASummary)
 {
   KyTestPool pool;
   EXPECT_EQ(readBlock(pool, headerBytes(sizesOf(1000)) + trailerBytes(sizesOf(0, 24, 3))), KyBytes());
-  EXPECT_REPORTS(pool, trailerSizeIncompatible("3"), errorWhileSeeking(), sectionCorrupt(AT_START),
+  EXPECT_REPORTS(pool, trailerSizeIncompatible("3"), errorWhileSeeking(), sectionCorrupt(IN_MEM_AT_START),
                  errorWhileSeeking());
 }
 
@@ -244,7 +244,7 @@ TEST(KyCInventoryDataMemory, failureAtTheStartAloneIsReportedOnce)
 {
   KyTestPool pool;
   EXPECT_EQ(readBlock(pool, headerBytes(sizesOf(1000)) + KyBytes(50, 'x')), KyBytes());
-  EXPECT_REPORTS(pool, sectionCorrupt(AT_START), errorWhileSeeking());
+  EXPECT_REPORTS(pool, sectionCorrupt(IN_MEM_AT_START), errorWhileSeeking());
 }
 
 TEST(KyCInventoryDataMemory, noMemoryForTheDataIsReportedBehindTheAllocator)
@@ -264,7 +264,7 @@ TEST(KyCInventoryDataMemory, noMemoryForTheDataIsReportedBehindTheAllocator)
 TEST(KyCInventoryDataMemory, sizesOfASectionIncludeBothRecords)
 {
   KyTestPool pool;
-  const RecordedSizes found = recordedSizes(pool, sectionAround(DATA));
+  const RecordedSizes found = recordedSizes(pool, sectionAround(FIVE_BYTES));
   EXPECT_EQ(found.byHeader, 53u);
   EXPECT_EQ(found.byTrailer, 53u);
 }
@@ -272,7 +272,7 @@ TEST(KyCInventoryDataMemory, sizesOfASectionIncludeBothRecords)
 TEST(KyCInventoryDataMemory, sizesAreThoseOfTheSectionsAtEachEnd)
 {
   KyTestPool pool;
-  const RecordedSizes found = recordedSizes(pool, sectionAround({}) + KyBytes(9, 'x') + sectionAround(DATA));
+  const RecordedSizes found = recordedSizes(pool, sectionAround({}) + KyBytes(9, 'x') + sectionAround(FIVE_BYTES));
   EXPECT_EQ(found.byHeader, 48u);
   EXPECT_EQ(found.byTrailer, 53u);
 }
@@ -305,7 +305,7 @@ TEST(KyCInventoryDataMemory, aBlockOfNothingButAHeaderIsLookedAt)
 TEST(KyCInventoryDataMemory, sizeByTheHeaderThatExceedsTheBlockIsReportedAndTheEndNotLookedAt)
 {
   KyTestPool pool;
-  const RecordedSizes found = recordedSizes(pool, headerBytes(sizesOf(1000)) + sectionAround(DATA));
+  const RecordedSizes found = recordedSizes(pool, headerBytes(sizesOf(1000)) + sectionAround(FIVE_BYTES));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(found.byHeader, 1048u);
   EXPECT_EQ(found.byTrailer, 0u);
@@ -314,7 +314,7 @@ TEST(KyCInventoryDataMemory, sizeByTheHeaderThatExceedsTheBlockIsReportedAndTheE
 TEST(KyCInventoryDataMemory, sizeByTheTrailerThatExceedsTheBlockIsReported)
 {
   KyTestPool pool;
-  const RecordedSizes found = recordedSizes(pool, sectionAround(DATA) + trailerBytes(sizesOf(1000)));
+  const RecordedSizes found = recordedSizes(pool, sectionAround(FIVE_BYTES) + trailerBytes(sizesOf(1000)));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(found.byHeader, 53u);
   EXPECT_EQ(found.byTrailer, 1048u);
@@ -323,10 +323,10 @@ TEST(KyCInventoryDataMemory, sizeByTheTrailerThatExceedsTheBlockIsReported)
 TEST(KyCInventoryDataMemory, sizesCountTheOppositeRecord)
 {
   KyTestPool pool;
-  const RecordedSizes byHeader = recordedSizes(pool, headerBytes(sizesOf(5)) + DATA);    // the trailer is missing
+  const RecordedSizes byHeader = recordedSizes(pool, headerBytes(sizesOf(5)) + FIVE_BYTES);    // the trailer is missing
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(byHeader.byHeader, 53u);
-  const RecordedSizes byTrailer = recordedSizes(pool, DATA + trailerBytes(sizesOf(5)));
+  const RecordedSizes byTrailer = recordedSizes(pool, FIVE_BYTES + trailerBytes(sizesOf(5)));
   EXPECT_REPORTS(pool, sectionCorrupt(SIZES));
   EXPECT_EQ(byTrailer.byTrailer, 53u);
 }
@@ -336,7 +336,7 @@ TEST(KyCInventoryDataMemory, failedHeaderCheckDoesNotStopTheTrailerStep)
   KyTestPool pool;
   KySizes wrong;
   wrong.version = 2;
-  const RecordedSizes found = recordedSizes(pool, headerBytes(wrong) + sectionAround(DATA));
+  const RecordedSizes found = recordedSizes(pool, headerBytes(wrong) + sectionAround(FIVE_BYTES));
   EXPECT_REPORTS(pool, versionIncompatible("checkHeader", "2"));
   EXPECT_EQ(found.byHeader, 0u);
   EXPECT_EQ(found.byTrailer, 53u);

@@ -35,6 +35,8 @@ inline KyBytes bytesOf(const KyCBuffer& buffer)
 
 inline KyBytes bytesOf(const std::string& text) { return KyBytes(text.begin(), text.end()); }
 
+inline const KyBytes FIVE_BYTES = {'d', 'a', 't', 'a', '!'};    // data for a section
+
 inline KyBytes lastBytes(const KyBytes& bytes, std::size_t count)
 {
   return KyBytes(bytes.end() - static_cast<std::ptrdiff_t>(std::min(count, bytes.size())), bytes.end());

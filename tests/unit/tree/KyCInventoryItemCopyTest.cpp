@@ -62,8 +62,6 @@ void rename(KyCInventoryItem& item, const KyCInventoryAddress& id)
   item.setID(id);
   EXPECT_EQ(master.takeReports().size(), 1u) << "renamed all the same";
 }
-
-bool neverCalled(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }
 }    // namespace
 
 TEST(KyCInventoryItemCopy, hasTheSameIDsDescriptionsValuesUnitsFlagsAndRelevancesInTheSameOrder)

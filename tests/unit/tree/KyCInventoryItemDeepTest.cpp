@@ -4,6 +4,7 @@
 
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
+#include "support/KyDeepAddress.h"
 #include "support/KySampleTree.h"
 #include "support/KySmallStack.h"
 #include "support/KyTestPool.h"
@@ -14,19 +15,10 @@ namespace
 {
 constexpr unsigned int DEPTH = 100000;
 
-KyCInventoryAddress deepAddress()
-{
-  KyCInventoryAddress address(BOARD);
-  while (address.getLength() < DEPTH)
-    address.append(address);    // doubles it
-  address.removeSuffixElements(address.getLength() - DEPTH);
-  return address;
-}
-
 void buildWithOneAddress()
 {
   KyTestPool pool;
-  const KyCInventoryAddress deep = deepAddress();
+  const KyCInventoryAddress deep = deepAddress(DEPTH);
   KyCInventoryItem root(pool, ROOT, "ROOT");
   KyCInventoryItem* const last = root.addPath(pool, deep);
   ASSERT_NE(last, nullptr);
@@ -55,7 +47,7 @@ void buildWithManySteps()
 void compareAndDetach()
 {
   KyTestPool pool;
-  const KyCInventoryAddress deep = deepAddress();
+  const KyCInventoryAddress deep = deepAddress(DEPTH);
   KyCInventoryItem a(pool, ROOT, "ROOT");
   KyCInventoryItem b(pool, ROOT, "ROOT");
   a.addPath(pool, deep);

@@ -64,8 +64,6 @@ void link(KyCMerge& trees)
 {
   KyInventoryAccess::setFriend(*trees.target->getItem(BOARD), trees.target->getItem(SHARED_DATA));
 }
-
-bool neverCalled(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }
 }    // namespace
 
 TEST(KyCInventoryItemMerge, intoANullTargetHandsOverTheSourceUnchangedWhateverTheFlags)

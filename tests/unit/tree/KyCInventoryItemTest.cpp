@@ -24,8 +24,6 @@ KyCInventoryItem* attachTwin(KyCErrorListPool& pool, KyCInventoryItem& parent, c
   EXPECT_EQ(KyInventoryAccess::toComposite(&parent)->attach(KyInventoryAccess::toComposite(item)), 0);
   return item;
 }
-
-std::string text(const KyCInventoryAddress& address) { return address.toString().c_str(); }
 }    // namespace
 
 TEST(KyCInventoryItem, isNoPublicKindOfCompositeNorOfTheVirtualClass)
@@ -331,7 +329,8 @@ TEST(KyCInventoryItem, theAddressOfARootsChildIsItsIDAlone)
 TEST(KyCInventoryItem, anAddressListsTheIDsFromTheRootsChildDown)
 {
   KySampleTree sample("ROOT/BOARD[2]/IOCHANNEL[3]/DEVICE");
-  EXPECT_EQ(text(sample.item("BOARD[2]/IOCHANNEL[3]/DEVICE")->getAddress()), "BOARD[2]/IOCHANNEL[3]/DEVICE");
+  EXPECT_STREQ(sample.item("BOARD[2]/IOCHANNEL[3]/DEVICE")->getAddress().toString().c_str(),
+               "BOARD[2]/IOCHANNEL[3]/DEVICE");
 }
 
 TEST(KyCInventoryItem, detachOfARootChangesNothing)
@@ -349,7 +348,7 @@ TEST(KyCInventoryItem, detachHandsTheSubtreeToTheCaller)
   EXPECT_EQ(second->getParent(), nullptr);
   EXPECT_EQ(second->getNext(), nullptr);
   EXPECT_TRUE(second->getAddress().isEmpty());
-  EXPECT_EQ(text(second->getItem(IOCHANNEL)->getAddress()), "IOCHANNEL");
+  EXPECT_STREQ(second->getItem(IOCHANNEL)->getAddress().toString().c_str(), "IOCHANNEL");
   EXPECT_EQ(KyTreeDifference(sample.root(), KySampleTree("ROOT/BOARD[1]; BOARD[3]").root()), "");
   delete second;
 }

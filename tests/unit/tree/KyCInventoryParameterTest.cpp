@@ -22,8 +22,6 @@ namespace
 bool succeed(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }
 
 bool isCustom(const KyCInventoryParameter& parameter) { return KyInventoryAccess::toParam(&parameter)->isCustom(); }
-
-std::string text(const KyCInventoryAddress& address) { return address.toString().c_str(); }
 }    // namespace
 
 TEST(KyCInventoryParameter, isNoPublicKindOfParam)
@@ -170,7 +168,8 @@ TEST(KyCInventoryParameter, initDropsTheAuxiliaryInfoWithoutDeletingIt)
   const std::unique_ptr<KyCInventoryAuxInfo> dropped(KyInventoryAccess::getAuxInfo(parameter));
   parameter.init(pool, SIZE, "SIZE", "", true, 0);
   EXPECT_EQ(parameter.getWriteMethod(), nullptr);
-  EXPECT_EQ(text(static_cast<KyNInventoryParameter::KyCAuxInfoWrite&>(*dropped).getRelativeAddress()), "BOARD[2]");
+  EXPECT_STREQ(static_cast<KyNInventoryParameter::KyCAuxInfoWrite&>(*dropped).getRelativeAddress().toString().c_str(),
+               "BOARD[2]");
   EXPECT_NO_REPORTS(pool);
 }
 
@@ -313,7 +312,8 @@ TEST(KyCInventoryParameter, assignmentDropsTheAuxiliaryInfoWithoutDeletingIt)
   EXPECT_EQ(KyInventoryAccess::getAuxInfo(target), nullptr);
   EXPECT_EQ(target.getUpdateMethod(), nullptr);
   EXPECT_NE(source.getUpdateMethod(), nullptr);
-  EXPECT_EQ(text(static_cast<KyNInventoryParameter::KyCAuxInfoWrite&>(*dropped).getRelativeAddress()), "BOARD[2]");
+  EXPECT_STREQ(static_cast<KyNInventoryParameter::KyCAuxInfoWrite&>(*dropped).getRelativeAddress().toString().c_str(),
+               "BOARD[2]");
 }
 
 TEST(KyCInventoryParameter, assignmentToItselfChangesNothing)
@@ -377,8 +377,9 @@ TEST(KyCInventoryParameter, theAddressOfAFreeParameterIsEmpty)
 TEST(KyCInventoryParameter, theAddressIsTheItemsWithTheIDBehind)
 {
   KySampleTree sample("ROOT SIZE=1; BOARD[2]/IOCHANNEL[3] SIZE=1");
-  EXPECT_EQ(text(sample.parameter("SIZE")->getAddress()), "SIZE");
-  EXPECT_EQ(text(sample.parameter("BOARD[2]/IOCHANNEL[3]/SIZE")->getAddress()), "BOARD[2]/IOCHANNEL[3]/SIZE");
+  EXPECT_STREQ(sample.parameter("SIZE")->getAddress().toString().c_str(), "SIZE");
+  EXPECT_STREQ(sample.parameter("BOARD[2]/IOCHANNEL[3]/SIZE")->getAddress().toString().c_str(),
+               "BOARD[2]/IOCHANNEL[3]/SIZE");
 }
 
 TEST(KyCInventoryParameter, detachOfAFreeParameterIsNull)
@@ -416,7 +417,7 @@ TEST(KyCInventoryParameter, theRelativeAddressIsTheWriteInfos)
   KyTestPool pool;
   KyCInventoryParameter parameter(pool, SIZE, "SIZE", 1, "", false, 0);
   parameter.setCheckAndWriteMethod(pool, nullptr, succeed, BOARD[2] / IOCHANNEL, nullptr);
-  EXPECT_EQ(text(parameter.getRelativeAddress()), "BOARD[2]/IOCHANNEL");
+  EXPECT_STREQ(parameter.getRelativeAddress().toString().c_str(), "BOARD[2]/IOCHANNEL");
 }
 
 TEST(KyCInventoryParameter, theRelativeAddressIsEmptyWithoutInfoAndWithInfoOfAnotherKind)

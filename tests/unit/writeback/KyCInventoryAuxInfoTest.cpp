@@ -13,8 +13,8 @@ using namespace KyNInventoryIDs;
 
 namespace
 {
-bool checkValue(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }
-bool writeValue(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return false; }
+bool agree(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }
+bool refuse(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return false; }
 
 using KyNInventoryItem::KyCAuxInfoUpdate;
 using KyNInventoryParameter::KyCAuxInfoParamUpdate;
@@ -32,8 +32,8 @@ TEST(KyCInventoryAuxInfo, theKindsAreOneTwoAndThree)
 TEST(KyCInventoryAuxInfo, getTypeTellsTheKindOfEach)
 {
   EXPECT_EQ(KyCAuxInfoUpdate(nullptr).getType(), 1u);
-  EXPECT_EQ(KyCAuxInfoWrite(nullptr, writeValue, KyCInventoryAddress(), nullptr).getType(), 2u);
-  EXPECT_EQ(KyCAuxInfoParamUpdate(writeValue).getType(), 3u);
+  EXPECT_EQ(KyCAuxInfoWrite(nullptr, refuse, KyCInventoryAddress(), nullptr).getType(), 2u);
+  EXPECT_EQ(KyCAuxInfoParamUpdate(refuse).getType(), 3u);
 }
 
 TEST(KyCInventoryAuxInfo, theBaseAloneHoldsItsKindAndIsDestroyedWithoutMore)
@@ -83,10 +83,10 @@ TEST(KyCAuxInfoWrite, keepsWhatItWasGivenAndHasNothingPending)
 {
   int mark = 0;
   KyCInventoryAddress address = BOARD[2] / SIZE;
-  const KyCAuxInfoWrite info(checkValue, writeValue, address, &mark);
+  const KyCAuxInfoWrite info(agree, refuse, address, &mark);
   address.clear();
-  EXPECT_EQ(info.getCheckMethod(), checkValue);
-  EXPECT_EQ(info.getWriteMethod(), writeValue);
+  EXPECT_EQ(info.getCheckMethod(), agree);
+  EXPECT_EQ(info.getWriteMethod(), refuse);
   EXPECT_EQ(info.getRelativeAddress(), BOARD[2] / SIZE);
   EXPECT_EQ(info.getCustomPointer(), &mark);
   EXPECT_EQ(info.getDesignatedValue(), nullptr);
@@ -94,7 +94,7 @@ TEST(KyCAuxInfoWrite, keepsWhatItWasGivenAndHasNothingPending)
 
 TEST(KyCAuxInfoWrite, withoutADesignatedValueIsDestroyedWithoutMore)
 {
-  const std::unique_ptr<KyCInventoryAuxInfo> info(new KyCAuxInfoWrite(checkValue, writeValue, BOARD / SIZE, nullptr));
+  const std::unique_ptr<KyCInventoryAuxInfo> info(new KyCAuxInfoWrite(agree, refuse, BOARD / SIZE, nullptr));
   EXPECT_EQ(info->getType(), 2u);
 }
 
@@ -102,7 +102,7 @@ TEST(KyCAuxInfoWrite, destroysItsDesignatedValueOnce)
 {
   unsigned int destroyed = 0;
   KyTestPool pool;
-  std::unique_ptr<KyCInventoryAuxInfo> info(new KyCAuxInfoWrite(checkValue, writeValue, BOARD / SIZE, nullptr));
+  std::unique_ptr<KyCInventoryAuxInfo> info(new KyCAuxInfoWrite(agree, refuse, BOARD / SIZE, nullptr));
   static_cast<KyCAuxInfoWrite&>(*info).setDesignatedValue(new KyCCountedParameter(pool, destroyed));
   EXPECT_EQ(destroyed, 0u);
   info.reset();
@@ -113,7 +113,7 @@ TEST(KyCAuxInfoWrite, aNewDesignatedValueReplacesAndDestroysTheOneBefore)
 {
   unsigned int destroyed = 0;
   KyTestPool pool;
-  KyCAuxInfoWrite info(checkValue, writeValue, KyCInventoryAddress(), nullptr);
+  KyCAuxInfoWrite info(agree, refuse, KyCInventoryAddress(), nullptr);
   info.setDesignatedValue(new KyCCountedParameter(pool, destroyed));
   KyCInventoryParameter* const second = new KyCCountedParameter(pool, destroyed);
   info.setDesignatedValue(second);
@@ -126,7 +126,4 @@ TEST(KyCAuxInfoWrite, aNewDesignatedValueReplacesAndDestroysTheOneBefore)
   EXPECT_EQ(info.getDesignatedValue(), nullptr);
 }
 
-TEST(KyCAuxInfoParamUpdate, keepsItsMethod)
-{
-  EXPECT_EQ(KyCAuxInfoParamUpdate(checkValue).getUpdateMethod(), checkValue);
-}
+TEST(KyCAuxInfoParamUpdate, keepsItsMethod) { EXPECT_EQ(KyCAuxInfoParamUpdate(agree).getUpdateMethod(), agree); }
