@@ -23,10 +23,12 @@ if(KY_SANITIZE)
 endif()
 
 # ky_join_sources(<target>): with KY_JOIN_SOURCES, several sources of the target are compiled as one: headers that take
-# longer than the sources themselves are read less often. Names that are a source's own must then differ among them.
+# longer than the sources themselves are read less often. Names that are a source's own must then differ among them; what
+# the compilers warn of because they stand in one file is told by the other builds.
 function(ky_join_sources target)
   if(KY_JOIN_SOURCES)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+    target_compile_options(${target} PRIVATE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   endif()
 endfunction()
 

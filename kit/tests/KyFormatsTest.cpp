@@ -312,16 +312,16 @@ TEST(KyFormats, siblingsOfOneIdAndItemsBesideParametersOfOneIdComeBackInOrder)
 // An assignment can bring that about.
 TEST(KyFormats, twoParametersOfOneIdAreShownAndNotTakenBack)
 {
-  KySampleTree sample("ROOT SIZE=1; ROOT NUMBER=2");
-  *sample.parameter("NUMBER") = *sample.parameter("SIZE");
+  KySampleTree sample("ROOT SIZE=1; ROOT OFFSET=2");
+  *sample.parameter("OFFSET") = *sample.parameter("SIZE");
   EXPECT_EQ(exported(sample.root(), Format::CSV),
             "address,type,value,unit,modifiable,relevance,description\n"
             "SIZE,Int32,1,,no,0,SIZE\nSIZE,Int32,1,,no,0,SIZE\n");
   EXPECT_EQ(reasonOf(exported(sample.root(), Format::JSON), Format::JSON),
-            "Line 7, column 7 (root item): the item has a parameter SIZE already.");
+            "Line 8, column 7 (root item): the item has a parameter SIZE already.");
 #ifdef KY_HAVE_PUGIXML
   EXPECT_EQ(reasonOf(exported(sample.root(), Format::MARKUP), Format::MARKUP),
-            "Line 7, column 6 (root item): the item has a parameter SIZE already.");
+            "Line 7, column 6 (SIZE): the item has a parameter SIZE already.");
 #endif
 }
 

@@ -53,6 +53,7 @@ const Command s_commands[] = {
     {"export to standard output", {"export", "--format", "jsonl", "@a"}, nullptr},
     {"--help", {"set", "--help"}, nullptr},
     {"complete-address", {"complete-address", "@a", "BOARD/"}, nullptr},
+    {"no command", {"what-is-no-command"}, nullptr},
     {"set", {"set", "@a", "BOARD/SIZE=7"}, "a"},
     {"set -o", {"set", "@a", "BOARD/SIZE=7", "-o", "@new"}, "new"},
     {"rm", {"rm", "@a", "BOARD[2]"}, "a"},

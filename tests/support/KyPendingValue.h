@@ -1,6 +1,8 @@
 // KyPendingValue.h: the pending new value of a parameter, as its write info holds it, and a method to hang it beside.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "inventory/KyCInventoryAuxInfo.h"
 #include "inventory/KyCInventoryParameter.h"
 #include "tree/KyInventoryAccess.h"
@@ -14,4 +16,8 @@ inline KyNInventoryParameter::KyCAuxInfoWrite* writeInfoOf(const KyCInventoryPar
 }
 
 // A check, write or update method that nobody is expected to call.
-inline bool neverCalled(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*) { return true; }
+inline bool neverCalled(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*)
+{
+  ADD_FAILURE() << "a method was called";
+  return false;
+}

@@ -4,7 +4,9 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <stdexcept>
 
@@ -24,6 +26,7 @@ void occupyStandardStreams()
     static_cast<void>(opened);    // the lowest free number is this one
   }
 }
+
 // The sub-command, as far as the first word is one; for where there is no memory to look it up.
 const char* commandOf(int argc, char** argv)
 {
@@ -31,17 +34,39 @@ const char* commandOf(int argc, char** argv)
   return word[std::strspn(word, "abcdefghijklmnopqrstuvwxyz")] == '\0' ? word : "";
 }
 
-void complainOfMemory(const char* command)
+const char* s_command = "";
+
+int complainOfMemory()
 {
-  for (const char* part : {"kyinventory: ", command, *command == '\0' ? "" : ": ",
+  for (const char* part : {"kyinventory: ", s_command, *s_command == '\0' ? "" : ": ",
                            "out of memory\nkyinventory: what to do: Free memory, or take a smaller file.\n"})
     std::fputs(part, stderr);
+  return EXIT_OUTPUT;
+}
+
+// The option parser copies words in functions that may not throw: without memory it ends here.
+[[noreturn]] void endProgram()
+{
+  try
+  {
+    if (std::current_exception() != nullptr) throw;
+  }
+  catch (const std::bad_alloc&)
+  {
+    ::_exit(complainOfMemory());
+  }
+  catch (...)
+  {
+  }
+  std::abort();
 }
 }    // namespace
 
 int main(int argc, char** argv)
 {
   occupyStandardStreams();
+  s_command = commandOf(argc, argv);
+  std::set_terminate(endProgram);
   std::signal(SIGPIPE, SIG_DFL);    // whatever the caller has made of it
   std::signal(SIGXFSZ, SIG_IGN);    // a file that may not grow is told as what cannot be written
   try
@@ -50,11 +75,10 @@ int main(int argc, char** argv)
   }
   catch (const std::bad_alloc&)
   {
-    complainOfMemory(commandOf(argc, argv));
+    return complainOfMemory();
   }
   catch (const std::length_error&)    // more than the address space could hold, with 32 bits
   {
-    complainOfMemory(commandOf(argc, argv));
+    return complainOfMemory();
   }
-  return EXIT_OUTPUT;
 }

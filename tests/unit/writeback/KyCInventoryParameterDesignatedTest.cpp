@@ -23,12 +23,6 @@ namespace
 const KyCInventoryAddress s_place = BOARD[2] / SIZE;
 const char s_address[] = "BOARD[2]/SIZE";
 
-bool neverCalled(KyCErrorListPool&, KyCInventoryItem*, KyCInventoryParameter*)
-{
-  ADD_FAILURE() << "a method was called";
-  return false;
-}
-
 // One parameter below a tree's root, with a write method.
 template <typename T>
 struct TPlace
