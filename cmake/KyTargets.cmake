@@ -15,6 +15,9 @@ add_library(ky_warnings INTERFACE)
 target_compile_features(ky_warnings INTERFACE cxx_std_17)
 target_compile_options(ky_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${KY_WERROR}>:-Werror>)
+if(KY_JOIN_SOURCES)    # names of one source are none of the next one's business
+  target_compile_options(ky_warnings INTERFACE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endif()
 add_library(ky_options INTERFACE)
 target_link_libraries(ky_options INTERFACE ky_warnings)
 if(KY_SANITIZE)
@@ -23,12 +26,10 @@ if(KY_SANITIZE)
 endif()
 
 # ky_join_sources(<target>): with KY_JOIN_SOURCES, several sources of the target are compiled as one: headers that take
-# longer than the sources themselves are read less often. Names that are a source's own must then differ among them; what
-# the compilers warn of because they stand in one file is told by the other builds.
+# longer than the sources themselves are read less often. Names that are a source's own must then differ among them.
 function(ky_join_sources target)
   if(KY_JOIN_SOURCES)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-    target_compile_options(${target} PRIVATE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   endif()
 endfunction()
 

@@ -1,6 +1,7 @@
 // KyCDumpOutput.h: how the lines of a dump get into the stream.
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -125,6 +126,7 @@ public:
     }
     TRoom room(m_segment + m_used, m_plain);
     writePieces(room);
+    assert(room.end() <= m_segment + m_used + length - TRoom::overhang);
     m_used = static_cast<std::size_t>(room.end() - m_segment);
     return true;
   }

@@ -154,6 +154,18 @@ TEST(KyCInventoryBinDeSerializer, unitCutShortCountsAsEmptyAndReadingGoesOn)
   EXPECT_EQ(parameter->getRelevance(), 0u);
 }
 
+TEST(KyCInventoryBinDeSerializer, unitOf100BytesInFrontOfNothingIsRead)
+{
+  KyTestPool pool;
+  CustomPart part(pool);
+  const std::string unit(100, 'u');
+  const KyParameterPtr parameter = part.read(pool, KyBytes{100} + bytesOf(unit));
+  EXPECT_REPORTS(pool, nothingLeft(), nothingLeft());    // flag and relevance
+  EXPECT_EQ(parameter->getUnit(), unit);
+  EXPECT_FALSE(parameter->isModifiable());
+  EXPECT_EQ(parameter->getRelevance(), 0u);
+}
+
 TEST(KyCInventoryBinDeSerializer, relevanceCutShortCountsAsZero)
 {
   KyTestPool pool;
