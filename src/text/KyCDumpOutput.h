@@ -36,16 +36,8 @@ public:
 
     bool write(const char* text, std::size_t) { return m_stream.write(text); }
     bool write(const KyCNumberText& text) { return m_stream.write(text.c_str()); }
-    template <std::size_t N>
-    bool write(const char (&text)[N])
-    {
-      return write(text, N - 1);
-    }
-    template <std::size_t N>
-    bool mark(const char (&text)[N])
-    {
-      return m_plain || write(text);
-    }
+    bool write(const char* text) { return m_stream.write(text); }
+    bool mark(const char* text) { return m_plain || write(text); }
 
   private:
     KyCInventoryItem::MyStream& m_stream;

@@ -1,5 +1,6 @@
 #include "tree/KyPlaceText.h"
 
+#include <cassert>
 #include <cstdlib>
 #include <cstring>
 
@@ -86,6 +87,7 @@ void KyPlaceText::compose(ForEachBackwards forEachBackwards) noexcept
         at = putElement(at, element);
         return true;
       });
+  assert(isCut || size == 0 || at == start);
   m_text = isCut ? putText(at, mark, sizeof(mark) - 1) : at;
 }
 

@@ -292,6 +292,17 @@ TEST_F(DumpMemory, renderingStopsAtWhicheverMarkTheBufferCannotGrow)
   EXPECT_GT(failures, 300u);
 }
 
+TEST_F(DumpMemory, toStringWithoutABlockReportsAlsoWhenThereIsNothingToWrite)
+{
+  KyCString result("untouched");
+  {
+    const KyWatchedAllocator watcher(0);
+    result = root.toString(pool, MyStream::NO_ITEM_LINES | MyStream::NO_PARAMETERS, 0);
+  }
+  EXPECT_REPORTS(pool, {0x1300810, "toString", cannotGenerate});
+  EXPECT_TRUE(result.isEmpty());
+}
+
 TEST_F(DumpMemory, toStringReportsBehindTheBaseLibraryWhenTheFinishedStringFails)
 {
   KyNPoolAllocator::failAfter(0);
