@@ -15,7 +15,7 @@ add_library(ky_warnings INTERFACE)
 target_compile_features(ky_warnings INTERFACE cxx_std_17)
 target_compile_options(ky_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${KY_WERROR}>:-Werror>)
-if(KY_JOIN_SOURCES)    # names of one source are none of the next one's business
+if(KY_JOIN_SOURCES)    # names of one source are none of the next one's business: KyTests.cmake
   target_compile_options(ky_warnings INTERFACE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()
 add_library(ky_options INTERFACE)
@@ -24,14 +24,6 @@ if(KY_SANITIZE)
   target_compile_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(ky_options INTERFACE -fsanitize=${KY_SANITIZE})
 endif()
-
-# ky_join_sources(<target>): with KY_JOIN_SOURCES, several sources of the target are compiled as one: headers that take
-# longer than the sources themselves are read less often. Names that are a source's own must then differ among them.
-function(ky_join_sources target)
-  if(KY_JOIN_SOURCES)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-  endif()
-endfunction()
 
 # ky_make_unloadable(<target>): keeps GNU's "unique" symbols out of a library's code. The loader never lets go of a
 # library that has one, and any inline function of the standard library may bring one along.

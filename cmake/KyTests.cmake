@@ -40,10 +40,18 @@ function(ky_add_test name)
   # Test code is compiled once and run once: optimising it takes longer than it saves, five times longer with sanitizers.
   target_compile_options(${name} PRIVATE -O0)
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
-  ky_join_sources(${name})
+  # Headers that take longer than the sources themselves are read less often. Not so for what is tested: where sources are
+  # compiled together, a call may find another one's function; nor for tests from outside, which the cache has.
+  if(KY_JOIN_SOURCES AND NOT KY_TESTS_FROM_OUTSIDE)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+  endif()
   # Known to those alone who ask: the others are the same in every clone, for a compiler cache.
   foreach(source IN LISTS arg_SOURCES)
     get_filename_component(file ${source} ABSOLUTE)
+    file(RELATIVE_PATH place ${PROJECT_SOURCE_DIR} ${file})
+    if(place MATCHES "(^|/)src/")
+      set_property(SOURCE ${source} PROPERTY SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
     file(STRINGS ${file} uses REGEX KY_SOURCE_DIR LIMIT_COUNT 1)
     if(uses)
       set_property(SOURCE ${source} APPEND PROPERTY COMPILE_DEFINITIONS KY_SOURCE_DIR="${PROJECT_SOURCE_DIR}")

@@ -589,7 +589,10 @@ private:
 
 TreePointer anonymizedTree(KyCErrorListPool& pool, const KyCInventoryItem& root, const std::string& key)
 {
-  return Anonymizer(pool, key).anonymized(root);
+  const unsigned int errorCount = pool.getErrorCount();
+  TreePointer copy = Anonymizer(pool, key).anonymized(root);
+  if (pool.getErrorCount() != errorCount) copy.reset();    // something may still be as it was
+  return copy;
 }
 
 bool randomKey(KyCErrorListPool& pool, std::string& key)

@@ -6,7 +6,7 @@
 
 namespace
 {
-const char* const s_checkMessages[] = {
+const char* const s_messages[] = {
     // Findings
     "The stored tree is damaged: %1; %2.",
     "The stored tree is of version %1; only version 1 can be read.",
@@ -44,16 +44,14 @@ const char* const s_checkMessages[] = {
 };
 
 // The first message of each group, and the end.
-constexpr unsigned int s_checkGroups[] = {0, 25, 31};
+constexpr unsigned int s_groups[] = {0, 25, 31};
 
-const KyResText s_checkTable = {s_checkMessages, s_checkGroups, sizeof(s_checkGroups) / sizeof(s_checkGroups[0]) - 1,
-                                0x01502000};
+const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_groups[0]) - 1, 0x01502000};
 
-static_assert(sizeof(s_checkMessages) / sizeof(s_checkMessages[0]) ==
-                  s_checkGroups[sizeof(s_checkGroups) / sizeof(s_checkGroups[0]) - 1],
+static_assert(sizeof(s_messages) / sizeof(s_messages[0]) == s_groups[sizeof(s_groups) / sizeof(s_groups[0]) - 1],
               "the groups cover the messages");
 
-const KyCMessageTable s_checkRegistration(s_checkTable);
+const KyCMessageTable s_registration(s_table);
 }    // namespace
 
 const char* kyRemedyOf(unsigned int code)

@@ -7,7 +7,7 @@
 namespace
 {
 // In code order.
-const char* const s_editMessages[] = {
+const char* const s_messages[] = {
     // Changing
     "%1 does not exist: %2 has no %3.%4",
     "%1 names %2 items and parameters.",
@@ -28,8 +28,8 @@ const char* const s_editMessages[] = {
     "\"%1\" is not a message code, such as 0x1300005.",
     "No message has the code %1.%2",
 };
-const unsigned int s_editGroupBoundaries[] = {0, sizeof s_editMessages / sizeof s_editMessages[0]};
-const KyResText s_editTable = {s_editMessages, s_editGroupBoundaries, 1, 0x1504000};
+const unsigned int s_groupBoundaries[] = {0, sizeof s_messages / sizeof s_messages[0]};
+const KyResText s_table = {s_messages, s_groupBoundaries, 1, 0x1504000};
 
-const KyCMessageTable s_editRegistration(s_editTable);
+const KyCMessageTable s_registration(s_table);
 }    // namespace

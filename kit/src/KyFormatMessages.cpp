@@ -5,7 +5,7 @@
 
 namespace
 {
-const char* const s_formatMessages[] = {
+const char* const s_messages[] = {
     "%1 is of the unknown type %2: it has no value that could be exported.",
     "This is not %1: line %2, column %3: %4.",
     "Line %1, column %2 (%3): %4.",
@@ -15,12 +15,11 @@ const char* const s_formatMessages[] = {
     "There is no random key to be had: %1.",
 };
 
-constexpr unsigned int s_formatGroups[] = {0, 7};
+constexpr unsigned int s_groups[] = {0, 7};
 
-const KyResText s_formatTable = {s_formatMessages, s_formatGroups, 1, 0x01505000};
+const KyResText s_table = {s_messages, s_groups, 1, 0x01505000};
 
-static_assert(sizeof(s_formatMessages) / sizeof(s_formatMessages[0]) == s_formatGroups[1],
-              "the group covers the messages");
+static_assert(sizeof(s_messages) / sizeof(s_messages[0]) == s_groups[1], "the group covers the messages");
 
-const KyCMessageTable s_formatRegistration(s_formatTable);
+const KyCMessageTable s_registration(s_table);
 }    // namespace

@@ -77,9 +77,9 @@ enum FieldName
   BYTES,
   FIELD_COUNT
 };
-constexpr const char* s_fieldNames[FIELD_COUNT] = {"$schema",     "format",     "version",   "root",    "id",   "index",
-                                                   "description", "parameters", "items",     "address", "type", "value",
-                                                   "unit",        "modifiable", "relevance", "bytes"};
+constexpr const char* s_names[FIELD_COUNT] = {"$schema",     "format",     "version",   "root",    "id",   "index",
+                                              "description", "parameters", "items",     "address", "type", "value",
+                                              "unit",        "modifiable", "relevance", "bytes"};
 
 constexpr unsigned int bit(FieldName name) { return 1u << name; }
 
@@ -218,7 +218,7 @@ public:
     for (unsigned int n = 0; n < FIELD_COUNT; ++n)
     {
       const FieldName field = static_cast<FieldName>(n);
-      if ((fields.allowed & bit(field)) == 0 || name != s_fieldNames[n]) continue;
+      if ((fields.allowed & bit(field)) == 0 || name != s_names[n]) continue;
       if ((frame.seen & bit(field)) != 0) return wrong(at, inQuotes(name) + " stands there twice");
       frame.seen |= bit(field);
       frame.field = field;
@@ -232,7 +232,7 @@ public:
     takeToken();
     const unsigned int missing = fieldsOf(m_frames.back().place).required & ~m_frames.back().seen;
     for (unsigned int n = 0; n < FIELD_COUNT; ++n)
-      if ((missing & 1u << n) != 0) return wrong(m_frames.back().at, inQuotes(s_fieldNames[n]) + " is missing");
+      if ((missing & 1u << n) != 0) return wrong(m_frames.back().at, inQuotes(s_names[n]) + " is missing");
     switch (m_frames.back().place)
     {
       case Place::ITEM:
@@ -338,7 +338,7 @@ private:
     const Place place = m_frames.back().place;
     if (place == Place::ITEMS) return wrong(at, "an item is expected");
     if (place == Place::PARAMETERS) return wrong(at, "a parameter is expected");
-    return wrong(at, inQuotes(s_fieldNames[m_frames.back().field]) + " is of the wrong kind");
+    return wrong(at, inQuotes(s_names[m_frames.back().field]) + " is of the wrong kind");
   }
 
   // ---- Objects ----
@@ -504,7 +504,7 @@ private:
 
   bool takeUnsigned(const Json& value, std::size_t at, unsigned int& number)
   {
-    const std::string name = inQuotes(s_fieldNames[m_frames.back().field]);
+    const std::string name = inQuotes(s_names[m_frames.back().field]);
     if (!value.is_number_unsigned() || value.get<std::uint64_t>() > 0xFFFFFFFFu)
       return wrong(at, name + " takes whole numbers from 0 to 4294967295");
     number = static_cast<unsigned int>(value.get<std::uint64_t>());
@@ -516,7 +516,7 @@ private:
     if (!value.is_string() && !value.is_object()) return wrongKind(at);
     if (!textOfJson(value, text)) return wrong(at, "\"bytes\" is not in base64");
     return text.find('\0') == std::string::npos ||
-           wrong(at, inQuotes(s_fieldNames[m_frames.back().field]) + " holds a zero byte");
+           wrong(at, inQuotes(s_names[m_frames.back().field]) + " holds a zero byte");
   }
 
   bool takeType(const Json& value, std::size_t at)

@@ -5,7 +5,7 @@
 
 namespace
 {
-const char* const s_kitMessages[] = {
+const char* const s_messages[] = {
     // Files
     "Cannot read %1: %2.",
     "%1 is a folder.",
@@ -27,13 +27,12 @@ const char* const s_kitMessages[] = {
 };
 
 // The first message of each group, and the end.
-constexpr unsigned int s_kitGroups[] = {0, 10, 15};
+constexpr unsigned int s_groups[] = {0, 10, 15};
 
-const KyResText s_kitTable = {s_kitMessages, s_kitGroups, sizeof(s_kitGroups) / sizeof(s_kitGroups[0]) - 1, 0x01500000};
+const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_groups[0]) - 1, 0x01500000};
 
-static_assert(sizeof(s_kitMessages) / sizeof(s_kitMessages[0]) ==
-                  s_kitGroups[sizeof(s_kitGroups) / sizeof(s_kitGroups[0]) - 1],
+static_assert(sizeof(s_messages) / sizeof(s_messages[0]) == s_groups[sizeof(s_groups) / sizeof(s_groups[0]) - 1],
               "the groups cover the messages");
 
-const KyCMessageTable s_kitRegistration(s_kitTable);
+const KyCMessageTable s_registration(s_table);
 }    // namespace

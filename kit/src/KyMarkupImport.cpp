@@ -64,7 +64,7 @@ bool resolveNumber(std::string_view name, std::string& text)
 // Replaces "&amp;" and the like; false at one that is not known, the text so far standing in `text`.
 bool resolve(std::string_view raw, std::string& text)
 {
-  constexpr std::pair<const char*, char> references[] = {
+  constexpr std::pair<const char*, char> s_names[] = {
       {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
   for (;;)
   {
@@ -74,9 +74,9 @@ bool resolve(std::string_view raw, std::string& text)
     const std::size_t end = raw.find(';', mark);
     if (end == std::string_view::npos) return false;
     const std::string_view name = raw.substr(mark + 1, end - mark - 1);
-    const auto* const known = std::find_if(std::begin(references), std::end(references),
-                                           [&](const auto& entry) { return name == entry.first; });
-    if (known != std::end(references))
+    const auto* const known =
+        std::find_if(std::begin(s_names), std::end(s_names), [&](const auto& entry) { return name == entry.first; });
+    if (known != std::end(s_names))
       text += known->second;
     else if (name.empty() || name[0] != '#' || !resolveNumber(name, text))
       return false;

@@ -5,7 +5,7 @@
 
 namespace
 {
-const char* const s_patchMessages[] = {
+const char* const s_messages[] = {
     // Documents
     "%1 is not a patch: line %2: %3.",
 
@@ -14,14 +14,12 @@ const char* const s_patchMessages[] = {
 };
 
 // The first message of each group, and the end.
-constexpr unsigned int s_patchGroups[] = {0, 1, 2};
+constexpr unsigned int s_groups[] = {0, 1, 2};
 
-const KyResText s_patchTable = {s_patchMessages, s_patchGroups, sizeof(s_patchGroups) / sizeof(s_patchGroups[0]) - 1,
-                                0x01501000};
+const KyResText s_table = {s_messages, s_groups, sizeof(s_groups) / sizeof(s_groups[0]) - 1, 0x01501000};
 
-static_assert(sizeof(s_patchMessages) / sizeof(s_patchMessages[0]) ==
-                  s_patchGroups[sizeof(s_patchGroups) / sizeof(s_patchGroups[0]) - 1],
+static_assert(sizeof(s_messages) / sizeof(s_messages[0]) == s_groups[sizeof(s_groups) / sizeof(s_groups[0]) - 1],
               "the groups cover the messages");
 
-const KyCMessageTable s_patchRegistration(s_patchTable);
+const KyCMessageTable s_registration(s_table);
 }    // namespace

@@ -23,7 +23,7 @@ struct TypeName
   unsigned int code;
   const char* name;
 };
-constexpr TypeName s_namedTypes[] = {
+constexpr TypeName s_types[] = {
     {KyCParam::TYPE_INT8, "Int8"},       {KyCParam::TYPE_INT16, "Int16"},     {KyCParam::TYPE_INT32, "Int32"},
     {KyCParam::TYPE_LONG64, "Long64"},   {KyCParam::TYPE_UINT8, "UInt8"},     {KyCParam::TYPE_UINT16, "UInt16"},
     {KyCParam::TYPE_UINT32, "UInt32"},   {KyCParam::TYPE_ULONG64, "ULong64"}, {KyCParam::TYPE_FLOAT32, "Float32"},
@@ -32,7 +32,7 @@ constexpr TypeName s_namedTypes[] = {
 
 const char* nameOf(unsigned int type)
 {
-  for (const TypeName& known : s_namedTypes)
+  for (const TypeName& known : s_types)
     if (known.code == type) return known.name;
   return "";
 }
@@ -220,7 +220,7 @@ void reportNoValues(KyCErrorListPool& pool, const char* function, unsigned int t
 
 unsigned int typeOfName(const std::string& name)
 {
-  for (const TypeName& known : s_namedTypes)
+  for (const TypeName& known : s_types)
     if (::strcasecmp(known.name, name.c_str()) == 0) return known.code;
   return 0;
 }
@@ -228,7 +228,7 @@ unsigned int typeOfName(const std::string& name)
 std::string typeNames()
 {
   std::string names;
-  for (const TypeName& known : s_namedTypes)
+  for (const TypeName& known : s_types)
     names += (names.empty() ? "" : ", ") + std::string(known.name);
   return names;
 }

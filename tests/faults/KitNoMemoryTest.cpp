@@ -123,6 +123,21 @@ const KyScenario s_kit[] = {
        scene.made = anonymizedTree(scene.pool, *scene.tree, "a key");
        return scene.made != nullptr;
      }},
+    {"anonymizedTree of a tree with something to hide", MAY_THROW,
+     [](KyScene& scene)
+     {
+       static const TreePointer personal = [&scene]
+       {
+         TreePointer tree(new KyCInventoryItem(scene.quiet, ROOT, "ROOT"));
+         tree->createParameter<KyCString>(scene.quiet, BOARD / SERIAL_NUMBER, KyCString("4711-0815-4711"), "", false,
+                                          0);
+         tree->createParameter<KyCString>(scene.quiet, BOARD / NAME, KyCString("board 4711-0815-4711"), "", false, 0);
+         tree->createParameter<unsigned long long>(scene.quiet, BOARD[2] / SERIAL_NUMBER, 47110815ull, "", false, 0);
+         return tree;
+       }();
+       scene.made = anonymizedTree(scene.pool, *personal, "a key");
+       return scene.made != nullptr;
+     }},
     {"checkBytes", MAY_THROW_FOR_ANY,
      [](KyScene& scene)
      {

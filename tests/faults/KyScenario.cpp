@@ -186,6 +186,8 @@ TRun runOnce(const KyScenario& scenario, Fail fail, unsigned int n)
     run.hasThrown = true;
   }
   run.isHit = wasHit(fail, n);
+  const bool isTreeWithReports = isDone && scene.made != nullptr && scene.pool.getErrorCount() != 0;
+  EXPECT_TRUE(scenario.isMadeAnyway || !isTreeWithReports);
   const unsigned int masterAfter = masterList().getErrorCount();
   run.isTold = run.hasThrown || !isDone || scene.pool.getErrorCount() != 0 || masterAfter != masterBefore;
   run.isPoolTold = isOutOfMemoryReported(scene.pool) || isOutOfMemoryReported(scene.quiet) ||

@@ -9,6 +9,7 @@
 //   - nothing crashes, no block stays, and the trees of the scene can be walked, stored, read back and deleted
 //   - the failure is told: by a report, by std::bad_alloc where the scenario says so, or by the operation's own result;
 //     or else everything is as if nothing had failed
+//   - a tree that the operation makes and a report exclude each other, but where said
 // and when it is a pool allocation that fails: "Out of memory." is among the reports.
 #pragma once
 
@@ -76,6 +77,7 @@ struct KyScenario
   const char* name;
   TLeave leave;
   bool (*operate)(KyScene& scene);    // false: its own result tells that it has failed
+  bool isMadeAnyway = false;          // what it makes is there, as far as there was memory, beside the reports
 };
 
 // What failing can do, in one number: allocations that failed, each in a run of its own.

@@ -393,7 +393,8 @@ const KyScenario s_items[] = {
      {
        scene.made.reset(new (scene.pool) KyCInventoryItem(scene.pool, DEVICE[2], s_longText));
        return scene.made != nullptr;
-     }},
+     },
+     true},
     {"getItem and getParameter among many", NOTHING_MORE,
      [](KyScene& scene)
      {
@@ -489,7 +490,8 @@ const KyScenario s_items[] = {
        scene.root().copyTree(scene.pool, copy);
        scene.made.reset(copy);
        return copy != nullptr;
-     }},
+     },
+     true},
     {"copyTree of a deep tree", NOTHING_MORE,
      [](KyScene& scene)
      {
@@ -498,7 +500,8 @@ const KyScenario s_items[] = {
        if (deep != nullptr) deep->copyTree(scene.pool, copy);
        scene.made.reset(copy);
        return copy != nullptr;
-     }},
+     },
+     true},
     {"linkSharedData", NOTHING_MORE,
      [](KyScene& scene)
      {

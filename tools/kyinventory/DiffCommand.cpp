@@ -143,7 +143,8 @@ void addDiffCommand(CLI::App& program, int& exitCode)
        "The order of items and parameters is no difference, unless --order is given: \">\" marks what has moved then. "
        "With --json, moves are listed in any case, so that patch can make B from A exactly. patch reads the JSON form "
        "alone.\n\n"
-       "Exit codes: 0 equal, 1 different, 2 wrong usage, 3 a file cannot be read, 4 the output cannot be written.",
+       "Exit codes: 0 equal, 1 different, 2 wrong usage, 3 a file cannot be read, 4 the output cannot be written or "
+       "memory has run out.",
        {{"kyinventory diff old.kyinv new.kyinv", "shows what has changed from old.kyinv to new.kyinv"},
         {"kyinventory diff --json old.kyinv new.kyinv >changes.json", "keeps the changes for kyinventory patch"},
         {"kyinventory scan -o - | kyinventory diff --summary rack.kyinv -",

@@ -10,7 +10,7 @@ enum ExitCode
   EXIT_REPORTED = 1,     // merge: done, but there was something to report
   EXIT_USAGE = 2,        // the command line is wrong
   EXIT_INPUT = 3,        // the input cannot be read, holds no section, or is damaged
-  EXIT_OUTPUT = 4        // the output cannot be written
+  EXIT_OUTPUT = 4        // the output cannot be written, or memory has run out
 };
 
 // What the exit codes mean, for help and man pages: code and meaning, without a full stop.
@@ -24,5 +24,5 @@ constexpr ExitMeaning s_exitMeanings[] = {
     {EXIT_NO, "no: what was asked for is not there, files differ, a check or a merge has something to report"},
     {EXIT_USAGE, "wrong usage"},
     {EXIT_INPUT, "an input cannot be read, holds no inventory section, or is damaged"},
-    {EXIT_OUTPUT, "the output cannot be written"},
+    {EXIT_OUTPUT, "the output cannot be written, or memory has run out"},
 };

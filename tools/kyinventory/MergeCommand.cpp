@@ -1,5 +1,6 @@
 // kyinventory merge: makes one tree of several stored ones.
 #include <map>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -115,6 +116,7 @@ bool mergeInto(TreePointer& tree, TreePointer other, const std::string& path, un
     complainAbout(address.empty() ? name : name + ": " + address, entry);
     if (entry.code == codeAlreadyExists && std::string(entry.function) == "mergeTree") deleteGivenUp(items, address);
   }
+  if (isOutOfMemory(pool)) throw std::bad_alloc();    // half a merge is none
   return pool.getErrorCount() == 0;
 }
 

@@ -41,8 +41,7 @@ int tryOut(const PatchArguments& arguments, const KyCInventoryItem& root, const 
   KyCErrorListPool pool;
   const Progress progress("comparing");
   const bool applies = KyNInventoryKit::checkPatch(pool, root, patch, direction);
-  complainAbout(inputName(arguments.file), pool);
-  if (!applies) return EXIT_NO;
+  if (!applies) return failWith(inputName(arguments.file), pool, EXIT_NO);
   Output out;
   const std::size_t count = patch.changeCount();
   out.text(count == 1 ? "1 change applies\n" : std::to_string(count) + " changes apply\n");
@@ -69,8 +68,7 @@ int apply(const PatchArguments& arguments)
     const Progress progress("applying the changes");
     isApplied = KyNInventoryKit::applyPatch(pool, tree, patch, direction);
   }
-  complainAbout(inputName(arguments.file), pool);
-  if (!isApplied) return EXIT_NO;
+  if (!isApplied) return failWith(inputName(arguments.file), pool, EXIT_NO);
   const bool isUnchanged = patch.changeCount() == 0 && arguments.target.output.empty();
   return isUnchanged ? static_cast<int>(EXIT_OK) : storeTree(arguments.file, *tree, arguments.target);
 }

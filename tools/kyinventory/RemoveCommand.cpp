@@ -28,8 +28,7 @@ int remove(const RemoveArguments& arguments)
     KyCErrorListPool pool;
     addresses.emplace_back();
     const bool isRead = KyNInventoryKit::readAddress(pool, text, addresses.back());
-    complainAbout(text, pool);
-    if (!isRead) return EXIT_USAGE;
+    if (!isRead) return failWith(text, pool, EXIT_USAGE);
   }
   if (!mayStore(arguments.file, arguments.target)) return exitCodeOfRefusal(arguments.file, arguments.target);
   const TreePointer tree = readTreeFile(arguments.file);
@@ -38,8 +37,8 @@ int remove(const RemoveArguments& arguments)
   KyCErrorListPool pool;
   const bool isDone =
       KyNInventoryKit::removeNodes(pool, *tree, addresses, arguments.all ? Ambiguity::REMOVE_ALL : Ambiguity::REFUSED);
-  complainAbout(inputName(arguments.file), pool);
-  return isDone ? storeTree(arguments.file, *tree, arguments.target) : EXIT_NO;
+  if (!isDone) return failWith(inputName(arguments.file), pool, EXIT_NO);
+  return storeTree(arguments.file, *tree, arguments.target);
 }
 }    // namespace
 

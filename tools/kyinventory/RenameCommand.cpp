@@ -32,16 +32,15 @@ int rename(const RenameArguments& arguments)
   KyCInventoryAddress id;
   const bool isRead = KyNInventoryKit::readAddress(usage, arguments.address, address) &&
                       KyNInventoryKit::readElement(usage, arguments.id, id) && isPossibleID(usage, id);
-  complainAbout("rename", usage);
-  if (!isRead) return EXIT_USAGE;
+  if (!isRead) return failWith("rename", usage, EXIT_USAGE);
   if (!mayStore(arguments.file, arguments.target)) return exitCodeOfRefusal(arguments.file, arguments.target);
   const TreePointer tree = readTreeFile(arguments.file);
   if (!tree) return EXIT_INPUT;
 
   KyCErrorListPool pool;
   const bool isDone = KyNInventoryKit::renameItem(pool, *tree, address, id);
-  complainAbout(inputName(arguments.file), pool);
-  return isDone ? storeTree(arguments.file, *tree, arguments.target) : EXIT_NO;
+  if (!isDone) return failWith(inputName(arguments.file), pool, EXIT_NO);
+  return storeTree(arguments.file, *tree, arguments.target);
 }
 }    // namespace
 

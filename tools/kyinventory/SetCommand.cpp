@@ -56,14 +56,15 @@ ParameterChange commonChange(const SetArguments& arguments)
   return change;
 }
 
-bool readAssignment(const std::string& text, const ParameterChange& common, Assignment& assignment)
+// The three below yield EXIT_OK, or another code after a message.
+int readAssignment(const std::string& text, const ParameterChange& common, Assignment& assignment)
 {
   const std::size_t sign = text.find('=');
   assignment.change = common;
   if (text.empty() || sign == 0)
   {
     complain((text.empty() ? "ADDRESS=VALUE" : text) + ": the address " + s_emptyAddress);
-    return false;
+    return EXIT_USAGE;
   }
   if (sign != std::string::npos)
   {
@@ -72,16 +73,15 @@ bool readAssignment(const std::string& text, const ParameterChange& common, Assi
   else if (common.createType != 0 || (!common.unit && !common.isModifiable && !common.relevance))
   {
     complain(text + ": has no value; write ADDRESS=VALUE");
-    return false;
+    return EXIT_USAGE;
   }
   KyCErrorListPool pool;
   const bool isRead = KyNInventoryKit::readAddress(pool, text.substr(0, sign), assignment.address);
-  complainAbout(text, pool);
-  return isRead;
+  return isRead ? EXIT_OK : failWith(text, pool, EXIT_USAGE);
 }
 
 // What a file is not needed for: whether the type to create takes the value, and a section the unit.
-bool isPossible(const Assignment& assignment)
+int tryOut(const Assignment& assignment)
 {
   ParameterChange trial = assignment.change;
   KyCErrorListPool pool;
@@ -92,39 +92,42 @@ bool isPossible(const Assignment& assignment)
     trial.value.reset();
   }
   changeParameter(pool, root, KyNInventoryIDs::NAME, trial);
-  complainAbout(KyNInventoryKit::addressText(assignment.address), pool);
-  return pool.getErrorCount() == 0;
+  return pool.getErrorCount() == 0 ? EXIT_OK
+                                   : failWith(KyNInventoryKit::addressText(assignment.address), pool, EXIT_USAGE);
 }
 
-bool readAssignments(const SetArguments& arguments, std::vector<Assignment>& assignments)
+int readAssignments(const SetArguments& arguments, std::vector<Assignment>& assignments)
 {
   const ParameterChange common = commonChange(arguments);
   for (const std::string& text : arguments.assignments)
   {
     assignments.emplace_back();
-    if (!readAssignment(text, common, assignments.back()) || !isPossible(assignments.back())) return false;
+    int exitCode = readAssignment(text, common, assignments.back());
+    if (exitCode == EXIT_OK) exitCode = tryOut(assignments.back());
+    if (exitCode != EXIT_OK) return exitCode;
   }
-  return true;
+  return EXIT_OK;
 }
 
 int set(const SetArguments& arguments)
 {
   std::vector<Assignment> assignments;
-  if (!readAssignments(arguments, assignments)) return EXIT_USAGE;
+  int exitCode = readAssignments(arguments, assignments);
+  if (exitCode != EXIT_OK) return exitCode;
   if (!mayStore(arguments.file, arguments.target)) return exitCodeOfRefusal(arguments.file, arguments.target);
   const TreePointer tree = readTreeFile(arguments.file);
   if (!tree) return EXIT_INPUT;
 
   const std::string name = inputName(arguments.file);
-  int exitCode = EXIT_OK;
   for (const Assignment& assignment : assignments)
   {
     KyCErrorListPool pool;
     if (changeParameter(pool, *tree, assignment.address, assignment.change) != nullptr) continue;
-    const bool isNoValue = pool.getEntry(0).code == codeNoValue;
-    exitCode = isNoValue && exitCode != EXIT_NO ? EXIT_USAGE : EXIT_NO;
+    const bool isNoValue = pool.getEntryCount() != 0 && pool.getEntry(0).code == codeNoValue;
+    const ExitCode code = isNoValue && exitCode != EXIT_NO ? EXIT_USAGE : EXIT_NO;
     const std::string address = KyNInventoryKit::addressText(assignment.address);
-    complainAbout(isNoValue ? name + ": " + address : name, pool);
+    exitCode = failWith(isNoValue ? name + ": " + address : name, pool, code);
+    if (exitCode == EXIT_OUTPUT) break;    // no memory for the others either
   }
   return exitCode == EXIT_OK ? storeTree(arguments.file, *tree, arguments.target) : exitCode;
 }

@@ -31,8 +31,8 @@ bool isWrongText(unsigned int code) { return (code >= 0x1500800 && code <= 0x150
 // The reports of a failed command, with what helps.
 int told(const KyCErrorListPool& pool, const std::string& subject)
 {
-  complainAbout(subject, pool);
-  return pool.getEntryCount() != 0 && isWrongText(pool.getEntry(0).code) ? EXIT_USAGE : EXIT_NO;
+  const bool isWrong = pool.getEntryCount() != 0 && isWrongText(pool.getEntry(0).code);
+  return failWith(subject, pool, isWrong ? EXIT_USAGE : EXIT_NO);
 }
 
 int wrongUsage(const std::string& message)

@@ -1,6 +1,7 @@
 #include "Terminal.h"
 
 #include <cstdio>
+#include <new>
 #include <string_view>
 
 #include "Progress.h"
@@ -107,9 +108,24 @@ void complainAbout(const std::string& subject, const KyErrorEntry& entry)
 
 void complainAbout(const std::string& subject, const KyCErrorList& reports)
 {
+  if (reports.getEntryCount() == 0 && reports.getErrorCount() != 0) throw std::bad_alloc();
   for (unsigned int n = 0; n < reports.getEntryCount(); ++n)
     complainAbout(subject, reports.getEntry(n));
   KyNInventoryKit::Explanation cause;
   const bool isExplained = reports.getEntryCount() != 0 && KyNInventoryKit::explain(reports.getEntry(0).code, cause);
   if (isExplained && *cause.remedy != '\0') complain(std::string("what to do: ") + cause.remedy);
+}
+
+bool isOutOfMemory(const KyCErrorList& reports)
+{
+  constexpr unsigned int codeOutOfMemory = 0x1000000;
+  for (unsigned int n = 0; n < reports.getEntryCount(); ++n)
+    if (reports.getEntry(n).code == codeOutOfMemory) return true;
+  return reports.getEntryCount() < reports.getErrorCount();
+}
+
+int failWith(const std::string& subject, const KyCErrorList& reports, ExitCode otherwise)
+{
+  complainAbout(subject, reports);
+  return isOutOfMemory(reports) ? EXIT_OUTPUT : otherwise;
 }
