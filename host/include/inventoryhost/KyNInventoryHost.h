@@ -18,7 +18,7 @@
 // made valid UTF-8.
 //
 // Without memory std::bad_alloc leaves a scan, or it ends in a report, and nothing of it stays; hwloc itself was not made for
-// that and may end the process. An update method gives a report and leaves its value as it was.
+// that, and may leave something out or end the process. An update method gives a report and leaves its value as it was.
 //
 // Two threads may scan at once, each with a pool of its own, and then use their trees at once, each its own.
 namespace KyNInventoryHost
