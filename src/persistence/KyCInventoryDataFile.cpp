@@ -71,7 +71,8 @@ bool SectionReader::findFileSize()
 {
   if (std::fseek(m_file, 0, SEEK_END) != 0) return report(KY_MSG_CANNOT_SET_FILE_POSITION);
   m_fileSize = std::ftell(m_file);
-  return m_fileSize != -1 || report(KY_MSG_CANNOT_GET_FILE_POSITION);
+  if (m_fileSize == -1) return report(KY_MSG_CANNOT_GET_FILE_POSITION);
+  return true;
 }
 
 unsigned int SectionReader::readData(KyCBuffer& buffer, std::int64_t position, unsigned int size)

@@ -88,7 +88,8 @@ public:
     template <std::size_t N>
     bool mark(const char (&text)[N])
     {
-      return m_plain || write(text);
+      if (!m_plain) write(text);
+      return true;
     }
 
   private:

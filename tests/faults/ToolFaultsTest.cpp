@@ -332,8 +332,8 @@ TEST_P(ToolWithoutMemory, isDoneOrTellsWhy)
   std::printf("%u runs; %u allocations are common to all commands\n", runs, common);
 }
 
-// And what is no command. All but watch: that has hwloc look at the running machine, in its own process, and hwloc ends that without memory
-// (KyNInventoryHost.h); faults_host tries what comes behind it.
+// And what is no command, but not watch: that has hwloc look at the running machine, in its own process, and hwloc ends that
+// without memory (KyNInventoryHost.h); faults_host tries what comes behind it.
 std::vector<Command> commandsWithoutWatch()
 {
   std::vector<Command> commands = {{"no command", {"what-is-no-command"}, nullptr}};

@@ -430,6 +430,16 @@ TEST(KyCInventoryItemCreateParameter, behindAFailedPathReportsTheCauseFirst)
   EXPECT_EQ(difference(sample, "ROOT/BOARD"), "");
 }
 
+TEST(KyCInventoryItemCreateParameter, ofAnIDWithAnEmptyNameReports)
+{
+  static const KyCInventoryAddress s_nameless(Map.add(Map.getCount(), ""));
+  KyTestPool pool;
+  KySampleTree sample("ROOT");
+  EXPECT_EQ(sample.root().createParameter(pool, s_nameless, 7, "", false, 0), nullptr);
+  EXPECT_REPORTS(pool, {0x130080A, "createParameter", ""});
+  EXPECT_EQ(sample.root().getParameterByOrdinalNumber(0), nullptr);
+}
+
 TEST(KyCInventoryItemCreateParameter, ofANonPredefinedIDReportsAndKeepsThePath)
 {
   KyTestPool pool;
