@@ -64,8 +64,8 @@ private:
   {
     while (!parts.empty() && parts.back().getLength() <= address.getLength())
       takeInFront(parts, address);
-    parts.push_back(std::move(address));
-    address.clear();
+    parts.emplace_back();
+    std::swap(parts.back(), address);
   }
 
   static void takeInFront(std::vector<KyCInventoryAddress>& parts, KyCInventoryAddress& address)

@@ -2,6 +2,8 @@
 
 #include "inventory/KyCInventoryParameter.h"
 
+#include <type_traits>
+
 #include "base/KyErrorManagerAccess.h"
 #include "base/KyMessageCodes.h"
 #include "inventory/KyCInventoryAuxInfo.h"
@@ -30,7 +32,7 @@ KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const TIden
   KyCInventoryParameter::KyCInventoryParameter(KyCErrorListPool& pool, const KyCInventoryAddress& address,          \
                                                const char* description, KyValueArgument<T> value, const char* unit, \
                                                bool modifiable, unsigned int relevance)                             \
-      : KyCInventoryParameter(pool, identityOf(address, description), value, static_cast<T*>(nullptr))              \
+      : KyCInventoryParameter(pool, identityOf(address, description), value, std::add_pointer_t<T>{})               \
   {                                                                                                                 \
     init(pool, address, description, unit, modifiable, relevance);                                                  \
   }
