@@ -76,7 +76,8 @@ const KyScenario s_host[] = {
        if (scene.made == nullptr) return false;
        scene.made->updateParameters(scene.pool, nullptr);
        return true;
-     }},
+     },
+     true},
 };
 }    // namespace
 
