@@ -15,9 +15,6 @@ add_library(ky_warnings INTERFACE)
 target_compile_features(ky_warnings INTERFACE cxx_std_17)
 target_compile_options(ky_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${KY_WERROR}>:-Werror>)
-if(KY_JOIN_SOURCES)    # names of one source are none of the next one's business: KyTests.cmake
-  target_compile_options(ky_warnings INTERFACE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
-endif()
 add_library(ky_options INTERFACE)
 target_link_libraries(ky_options INTERFACE ky_warnings)
 if(KY_SANITIZE)

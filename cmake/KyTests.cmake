@@ -14,6 +14,10 @@ if(KY_SANITIZE STREQUAL "thread")    # it must see every lock; the others need n
 endif()
 include(GoogleTest)
 
+# Where sources are compiled together, names of one are none of the next one's business.
+add_library(ky_joined INTERFACE)
+target_compile_options(ky_joined INTERFACE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+
 # ky_tests_from_outside(): the test programs of this folder from here on test what other files hold: a library, the tool.
 # Their own code is compiled without sanitizers and in the same way in every build of a word size, so that a compiler
 # cache compiles it once for all of them.
@@ -44,6 +48,7 @@ function(ky_add_test name)
   # compiled together, a call may find another one's function; nor for tests from outside, which the cache has.
   if(KY_JOIN_SOURCES AND NOT KY_TESTS_FROM_OUTSIDE)
     set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+    target_link_libraries(${name} PRIVATE ky_joined)
   endif()
   # Known to those alone who ask: the others are the same in every clone, for a compiler cache.
   foreach(source IN LISTS arg_SOURCES)
