@@ -5,9 +5,9 @@
 #include <cstring>
 #include <string>
 
-#include "KyPoolFailure.h"
 #include "composite/KyCBuffer.h"
 #include "support/KyFarBuffer.h"
+#include "support/KyPoolFailure.h"
 #include "support/KyTestPool.h"
 
 namespace

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "KyPoolFailure.h"
 #include "KyTestNode.h"
 #include "composite/KyCComposite.h"
+#include "support/KyPoolFailure.h"
 #include "support/KyTestPool.h"
 
 namespace

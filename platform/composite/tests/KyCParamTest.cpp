@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "KyPoolFailure.h"
 #include "composite/KyCComposite.h"
 #include "composite/KyCParam.h"
+#include "support/KyPoolFailure.h"
 #include "support/KyTestPool.h"
 
 namespace

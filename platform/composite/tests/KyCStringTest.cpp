@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "KyPoolFailure.h"
 #include "composite/KyCString.h"
+#include "support/KyPoolFailure.h"
 #include "support/KyTestPool.h"
 
 namespace

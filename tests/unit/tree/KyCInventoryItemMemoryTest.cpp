@@ -2,6 +2,7 @@
 
 #include "inventory/KyCInventoryItem.h"
 #include "inventory/KyNInventoryIDs.h"
+#include "support/KyPoolFailure.h"
 #include "support/KySampleTree.h"
 #include "support/KyTestPool.h"
 
@@ -11,16 +12,6 @@ namespace
 {
 const KyReport s_outOfMemory = {0x1000000, "", "Out of memory."};
 const KyReport s_noPath = {0x1300809, "createParameter", "Cannot find or create path."};
-
-// The (n+1)-th pool allocation from here on fails.
-class KyCFailAfter
-{
-public:
-  explicit KyCFailAfter(unsigned int n) { KyNPoolAllocator::failAfter(n); }
-  ~KyCFailAfter() { KyNPoolAllocator::reset(); }
-  KyCFailAfter(const KyCFailAfter&) = delete;
-  KyCFailAfter& operator=(const KyCFailAfter&) = delete;
-};
 
 // A value that needs a block of its own, in a unit that needs one too.
 KyCInventoryParameter* createVersion(KyCErrorListPool& pool, KyCInventoryItem& root)
@@ -38,7 +29,7 @@ TEST(KyCInventoryItemMemory, addPathKeepsTheLevelsBeforeTheFailedAllocation)
     KyTestPool pool;
     KySampleTree sample("ROOT");
     {
-      const KyCFailAfter fail(n);
+      const KyFailNext fail(n);
       EXPECT_EQ(sample.root().addPath(pool, BOARD / IOCHANNEL / DEVICE), nullptr);
     }
     EXPECT_REPORTS(pool, s_outOfMemory);
@@ -50,7 +41,7 @@ TEST(KyCInventoryItemMemory, addPathNeedsOneAllocationForEachNewItem)
 {
   KyTestPool pool;
   KySampleTree sample("ROOT");
-  const KyCFailAfter fail(3);
+  const KyFailNext fail(3);
   EXPECT_NE(sample.root().addPath(pool, BOARD / IOCHANNEL / DEVICE), nullptr);
 }
 
@@ -62,7 +53,7 @@ TEST(KyCInventoryItemMemory, createParameterReportsThePathWhenAnItemFails)
     KyTestPool pool;
     KySampleTree sample("ROOT");
     {
-      const KyCFailAfter fail(n);
+      const KyFailNext fail(n);
       EXPECT_EQ(createVersion(pool, sample.root()), nullptr);
     }
     EXPECT_REPORTS(pool, s_outOfMemory, s_noPath);
@@ -78,7 +69,7 @@ TEST(KyCInventoryItemMemory, createParameterReportsAndFreesTheParameterWhenAnyPa
     KyTestPool pool;
     KySampleTree sample("ROOT");
     {
-      const KyCFailAfter fail(n);
+      const KyFailNext fail(n);
       EXPECT_EQ(createVersion(pool, sample.root()), nullptr) << n;
     }
     EXPECT_REPORTS(pool, s_outOfMemory, {0x130080B, "createParameter", "Cannot create parameter VERSION."});
@@ -90,14 +81,14 @@ TEST(KyCInventoryItemMemory, createParameterNeedsNoMoreAllocationsThanThese)
 {
   KyTestPool pool;
   KySampleTree sample("ROOT");
-  const KyCFailAfter fail(5);
+  const KyFailNext fail(5);
   EXPECT_NE(createVersion(pool, sample.root()), nullptr);
 }
 
 TEST(KyCInventoryItemMemory, anItemWhoseDescriptionCannotBeCopiedIsBuiltWithoutIt)
 {
   KyTestPool pool;
-  const KyCFailAfter fail(0);
+  const KyFailNext fail(0);
   const KyCInventoryItem item(pool, BOARD, "not the name of the ID");
   EXPECT_REPORTS(pool, s_outOfMemory);
   EXPECT_STREQ(item.getDescription(), "");
@@ -107,7 +98,7 @@ TEST(KyCInventoryItemMemory, aStringThatCannotBeSetKeepsItsValueAndReports)
 {
   KyTestPool pool;
   KySampleTree sample("ROOT/BOARD NAME=\"old\"");
-  const KyCFailAfter fail(0);
+  const KyFailNext fail(0);
   sample.root().setValue<KyCString>(pool, BOARD / NAME, "a new text of more than six characters");
   EXPECT_REPORTS(pool, s_outOfMemory, {0x1301007, "setValue", "Cannot set value of parameter BOARD/NAME."});
   EXPECT_STREQ(sample.root().getValue<const char*>(pool, BOARD / NAME), "old");
